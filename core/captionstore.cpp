@@ -1,0 +1,57 @@
+#include "captionstore.h"
+
+#include "devicefiles.h"
+#include "inifile.h"
+#include "mxshm.h"
+
+namespace
+{
+constexpr char CaptionFile[] = "/home/app/config/caption.ini";
+
+QString keyOf(const char *kind, int number)
+{
+    return QLatin1String(kind) + QString::number(number);
+}
+
+void loadOne(const QSettings &file, const char *kind, int number, SharedText<32> &caption)
+{
+    const QString value = file.value(QStringLiteral("caption/") + keyOf(kind, number)).toString();
+    caption.set(value.isEmpty() ? QByteArray::number(number) : value.toLatin1());
+}
+
+void saveOne(QSettings &file, const char *kind, int number, const SharedText<32> &caption)
+{
+    file.setValue(keyOf(kind, number), QString::fromUtf8(caption.get()));
+}
+} // namespace
+
+void CaptionStore::load(MxShm &shm)
+{
+    const IniFile file(CaptionFile);
+    for (int i = 0; i < portCount(shm); ++i) {
+        loadOne(file, "input", i + 1, shm.inputCaption[i]);
+        loadOne(file, "output", i + 1, shm.outputCaption[i]);
+    }
+    for (int i = 0; i < sceneCount(shm); ++i) {
+        loadOne(file, "scene", i + 1, shm.sceneCaption[i]);
+    }
+}
+
+void CaptionStore::save(const MxShm &shm)
+{
+    DeviceFiles::removeLeftovers(CaptionFile);
+    {
+        IniFile file(CaptionFile);
+        file.beginGroup(QStringLiteral("caption"));
+        for (int i = 0; i < portCount(shm); ++i) {
+            saveOne(file, "input", i + 1, shm.inputCaption[i]);
+            saveOne(file, "output", i + 1, shm.outputCaption[i]);
+        }
+        for (int i = 0; i < sceneCount(shm); ++i) {
+            saveOne(file, "scene", i + 1, shm.sceneCaption[i]);
+        }
+        file.endGroup();
+        file.sync();
+    }
+    DeviceFiles::syncToFlash();
+}

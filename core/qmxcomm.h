@@ -1,0 +1,116 @@
+#pragma once
+
+#include "gpio.h"
+#include "matrixlink.h"
+#include "sharedobjects.h"
+
+#include <QSerialPort>
+#include <QThread>
+#include <atomic>
+#include <memory>
+
+struct ControlParts;
+
+/// The control object of the switcher. It owns the shared record, loads what is stored, opens the serial
+/// links, and runs the control thread, which serves the two control ports and brings the routing to the
+/// switching board. There is one, reached through `g_mxComm`. Unless said otherwise an operation may be
+/// called on any thread.
+class QMxComm : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// `create` makes and clears the shared objects, loads everything and opens the links; otherwise the
+    /// objects of a running program are attached and nothing else happens. Without a segment "shm error" is
+    /// logged and `g_mxConfig` is null; then nothing can be kept, so nothing is loaded or opened and `run`
+    /// ends at once.
+    explicit QMxComm(bool create);
+    /// Ends the control thread, detaches the segment and removes the shared objects if this object made them.
+    ~QMxComm() override;
+
+    /// Ends the control thread and waits for it. The shared objects stay.
+    void stop();
+
+    /// The shared objects; the results are those of the platform's calls.
+    void *MxShmCreate();
+    void *MxShmOpen();
+    int MxShmClose();
+    int MxShmRemove();
+
+    /// The stores. Each load and the save of settings announce themselves by a signal.
+    void LoadConfig();
+    void SaveConfig();
+    void LoadCaption();
+    void SaveCaption();
+    void LoadScene();
+    void SaveScene(int n);
+    /// Recalls scene `n` into the live map and, one second later, its splice. Blocks the caller for that
+    /// second; nothing for 0 or a scene that is not offered.
+    void LoadScene(int n);
+    void SaveSplice(int n);
+    void LoadSplice(int n);
+
+    /// Routing. Inputs and outputs are 0-based; see `Routing`.
+    void MxCmdOneToOne(unsigned short in, unsigned short out);
+    void MxCmdOneToSome(unsigned short in, const unsigned short *outs, int n);
+    void MxCmdMap(const unsigned short *m);
+    void MxCmdOneToAll(unsigned short in);
+    void MxCmdAllToAll();
+    void MxCmdAllToNone();
+    void MxCmdOneToNone(unsigned short in);
+
+    /// Carries out one line of the command language, NUL-terminated at `len`. \return 0, -1 for an error, -2
+    /// when the temperature is asked for, or 1..`port`: the input that a query names
+    int MxOnUartCommand(char *line, unsigned short len);
+
+    /// Sends what is due to the switching board. Control thread only.
+    void MxDoSwitch();
+    /// Writes to the switching board and flushes. \return bytes written, or a value below 1 when the link is
+    /// not open
+    int MxWriteMatrix(unsigned char *buf, int len);
+
+    /// Opens and configures a serial device; see `openUart`.
+    int MxUartOpen(const char *path, int baud);
+    /// Feed one byte to the text side or to the frame side of control port 0 or 1. Control thread only.
+    void MxUartProc0(char byte);
+    void MxUartProc1(char byte);
+    void MxUartProc0_EB90(unsigned char byte);
+    void MxUartProc1_EB90(unsigned char byte);
+
+    /// Small files and device nodes; see `DeviceFiles`. `MxPrintf` formats at most 4095 characters and writes
+    /// nothing for none; \return the formatted length, or the negative result of the open.
+    int MxRead(const char *path, unsigned char *buf, int len);
+    int MxWrite(const char *path, const char *text);
+    int MxWrite(const char *path, unsigned char *buf, int len);
+    int MxPrintf(const char *path, const char *format, ...) __attribute__((format(printf, 3, 4)));
+    int MxGpioWrite(int line, int level);
+
+    /// Touchscreen backlight: 0 switches it off, 1..7 are the levels, anything else counts as 7.
+    void MxSetBacklight(int level);
+
+signals:
+    void OnLoadCaption();
+    void OnLoadConfig();
+
+protected:
+    /// The control loop: one pass every 10 ms.
+    void run() override;
+
+private:
+    void loadState();
+    void openLinks();
+    void pollControlPorts();
+    int runSceneCommand(int n, bool save);
+
+    std::atomic<bool> m_stop{false};
+    MatrixLink m_matrix;
+    Gpio m_gpio;
+    /// Part of the object for its lifetime; the serial traffic itself goes through plain descriptors.
+    QSerialPort m_serialPorts[2];
+    const bool m_create;
+    SharedObjects m_shared;
+    std::unique_ptr<ControlParts> m_parts; ///< null for an object that only attaches
+};
+
+/// The one control object.
+extern QMxComm *g_mxComm;

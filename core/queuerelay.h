@@ -1,0 +1,24 @@
+#pragma once
+
+class MatrixLink;
+
+/// Lets another process on the board talk to the switching board through the two message queues. One message
+/// is a type, a 32-bit little-endian byte count and 512 data bytes, of which the first `count` are
+/// meaningful.
+class QueueRelay
+{
+public:
+    QueueRelay(const MatrixLink &link, int requestQueue, int replyQueue);
+
+    /// Writes all waiting requests to the board, then takes all that the board has sent off the link. Never
+    /// waits. Does nothing when there is no reply queue.
+    void step() const;
+
+private:
+    void drainRequests() const;
+    void drainLink() const;
+
+    const MatrixLink &m_link;
+    const int m_requestQueue;
+    const int m_replyQueue;
+};

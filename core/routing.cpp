@@ -1,0 +1,52 @@
+#include "routing.h"
+
+#include "mxshm.h"
+
+void Routing::oneToOne(MxShm &shm, quint16 input, quint16 output)
+{
+    if (output < portCount(shm)) {
+        shm.map[output] = input;
+    }
+}
+
+void Routing::oneToSome(MxShm &shm, quint16 input, const quint16 *outputs, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        oneToOne(shm, input, outputs[i]);
+    }
+}
+
+void Routing::setMap(MxShm &shm, const quint16 *inputs)
+{
+    for (int o = 0; o < portCount(shm); ++o) {
+        shm.map[o] = inputs[o];
+    }
+}
+
+void Routing::oneToAll(MxShm &shm, quint16 input)
+{
+    for (int o = 0; o < portCount(shm); ++o) {
+        shm.map[o] = input;
+    }
+}
+
+void Routing::allToAll(MxShm &shm)
+{
+    for (int o = 0; o < portCount(shm); ++o) {
+        shm.map[o] = static_cast<quint16>(o);
+    }
+}
+
+void Routing::allToNone(MxShm &shm)
+{
+    oneToAll(shm, MxNoInput);
+}
+
+void Routing::oneToNone(MxShm &shm, quint16 input)
+{
+    for (int o = 0; o < portCount(shm); ++o) {
+        if (shm.map[o] == input) {
+            shm.map[o] = MxNoInput;
+        }
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+struct MxShm;
+
+/// Saved routings and the video-wall layouts that belong to them: "/home/app/data/scene%d",
+/// ".../splice%d.ini" and the web interface's layout texts under "/home/www/splice". Slot 0 is the live map.
+/// Numbers below 0 or above the scenes offered are refused before memory or files are touched. Runs on the
+/// caller's thread; no lock.
+namespace SceneStore
+{
+/// True for 0 and for the numbers of the scenes that the unit offers.
+bool offered(const MxShm &shm, int n);
+
+/// Reads every scene file into its slot, the live map among them. A missing file leaves the slot all zero.
+void load(MxShm &shm);
+
+/// Stores the live map as scene `n`, with its splice; for `n` 0 only the live map's own file is written.
+void save(MxShm &shm, int n);
+
+/// Copies scene `n` into the live map. \return false when there is nothing to recall (0, or out of range)
+bool recallMap(MxShm &shm, int n);
+
+/// Stores the splice words, and a copy of the current layout text, as splice `n`.
+void saveSplice(const MxShm &shm, int n);
+
+/// Reads splice `n` into the record (all zero when missing), raises `splicePending`, and makes its layout
+/// text the current one.
+void loadSplice(MxShm &shm, int n);
+} // namespace SceneStore

@@ -1,0 +1,47 @@
+#include "uart.h"
+
+#include "mxsite.h"
+
+#include <fcntl.h>
+#include <termios.h>
+
+namespace
+{
+struct Speed {
+    int baud;
+    speed_t constant;
+};
+constexpr Speed Speeds[] = {
+    {300, B300},   {600, B600},     {1200, B1200},   {1800, B1800},   {2400, B2400},     {4800, B4800},
+    {9600, B9600}, {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}, {230400, B230400},
+};
+
+speed_t speedOf(int baud)
+{
+    for (const Speed &speed : Speeds) {
+        if (speed.baud == baud) {
+            return speed.constant;
+        }
+    }
+    return B115200;
+}
+} // namespace
+
+int openUart(const char *path, int baud)
+{
+    const int fd = ::open(MxSite::path(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (fd <= 0) {
+        return fd;
+    }
+    termios attributes{};
+    ::tcgetattr(fd, &attributes);
+    attributes.c_iflag = IGNBRK | IGNPAR;
+    attributes.c_oflag = 0;
+    attributes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
+    attributes.c_cc[VTIME] = 0;
+    attributes.c_cc[VMIN] = 0;
+    ::cfsetispeed(&attributes, speedOf(baud));
+    ::cfsetospeed(&attributes, speedOf(baud));
+    ::tcsetattr(fd, TCSANOW, &attributes);
+    return fd;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Opens the serial device `path` (absolute, as on the device) raw and non-blocking, at `baud` bits a second;
+/// a speed that the terminal driver does not know gives 115200. Character size, parity and stop bits stay as
+/// the driver had them. \return the descriptor, or the result of the failed open; a descriptor of 0 counts as
+/// failed and is returned unconfigured
+int openUart(const char *path, int baud);
