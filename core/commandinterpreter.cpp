@@ -46,8 +46,8 @@ bool isQueryForm(const char *line, int length)
 } // namespace
 
 CommandInterpreter::CommandInterpreter(char *line, quint16 length)
-    : m_command(parse(line, length))
 {
+    m_command = parse(line, length);
 }
 
 CommandInterpreter::Command CommandInterpreter::parse(char *line, int length)

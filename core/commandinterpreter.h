@@ -30,7 +30,7 @@ public:
 
     /// Parses `line`, which is NUL-terminated at `length` and whose separators may be overwritten. Allocates
     /// nothing.
-    explicit CommandInterpreter(char *line, quint16 length);
+    CommandInterpreter(char *line, quint16 length);
 
     Command command() const { return m_command; }
     quint16 number() const { return m_numbers[0]; }
@@ -53,7 +53,7 @@ private:
     bool startList(const char *field);
     bool addOutput(const char *field);
 
-    Command m_command;
+    Command m_command = SyntaxError;
     int m_count = 0; ///< numbers gathered: the input, then the outputs
     quint16 m_numbers[MaxNumbers];
 };

@@ -1,0 +1,258 @@
+#include "filedescriptor.h"
+#include "gpio.h"
+#include "matrixlink.h"
+#include "matrixsender.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QTest>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <unistd.h>
+
+namespace
+{
+/// A sender on a pipe, stepped by a clock of the test's own, and the board at the pipe's other end.
+class SenderBench
+{
+public:
+    explicit SenderBench(int ports)
+        : board(ports)
+        , m_unit(ports)
+    {
+        m_unit.start(false);
+        int ends[2];
+        if (::pipe2(ends, O_NONBLOCK | O_CLOEXEC) != 0) {
+            qFatal("no pipe");
+        }
+        m_boardEnd.reset(ends[0]);
+        link.adopt(ends[1]);
+        gpio.open();
+        m_sender.emplace(m_unit.shm(), link, gpio);
+    }
+
+    /// Steps every 10 ms of the test's clock, up to `until`.
+    void stepUntil(quint32 until)
+    {
+        for (; now != until; now += 10) {
+            step();
+        }
+    }
+    void step()
+    {
+        m_sender->step(now);
+        unsigned char bytes[4096];
+        const auto count = ::read(m_boardEnd.get(), bytes, sizeof bytes);
+        if (count > 0) {
+            board.feed(bytes, static_cast<size_t>(count), int64_t(now) * 1000);
+            arrivals.push_back(now);
+        }
+        board.idle(int64_t(now) * 1000);
+    }
+    TestUnit &unit() { return m_unit; }
+    MxShm &shm() { return m_unit.shm(); }
+
+    sim::SwitchingBoard board;
+    std::vector<quint32> arrivals; ///< times at which bytes came
+    quint32 now = 5000;
+    MatrixLink link;
+    Gpio gpio;
+
+private:
+    TestUnit m_unit;
+    FileDescriptor m_boardEnd;
+    std::optional<MatrixSender> m_sender;
+};
+
+using Times = std::vector<quint32>;
+} // namespace
+
+/// When what leaves for the switching board. Times are of a clock that the test moves.
+class TestSender : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void frameBytes_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<QByteArray>("inputs");
+        QTest::addColumn<QByteArray>("groups");
+        QTest::newRow("4 ports") << 4 << QByteArray("3 1 0 0") << QByteArray("00020000FFFFFFFF");
+        QTest::newRow("2 ports") << 2 << QByteArray("161 43982") << QByteArray("00A0ABCD");
+    }
+
+    void frameBytes()
+    {
+        QFETCH(int, ports);
+        QFETCH(QByteArray, inputs);
+        QFETCH(QByteArray, groups);
+        SenderBench bench(ports);
+        const QList<QByteArray> numbers = inputs.split(' ');
+        for (int o = 0; o < ports; ++o) {
+            bench.shm().map[o] = static_cast<quint16>(numbers[o].toInt() - 1);
+        }
+        bench.step();
+        const std::vector<uint8_t> sent = bench.board.bytes();
+        const QByteArray frame = "F00C0000" + groups + "\r\n";
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(sent.data()), int(sent.size())), frame + frame);
+    }
+
+    void largestFrames()
+    {
+        SenderBench bench(160);
+        bench.unit().comm().MxCmdAllToAll();
+        bench.step();
+        QCOMPARE(int(bench.board.bytes().size()), 2 * 650);
+        bench.shm().spliceData[159] = 0xA1B2C3D4;
+        bench.shm().splicePending.raise();
+        bench.stepUntil(7000);
+        QCOMPARE(int(bench.board.bytes().size()), 2 * 650 + 647);
+        QCOMPARE(bench.board.spliceFrames().at(0).words.at(159), 0xA1B2C3D4U);
+        QVERIFY(bench.board.faults().empty());
+    }
+
+    void theLoadedMapIsSentOnceAtStart()
+    {
+        SenderBench bench(4);
+        bench.stepUntil(8000);
+        QCOMPARE(bench.arrivals, Times{5000});
+        QCOMPARE(bench.unit().fileContent("/home/app/data/scene0"), QByteArray(8, '\0'));
+    }
+
+    void noMapOnlyWhatWasNeverSent()
+    {
+        // "First output dark, all others on input 1" is what a sender that has sent nothing believes to be
+        // there.
+        SenderBench bench(4);
+        bench.shm().map[0] = MxNoInput;
+        bench.stepUntil(8000);
+        QCOMPARE(bench.arrivals, Times{});
+    }
+
+    void changesWithinTheHoldOffAreOneFrame()
+    {
+        SenderBench bench(4);
+        bench.stepUntil(5100);
+        bench.shm().map[1] = 2;
+        bench.stepUntil(5200);
+        bench.shm().map[2] = 3;
+        bench.stepUntil(7000);
+        QCOMPARE(bench.arrivals, (Times{5000, 5550}));
+        QCOMPARE(bench.board.routing(), (std::vector<uint16_t>{0, 2, 3, 0}));
+        QCOMPARE(bench.unit().fileContent("/home/app/data/scene0"), QByteArray::fromHex("0000020003000000"));
+        // Idle again: the next change leaves at once. Undone within the hold-off it leaves no frame at all.
+        bench.shm().map[3] = 1;
+        bench.stepUntil(7100);
+        bench.shm().map[3] = 0;
+        bench.stepUntil(7200);
+        bench.shm().map[3] = 1;
+        bench.stepUntil(9000);
+        QCOMPARE(bench.arrivals, (Times{5000, 5550, 7000}));
+        QVERIFY(bench.board.faults().empty());
+    }
+
+    void holdOffBoundary()
+    {
+        SenderBench bench(4);
+        bench.step();
+        bench.shm().map[1] = 2;
+        bench.now = 5549;
+        bench.step();
+        QCOMPARE(bench.arrivals, Times{5000});
+        bench.now = 5550;
+        bench.step();
+        QCOMPARE(bench.arrivals, (Times{5000, 5550}));
+    }
+
+    void aSpliceWaitsAndHoldsBackTheSwitch()
+    {
+        SenderBench bench(4);
+        bench.stepUntil(5300);
+        bench.shm().spliceData[0] = 0x01020304;
+        bench.shm().splicePending.raise();
+        bench.stepUntil(5700);
+        bench.shm().map[1] = 2;
+        bench.stepUntil(8000);
+        // Both frames on the same pass, 1000 ms after the first frame.
+        QCOMPARE(bench.arrivals, (Times{5000, 6000}));
+        QCOMPARE(int(bench.board.spliceFrames().size()), 1);
+        QCOMPARE(bench.board.spliceFrames().at(0).words, (std::vector<uint32_t>{0x01020304, 0, 0, 0}));
+        QCOMPARE(int(bench.board.switchFrames().size()), 2);
+        QVERIFY(bench.board.faults().empty());
+        QVERIFY(!bench.shm().splicePending.raised());
+        bench.shm().splicePending.raise();
+        bench.now = 6999;
+        bench.step();
+        QCOMPARE(int(bench.arrivals.size()), 2);
+        bench.now = 7000;
+        bench.step();
+        QCOMPARE(bench.arrivals.back(), 7000U);
+    }
+
+    void aWrappedClockDoesNotStopTheSender()
+    {
+        SenderBench bench(4);
+        bench.now = 0xFFFFFF00U;
+        bench.stepUntil(0xFFFFFFF0U);
+        bench.shm().map[1] = 2;
+        bench.shm().splicePending.raise();
+        bench.now = 0x10;
+        bench.stepUntil(0x10 + 200);
+        QCOMPARE(int(bench.board.switchFrames().size()), 2);
+        QCOMPARE(int(bench.board.spliceFrames().size()), 1);
+    }
+
+    void linesThatRiseWithAFrame_data()
+    {
+        QTest::addColumn<bool>("beep");
+        QTest::addColumn<bool>("splice");
+        QTest::addColumn<QByteArray>("writes");
+        QTest::newRow("silent switch") << false << false << QByteArray("8=1 8=0 ");
+        QTest::newRow("audible switch") << true << false << QByteArray("4=1 8=1 4=0 8=0 ");
+        QTest::newRow("silent splice") << false << true << QByteArray();
+        QTest::newRow("audible splice") << true << true << QByteArray("4=1 4=0 ");
+    }
+
+    void linesThatRiseWithAFrame()
+    {
+        QFETCH(bool, beep);
+        QFETCH(bool, splice);
+        QFETCH(QByteArray, writes);
+        SenderBench bench(4);
+        if (splice) {
+            bench.shm().map[0] = MxNoInput;
+            bench.shm().splicePending.raise();
+        }
+        const auto lines = [&] {
+            QByteArray text;
+            for (const sim::LineWrite &write : bench.unit().hardware().gpio().history()) {
+                if (write.line != 0) { // not the backlight
+                    text += QByteArray::number(write.line) + "=" + QByteArray::number(write.level) + " ";
+                }
+            }
+            return text;
+        };
+        bench.shm().beep = beep ? 1 : 0;
+        bench.step();
+        bench.unit().comm().MxGpioWrite(10, 1); // a mark behind which nothing is outstanding
+        QVERIFY(bench.unit().hardware().waitFor([&] { return lines() == writes + "10=1 "; }, 5000));
+    }
+
+    void aLinkThatIsNotOpenIsNoObstacle()
+    {
+        SenderBench bench(4);
+        bench.link.adopt(-1);
+        bench.shm().map[2] = 3;
+        bench.shm().splicePending.raise();
+        bench.step();
+        QVERIFY(!bench.shm().splicePending.raised());
+        QCOMPARE(bench.unit().fileContent("/home/app/data/scene0"), QByteArray::fromHex("0000000003000000"));
+        unsigned char byte = 0;
+        QVERIFY(bench.link.writeFlushed(&byte, 1) < 1);
+    }
+};
+
+static const RegisteredTest<TestSender> registered;
+#include "testsender.moc"

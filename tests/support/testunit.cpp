@@ -1,0 +1,156 @@
+#include "testunit.h"
+
+#include "sharedobjects.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTcpServer>
+#include <QUdpSocket>
+#include <QtDebug>
+
+namespace
+{
+constexpr int DeadlineMs = 10000;
+}
+
+TestUnit::TestUnit(int ports, const Settings &settings)
+{
+    qputenv("MX_ROOT", m_folder.path().toUtf8());
+    qputenv("MX_TCP_PORT", QByteArray::number(freeTcpPort()));
+    qputenv("MX_UDP_PORT", QByteArray::number(freeUdpPorts()));
+    m_hardware.reset(new sim::VirtualUnit(m_folder.path().toStdString(), ports));
+    if (!m_hardware->error().empty()) {
+        qFatal("no virtual unit: %s", m_hardware->error().c_str());
+    }
+    Settings all = {{"system/port", std::to_string(ports)}, {"system/scene", "10"}};
+    for (const auto &setting : settings) {
+        all[setting.first] = setting.second;
+    }
+    m_hardware->writeSettings(all);
+}
+
+TestUnit::~TestUnit()
+{
+    stop();
+    // Left by programs that ran as processes of their own: their control object is never deleted.
+    SharedObjects leftovers;
+    leftovers.open();
+    leftovers.close();
+    leftovers.remove();
+}
+
+void TestUnit::start(bool run)
+{
+    g_mxComm = new QMxComm(true);
+    if (g_mxConfig == nullptr) {
+        qFatal("no shared memory");
+    }
+    if (run) {
+        g_mxComm->start();
+    }
+}
+
+void TestUnit::stop()
+{
+    delete g_mxComm;
+    g_mxComm = nullptr;
+    g_mxConfig = nullptr;
+}
+
+QByteArray TestUnit::talk(sim::Wire wire, const QByteArray &text, int replies)
+{
+    m_hardware->send(wire, text.toStdString());
+    QByteArray received;
+    m_hardware->waitFor(
+        [&] {
+            received += QByteArray::fromStdString(m_hardware->takeReceived(wire));
+            return received.count('.') >= replies;
+        },
+        DeadlineMs);
+    return received;
+}
+
+QByteArray TestUnit::receive(sim::Wire wire, int count)
+{
+    QByteArray received;
+    m_hardware->waitFor(
+        [&] {
+            received += QByteArray::fromStdString(m_hardware->takeReceived(wire));
+            return received.size() >= count;
+        },
+        DeadlineMs);
+    return received;
+}
+
+int TestUnit::run(QByteArray line)
+{
+    return comm().MxOnUartCommand(line.data(), static_cast<quint16>(line.size()));
+}
+
+bool TestUnit::boardShows(const std::vector<int> &inputs)
+{
+    std::vector<uint16_t> expected;
+    for (const int input : inputs) {
+        expected.push_back(static_cast<uint16_t>(input - 1));
+    }
+    return m_hardware->waitFor([&] { return m_hardware->board().routing() == expected; }, DeadlineMs);
+}
+
+QByteArray TestUnit::faults() const
+{
+    QByteArray text;
+    for (const sim::WireFault &fault : m_hardware->board().faults()) {
+        text += "board: " + QByteArray::fromStdString(fault.text) + "\n";
+    }
+    for (const sim::WireFault &fault : m_hardware->gpio().faults()) {
+        text += "gpio: " + QByteArray::fromStdString(fault.text) + "\n";
+    }
+    return text;
+}
+
+QString TestUnit::path(const char *devicePath) const
+{
+    return m_folder.path() + QLatin1String(devicePath);
+}
+
+QByteArray TestUnit::fileContent(const char *devicePath) const
+{
+    QFile file(path(devicePath));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestUnit::writeFile(const char *devicePath, const QByteArray &content) const
+{
+    QFile file(path(devicePath));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("cannot write %s", devicePath);
+    }
+}
+
+void TestUnit::makeFolder(const char *devicePath) const
+{
+    QDir().mkpath(path(devicePath));
+}
+
+quint16 freeTcpPort()
+{
+    QTcpServer server;
+    server.listen(QHostAddress(QHostAddress::AnyIPv4));
+    return server.serverPort();
+}
+
+quint16 freeUdpPorts()
+{
+    for (;;) {
+        QUdpSocket sockets[8];
+        sockets[0].bind(QHostAddress(QHostAddress::AnyIPv4));
+        const quint16 first = sockets[0].localPort();
+        bool allFree = first <= 65528;
+        for (int i = 1; i < 8 && allFree; ++i) {
+            allFree = sockets[i].bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(first + i));
+        }
+        if (allFree) {
+            return first;
+        }
+    }
+}

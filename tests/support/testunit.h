@@ -1,0 +1,60 @@
+#pragma once
+
+#include "mxshm.h"
+#include "qmxcomm.h"
+#include "virtualunit.h"
+
+#include <QTemporaryDir>
+#include <map>
+#include <memory>
+
+/// A virtual unit in a folder, with keys and with network ports of its own, and the program's control object
+/// on it. One at a time in a process.
+class TestUnit
+{
+public:
+    using Settings = std::map<std::string, std::string>;
+
+    /// Makes the hardware and its settings file; the program's side begins with `start`.
+    explicit TestUnit(int ports = 8, const Settings &settings = {});
+    ~TestUnit();
+    TestUnit(const TestUnit &) = delete;
+    TestUnit &operator=(const TestUnit &) = delete;
+
+    /// Makes the control object; `run` also starts its thread.
+    void start(bool run = true);
+    /// Deletes the control object, which removes the shared objects.
+    void stop();
+
+    sim::VirtualUnit &hardware() { return *m_hardware; }
+    QMxComm &comm() { return *g_mxComm; }
+    MxShm &shm() { return *g_mxConfig; }
+
+    /// Sends text to a control port and waits for as many replies (ended by "."). \return what has come
+    QByteArray talk(sim::Wire wire, const QByteArray &text, int replies = 1);
+    /// Waits until the program has written `count` bytes to the wire. \return what has come
+    QByteArray receive(sim::Wire wire, int count);
+    /// Runs one line through the interpreter. \return its result
+    int run(QByteArray line);
+
+    /// Waits until the board shows this routing (1-based inputs, 0 for none), or until it times out.
+    bool boardShows(const std::vector<int> &inputs);
+    /// The faults that board and GPIO lines have recorded, one a line; empty when there are none.
+    QByteArray faults() const;
+
+    /// Files, by their path on the device.
+    QString path(const char *devicePath) const;
+    QByteArray fileContent(const char *devicePath) const;
+    void writeFile(const char *devicePath, const QByteArray &content) const;
+    void makeFolder(const char *devicePath) const;
+
+    QString root() const { return m_folder.path(); }
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<sim::VirtualUnit> m_hardware;
+};
+
+/// Where a free TCP port, and eight free UDP ports in a row, are at the moment.
+quint16 freeTcpPort();
+quint16 freeUdpPorts();
