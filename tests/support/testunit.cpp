@@ -2,7 +2,9 @@
 
 #include "sharedobjects.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTcpServer>
 #include <QUdpSocket>
@@ -130,6 +132,20 @@ void TestUnit::writeFile(const char *devicePath, const QByteArray &content) cons
 void TestUnit::makeFolder(const char *devicePath) const
 {
     QDir().mkpath(path(devicePath));
+}
+
+bool runUntil(const std::function<bool()> &condition)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!condition()) {
+        if (elapsed.hasExpired(DeadlineMs)) {
+            return false;
+        }
+        QCoreApplication::processEvents();
+        QThread::usleep(200);
+    }
+    return true;
 }
 
 quint16 freeTcpPort()

@@ -5,6 +5,7 @@
 #include "virtualunit.h"
 
 #include <QTemporaryDir>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -54,6 +55,9 @@ private:
     QTemporaryDir m_folder;
     std::unique_ptr<sim::VirtualUnit> m_hardware;
 };
+
+/// Runs the event loop until the condition holds, at most 10 s. \return whether it holds
+bool runUntil(const std::function<bool()> &condition);
 
 /// Where a free TCP port, and eight free UDP ports in a row, are at the moment.
 quint16 freeTcpPort();

@@ -1,0 +1,180 @@
+#include "networkunit.h"
+#include "testregistry.h"
+
+#include <QHostAddress>
+#include <QTcpSocket>
+#include <QTest>
+#include <QUdpSocket>
+
+namespace
+{
+const QHostAddress Here(QHostAddress::LocalHost);
+
+/// Sends one block and waits until its replies have come. \return the replies
+QByteArray askTcp(quint16 port, const QByteArray &block, int replySize)
+{
+    QTcpSocket client;
+    client.connectToHost(Here, port);
+    client.write(block);
+    QByteArray replies;
+    runUntil([&] {
+        replies += client.readAll();
+        return replies.size() >= replySize;
+    });
+    // A question behind it shows that nothing more was under way.
+    client.write("8?");
+    runUntil([&] {
+        replies += client.readAll();
+        return replies.endsWith("8x.");
+    });
+    replies.chop(3);
+    return replies;
+}
+
+/// The same over UDP. \return the reply datagrams, each in brackets
+QByteArray askUdp(quint16 port, const QByteArray &datagram)
+{
+    QUdpSocket client;
+    client.bind(Here);
+    client.writeDatagram(datagram, Here, port);
+    client.writeDatagram("8?", Here, port);
+    QByteArray replies;
+    runUntil([&] {
+        while (client.hasPendingDatagrams()) {
+            QByteArray reply(int(client.pendingDatagramSize()), '\0');
+            quint16 from = 0;
+            client.readDatagram(reply.data(), reply.size(), nullptr, &from);
+            replies += from == port ? "[" + reply + "]" : QByteArray("[from another port]");
+        }
+        return replies.endsWith("[8x.]");
+    });
+    replies.chop(5);
+    return replies;
+}
+
+/// "OK.ERR.3x." as "[OK.][ERR.][3x.]"
+QByteArray asDatagrams(QByteArray replies)
+{
+    replies.replace(".", ".][");
+    return replies.isEmpty() ? replies : "[" + replies.left(replies.size() - 1);
+}
+} // namespace
+
+/// The command language and the board's frames over TCP and over UDP, on a unit with 8 ports.
+class TestNetwork : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_unit.reset(new NetworkUnit(8));
+        QVERIFY(m_unit->boardShows({1, 1, 1, 1, 1, 1, 1, 1}));
+    }
+    void cleanup()
+    {
+        QCOMPARE(m_unit->faults(), QByteArray());
+        m_unit.reset();
+    }
+
+    void commands_data()
+    {
+        QTest::addColumn<QByteArray>("block");
+        QTest::addColumn<QByteArray>("replies");
+        const auto row = [](const char *name, const QByteArray &block, const char *replies) {
+            QTest::newRow(name) << block << QByteArray(replies);
+        };
+        row("two in one block", "1X2!3x4\r\n", "OK.OK.");
+        row("no terminator", "2x3", "OK.");
+        row("each terminator", "1x1.1x2!1x3$1x4%1x5\r1x6\n1x7", "OK.OK.OK.OK.OK.OK.OK.");
+        row("question", "0all.3x1&4.3?", "OK.OK.3x1&4.");
+        row("question without an answer", "0all.2?", "OK.2x.");
+        row("no temperature here", "temp.", "ERR.");
+        row("errors do not end the block", "bad.0x.9?.4?..1x1", "ERR.OK.ERR.4x.OK.");
+        row("only empty lines", "\r\n..", "");
+        row("recall of a scene beyond the last", "recall11.save11", "ERR.ERR.");
+        row("NUL bytes", QByteArray("1\0x2.3x1", 8), "OK.OK.");
+        row("not quite a frame", QByteArray("\xEB", 1), "ERR.");
+        row("frame bytes behind text", QByteArray("1x2.\xEB\x90", 6), "OK.ERR.");
+        row("one long line", QByteArray(60000, 'q'), "ERR.");
+        row("many short lines", QByteArray("..........").repeated(6000) + "1x2", "OK.");
+    }
+
+    void commands()
+    {
+        QFETCH(QByteArray, block);
+        QFETCH(QByteArray, replies);
+        QCOMPARE(askTcp(m_unit->tcpPort(), block, replies.size()), replies);
+        for (int i = 0; i < 8; ++i) {
+            QCOMPARE(askUdp(static_cast<quint16>(m_unit->udpPort() + i), block), asDatagrams(replies));
+        }
+    }
+
+    void aCommandReachesTheBoard()
+    {
+        QCOMPARE(askTcp(m_unit->tcpPort(), "3x1&4.", 3), QByteArray("OK."));
+        QVERIFY(m_unit->boardShows({3, 1, 1, 3, 1, 1, 1, 1}));
+        QCOMPARE(askUdp(static_cast<quint16>(m_unit->udpPort() + 7), "5all"), QByteArray("[OK.]"));
+        QVERIFY(m_unit->boardShows({5, 5, 5, 5, 5, 5, 5, 5}));
+    }
+
+    void blocksForTheBoardComeBack_data()
+    {
+        QTest::addColumn<QByteArray>("block");
+        QTest::newRow("a frame") << QByteArray::fromHex("EB900007000000");
+        QTest::newRow("with commands in it")
+            << QByteArray::fromHex("EB90000A") + "3all." + QByteArray(1, '\0');
+        QTest::newRow("two frames") << QByteArray::fromHex("EB900007112200EB900007334400");
+    }
+
+    void blocksForTheBoardComeBack()
+    {
+        QFETCH(QByteArray, block);
+        const auto boardGot = [&](int times) {
+            return runUntil([&] {
+                const std::vector<uint8_t> all = m_unit->hardware().board().bytes();
+                const QByteArray bytes(reinterpret_cast<const char *>(all.data()), int(all.size()));
+                return bytes.count(block) == times;
+            });
+        };
+        QCOMPARE(askTcp(m_unit->tcpPort(), block, block.size()), block);
+        QVERIFY(boardGot(1));
+        QCOMPARE(askUdp(m_unit->udpPort(), block), "[" + block + "]");
+        QVERIFY(boardGot(2));
+        QCOMPARE(m_unit->hardware().board().routing(), std::vector<uint16_t>(8, 0));
+    }
+
+    void aBlockTheBoardDidNotTakeHasNoAnswer()
+    {
+        const QByteArray frame = QByteArray::fromHex("EB900007000000");
+        m_unit.reset();
+        m_unit.reset(new NetworkUnit(8));
+        m_unit->hardware().unplug(sim::Wire::Matrix);
+        m_unit->stop();
+        m_unit->start();
+        QCOMPARE(askTcp(m_unit->tcpPort(), frame, 0), QByteArray());
+        QCOMPARE(askUdp(m_unit->udpPort(), frame), QByteArray());
+    }
+
+    void aCommandInPiecesIsSeveral()
+    {
+        QTcpSocket client;
+        client.connectToHost(Here, m_unit->tcpPort());
+        QByteArray replies;
+        for (const char *piece : {"3x", "2x1", "4"}) {
+            const int before = replies.size();
+            client.write(piece);
+            QVERIFY(runUntil([&] {
+                replies += client.readAll();
+                return replies.size() > before;
+            }));
+        }
+        QCOMPARE(replies, QByteArray("OK.OK.ERR."));
+    }
+
+private:
+    std::unique_ptr<NetworkUnit> m_unit;
+};
+
+static const RegisteredTest<TestNetwork> registered;
+#include "testnetwork.moc"

@@ -1,0 +1,231 @@
+#include "networkunit.h"
+#include "rawsocket.h"
+#include "testregistry.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <atomic>
+#include <sys/resource.h>
+#include <thread>
+
+namespace
+{
+/// Runs `client` in `count` threads beside the event loop that serves them.
+template <typename Client>
+void withClients(int count, Client client)
+{
+    std::atomic<int> running{count};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+        threads.emplace_back([&, i] {
+            client(i);
+            --running;
+        });
+    }
+    while (running > 0) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+}
+
+using Socket = std::unique_ptr<RawSocket>;
+
+/// Every byte up to and with the `count`th reply.
+QByteArray replies(const RawSocket &socket, int count)
+{
+    QByteArray all;
+    while (all.count('.') < count) {
+        const QByteArray more = socket.receive();
+        if (more.isEmpty()) {
+            break;
+        }
+        all += more;
+    }
+    return all;
+}
+
+int openDescriptors()
+{
+    return QDir(QStringLiteral("/proc/self/fd"))
+        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+        .size();
+}
+
+qint64 residentBytes()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    statm.open(QIODevice::ReadOnly);
+    return statm.readAll().split(' ').at(1).toLongLong() * 4096;
+}
+} // namespace
+
+/// Many clients, rude clients, and clients that never listen.
+class TestNetworkLoad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyDatagramOfAFloodIsAnswered()
+    {
+        NetworkUnit unit(8);
+        constexpr int clients = 4;
+        constexpr int rounds = 40;
+        constexpr int burst = 16; // to each of the eight ports
+        std::atomic<int> answered{0};
+        withClients(clients, [&](int) {
+            const Socket socket(RawSocket::udp());
+            for (int round = 0; round < rounds; ++round) {
+                for (int i = 0; i < 8 * burst; ++i) {
+                    socket->sendTo(static_cast<quint16>(unit.udpPort() + i % 8),
+                                   i % 3 == 0 ? "3x1&4." : "9?");
+                }
+                for (int i = 0; i < 8 * burst && !socket->receive().isEmpty(); ++i) {
+                    ++answered;
+                }
+            }
+        });
+        QCOMPARE(int(answered), clients * rounds * 8 * burst);
+        // And none of the sockets has fallen silent.
+        withClients(1, [&](int) {
+            const Socket socket(RawSocket::udp());
+            for (int i = 0; i < 8; ++i) {
+                quint16 from = 0;
+                socket->sendTo(static_cast<quint16>(unit.udpPort() + i), "1x1");
+                answered += socket->receiveFrom(from) == "OK." && from == unit.udpPort() + i ? 1 : 0;
+            }
+        });
+        QCOMPARE(int(answered), clients * rounds * 8 * burst + 8);
+    }
+
+    void oneFloodedPortLeavesTheOthersTheirTurn()
+    {
+        NetworkUnit unit(8);
+        std::atomic<bool> done{false};
+        QByteArray overUdp;
+        QByteArray overTcp;
+        withClients(3, [&](int client) {
+            if (client > 0) {
+                const Socket socket(RawSocket::udp());
+                while (!done) {
+                    socket->sendTo(unit.udpPort(), "1x2.");
+                }
+                return;
+            }
+            const Socket udp(RawSocket::udp());
+            const Socket tcp(RawSocket::tcp(unit.tcpPort()));
+            for (int i = 0; i < 50; ++i) {
+                udp->sendTo(static_cast<quint16>(unit.udpPort() + 7), "3x4");
+                overUdp += udp->receive();
+                tcp->send("4x5");
+                overTcp += tcp->receive();
+            }
+            done = true;
+        });
+        QCOMPARE(overUdp, QByteArray("OK.").repeated(50));
+        QCOMPARE(overTcp, QByteArray("OK.").repeated(50));
+    }
+
+    void fiveHundredClientsAtOnce()
+    {
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &limit);
+
+        NetworkUnit unit(8);
+        QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1})); // the control thread has opened what it needs
+        const int before = openDescriptors();
+        int good = 0;
+        withClients(1, [&](int) {
+            std::vector<Socket> sockets;
+            for (int i = 0; i < 500; ++i) {
+                sockets.emplace_back(RawSocket::tcp(unit.tcpPort()));
+            }
+            for (const Socket &socket : sockets) {
+                socket->send("0x1.5x1&3.5?");
+            }
+            for (const Socket &socket : sockets) {
+                good += replies(*socket, 3) == "OK.OK.5x1&3." ? 1 : 0;
+            }
+            // Half of them leave properly, half are pulled out with a command on their lips.
+            for (size_t i = 0; i < sockets.size(); i += 2) {
+                sockets[i]->send("3x");
+                sockets[i]->reset();
+            }
+        });
+        QCOMPARE(good, 500);
+        QVERIFY(runUntil([&] { return openDescriptors() <= before; }));
+    }
+
+    void aClientThatNeverReadsCostsLittle()
+    {
+        NetworkUnit unit(160);
+        unit.comm().MxCmdOneToAll(8);
+        constexpr int questions = 10000;
+        constexpr qint64 mebibyte = 1024 * 1024;
+        QByteArray answer = "9x";
+        for (int o = 1; o <= 160; ++o) {
+            answer += QByteArray::number(o) + (o < 160 ? "&" : ".");
+        }
+        Socket silent;
+        withClients(1, [&](int) {
+            silent.reset(RawSocket::tcp(unit.tcpPort()));
+            const Socket warm(RawSocket::tcp(unit.tcpPort()));
+            warm->send("9?");
+            warm->receive();
+        });
+        const qint64 before = residentBytes();
+        QByteArray got;
+        withClients(1, [&](int) {
+            silent->send(QByteArray("9?.").repeated(questions));
+            // Whoever listens is served meanwhile.
+            const Socket other(RawSocket::tcp(unit.tcpPort()));
+            for (int i = 0; i < 200; ++i) {
+                other->send("9?.");
+                replies(*other, 1);
+            }
+        });
+        const qint64 growth = residentBytes() - before;
+        QVERIFY2(growth < 3 * mebibyte, QByteArray::number(growth).constData());
+        withClients(1, [&](int) {
+            silent->send("8?");
+            while (!got.endsWith("8x.")) {
+                got += silent->receive();
+            }
+        });
+        // Where the network has cut the block in the middle of a question, its halves are errors.
+        const int whole = got.count(answer);
+        QVERIFY(whole > questions - 10 && whole <= questions);
+        QCOMPARE(got.replace(answer, "").replace("ERR.", ""), QByteArray("8x."));
+    }
+
+    void aServerOutOfDescriptorsAcceptsAgain()
+    {
+        NetworkUnit unit(8);
+        QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1}));
+        // The kernel has taken the connection; the server cannot.
+        const Socket client(RawSocket::tcp(unit.tcpPort()));
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        rlimit none = limit;
+        const FileDescriptor lowestFree(dup(client->descriptor()));
+        none.rlim_cur = static_cast<rlim_t>(lowestFree.get()) + 1;
+        setrlimit(RLIMIT_NOFILE, &none);
+        for (int i = 0; i < 10; ++i) {
+            QCoreApplication::processEvents();
+        }
+        setrlimit(RLIMIT_NOFILE, &limit);
+        QByteArray reply;
+        withClients(1, [&](int) {
+            client->send("1x1");
+            reply = replies(*client, 1);
+        });
+        QCOMPARE(reply, QByteArray("OK."));
+    }
+};
+
+static const RegisteredTest<TestNetworkLoad> registered;
+#include "testnetworkload.moc"
