@@ -346,9 +346,7 @@ void TestVirtualUnit::unusableFolder()
 void TestVirtualUnit::waitForGivesUp()
 {
     const sim::VirtualUnit unit(root(), 2);
-    int tries = 0;
-    QVERIFY(!unit.waitFor([&] { return ++tries < 0; }, 50));
-    QVERIFY(tries > 1);
+    QVERIFY(!unit.waitFor([] { return false; }, 50));
 }
 
 static const RegisteredTest<TestVirtualUnit> registered;
