@@ -1,0 +1,195 @@
+#include "mxsite.h"
+#include "sharedobjects.h"
+#include "testregistry.h"
+#include "testunit.h"
+#include "tickcount.h"
+
+#include <QFile>
+#include <QHostAddress>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+#include <QUdpSocket>
+#include <csignal>
+#include <sys/shm.h>
+
+using sim::Wire;
+
+namespace
+{
+constexpr int DeadlineMs = 20000;
+
+/// The program itself, on a virtual unit.
+class Product
+{
+public:
+    /// Starts it and waits until it serves its wires.
+    explicit Product(bool started = true)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        m_process.setProcessEnvironment(environment);
+        m_process.start(QStringLiteral(PRODUCT), QStringList());
+        if (started) {
+            runUntil([&] {
+                m_output += m_process.readAllStandardOutput();
+                return m_output.contains("t0 ");
+            });
+        }
+    }
+    ~Product()
+    {
+        m_process.kill();
+        m_process.waitForFinished(DeadlineMs);
+    }
+    /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
+    int end(int signal)
+    {
+        ::kill(static_cast<pid_t>(m_process.processId()), signal);
+        return finish();
+    }
+    int finish()
+    {
+        const bool ended = m_process.waitForFinished(DeadlineMs);
+        m_output += m_process.readAllStandardOutput();
+        return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+    QByteArray output() const { return m_output; }
+    QByteArray errors() { return m_process.readAllStandardError(); }
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+};
+
+QByteArray overTcp(const QByteArray &command)
+{
+    QTcpSocket client;
+    client.connectToHost(QHostAddress(QHostAddress::LocalHost), MxSite::tcpPort());
+    client.write(command);
+    client.waitForReadyRead(DeadlineMs);
+    return client.readAll();
+}
+
+QByteArray overUdp(const QByteArray &command)
+{
+    QUdpSocket client;
+    client.writeDatagram(command, QHostAddress(QHostAddress::LocalHost), MxSite::udpPort());
+    client.waitForReadyRead(DeadlineMs);
+    QByteArray reply(100, '\0');
+    reply.resize(int(qMax<qint64>(0, client.readDatagram(reply.data(), reply.size()))));
+    return reply;
+}
+} // namespace
+
+/// The program as a process, from its start to its end.
+class TestProduct : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyWireEndsAtTheBoard()
+    {
+        TestUnit unit(4, {{"system/beep", "1"}, {"system/backlight", "2"}});
+        Product product;
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        QVERIFY(QRegularExpression(QStringLiteral("t0 \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\n"))
+                    .match(QString::fromLatin1(product.output()))
+                    .hasMatch());
+        QCOMPARE(unit.hardware().backlight(), 3);
+        QCOMPARE(unit.talk(Wire::Control0, "3x1&4."), QByteArray("OK."));
+        QVERIFY(unit.boardShows({3, 1, 1, 3}));
+        QCOMPARE(unit.talk(Wire::Control1, "2x1\r"), QByteArray("OK."));
+        QVERIFY(unit.boardShows({2, 1, 1, 3}));
+        QCOMPARE(overTcp("4x2"), QByteArray("OK."));
+        QVERIFY(unit.boardShows({2, 4, 1, 3}));
+        QCOMPARE(overUdp("0x3"), QByteArray("OK."));
+        QVERIFY(unit.boardShows({2, 4, 0, 3}));
+        QCOMPARE(unit.talk(Wire::Control1, "2?."), QByteArray("2x1."));
+        QCOMPARE(product.end(SIGTERM), 0);
+        int risen[32] = {};
+        for (const sim::LineWrite &write : unit.hardware().gpio().history()) {
+            risen[write.line] += write.level;
+        }
+        const int frames = int(unit.hardware().board().switchFrames().size());
+        QCOMPARE(risen[8], frames);
+        QCOMPARE(risen[4], frames);
+        QCOMPARE(risen[0], 1);
+        QCOMPARE(unit.hardware().gpio().level(4), 0);
+        QCOMPARE(unit.hardware().gpio().level(8), 0);
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void theRoutingIsBackAfter_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGINT") << SIGINT;
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGKILL") << SIGKILL;
+    }
+
+    void theRoutingIsBackAfter()
+    {
+        QFETCH(int, signal);
+        TestUnit unit(4);
+        {
+            Product product;
+            QVERIFY(unit.boardShows({1, 1, 1, 1}));
+            QCOMPARE(unit.talk(Wire::Control0, "all1.save2.4x1.", 3), QByteArray("OK.OK.OK."));
+            QVERIFY(unit.boardShows({4, 2, 3, 4}));
+            QVERIFY(runUntil([&] { return unit.fileContent("/home/app/data/scene0").startsWith('\3'); }));
+            QCOMPARE(product.end(signal), signal == SIGKILL ? -1 : 0);
+        }
+        // The shared objects outlive the program.
+        QVERIFY(shmget(MxSite::segmentKey(), 0, 0) >= 0);
+        // The board wants its pause also between two programs.
+        const std::vector<sim::SwitchFrame> frames = unit.hardware().board().switchFrames();
+        const auto last = static_cast<quint32>(frames.back().timeUs / 1000);
+        QVERIFY(runUntil([&] { return ticksBetween(last, GetTickCount()) > 600; }));
+        const Product again;
+        QVERIFY(runUntil([&] { return unit.hardware().board().switchFrames().size() > frames.size(); }));
+        QVERIFY(unit.boardShows({4, 2, 3, 4}));
+        QCOMPARE(unit.talk(Wire::Control0, "recall2.1?.", 2), QByteArray("OK.1x1."));
+        QVERIFY(unit.boardShows({1, 2, 3, 4}));
+        QVERIFY(runUntil([&] { return unit.hardware().board().spliceFrames().size() == 1; }));
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void aSignalDuringARecallEndsItToo()
+    {
+        TestUnit unit(4);
+        Product product;
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        unit.hardware().send(Wire::Control0, "4x4.save2.1x4.recall2.");
+        QVERIFY(unit.boardShows({1, 1, 1, 4}));
+        QCOMPARE(product.end(SIGTERM), 0);
+        QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
+    }
+
+    void withoutSharedMemoryItSaysSoAndEnds()
+    {
+        const TestUnit unit(4);
+        const int foreign = shmget(MxSite::segmentKey(), 4096, IPC_CREAT | 0600);
+        Product product(false);
+        QCOMPARE(product.finish(), 1);
+        shmctl(foreign, IPC_RMID, nullptr);
+        QVERIFY(product.errors().contains("shm error"));
+    }
+
+    void takenPortsAreNoObstacle()
+    {
+        TestUnit unit(4);
+        QTcpServer taken;
+        QVERIFY(taken.listen(QHostAddress(QHostAddress::AnyIPv4), MxSite::tcpPort()));
+        const Product product;
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        QCOMPARE(overUdp("3x1"), QByteArray("OK."));
+        QVERIFY(unit.boardShows({3, 1, 1, 1}));
+    }
+};
+
+static const RegisteredTest<TestProduct> registered;
+#include "testproduct.moc"

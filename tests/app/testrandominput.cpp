@@ -1,0 +1,232 @@
+#include "mxsite.h"
+#include "qmxtcp.h"
+#include "qmxudp.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QDir>
+#include <QHostAddress>
+#include <QTcpSocket>
+#include <QTest>
+#include <QUdpSocket>
+#include <cstring>
+#include <random>
+#include <sys/msg.h>
+
+using sim::Wire;
+
+namespace
+{
+/// Bytes that are mostly wrong in ways that are nearly right.
+class Noise
+{
+public:
+    explicit Noise(unsigned seed)
+        : m_random(seed)
+    {
+    }
+    unsigned below(unsigned limit) { return static_cast<unsigned>(m_random()) % limit; }
+
+    QByteArray bytes(int most)
+    {
+        QByteArray all;
+        const int size = int(below(unsigned(most)));
+        while (all.size() < size) {
+            all += piece();
+        }
+        return all;
+    }
+
+    QByteArray file()
+    {
+        QByteArray text;
+        for (unsigned i = below(30); i > 0; --i) {
+            static const char *const keys[] = {"[system]", "[IP]",   "[caption]", "port",    "scene",
+                                               "baudrate", "keypad", "images",    "ADDRESS", "NETMASK",
+                                               "input1",   "output", "scene3",    "%"};
+            text += keys[below(14)];
+            text += below(3) > 0 ? QByteArray("=") + piece() + "\n" : bytes(80);
+        }
+        return text;
+    }
+
+private:
+    QByteArray piece()
+    {
+        static const char *const words[] = {
+            "x",  "&",      ",",  "?",    ".",    "\r",    "!",    "all",    "all1", "save",
+            ">s", "r",      ">c", "temp", "0m",   "recal", "*",    "-",      " ",    "+",
+            "\n", "beepof", "%s", "%n",   "[\"]", "65536", "1x2.", "3x1&4.", "9?.",  "recal11."};
+        switch (below(5)) {
+        case 0:
+            return QByteArray::number(below(4) > 0 ? below(200) : below(0xFFFFFFFF));
+        case 1:
+            return QByteArray(1, char(below(256)));
+        case 2:
+            return frame();
+        default:
+            return words[below(sizeof words / sizeof *words)];
+        }
+    }
+
+    QByteArray frame()
+    {
+        const unsigned length = below(3) > 0 ? below(40) : below(0x10000);
+        QByteArray all("\xEB\x90");
+        all += char(length >> 8);
+        all += char(length);
+        for (unsigned i = 4; i < qMin(length, 600U); ++i) {
+            all += below(4) > 0 ? char(0) : char(below(256));
+        }
+        return all;
+    }
+
+    std::mt19937 m_random;
+};
+
+const char *const Files[] = {"/home/app/config/setup.ini",
+                             "/home/app/config/caption.ini",
+                             "/etc/eth0.conf",
+                             "/etc/eth1.conf",
+                             "/home/app/data/scene0",
+                             "/home/app/data/scene3",
+                             "/home/app/data/splice3.ini",
+                             "/home/www/splice/splice.txt",
+                             "/home/www/splice/splice3.txt",
+                             "/sys/devices/virtual/thermal/thermal_zone0/temp"};
+
+/// The parts of the record that no command may touch.
+QByteArray untouchable(const MxShm &shm)
+{
+    const auto *bytes = reinterpret_cast<const char *>(&shm);
+    const int map = 69545;
+    const int ports = portCount(shm);
+    const int scenes = sceneCount(shm);
+    QByteArray all(bytes, 12);         // port, scene, keypad
+    all += QByteArray(bytes + 16, 12); // backlight, sleep, baudrate
+    all += QByteArray(bytes + 32, map - 32);
+    for (int slot = 0; slot < 64; ++slot) {
+        const int used = slot <= scenes ? 2 * ports : 0;
+        all += QByteArray(bytes + map + 2048 * slot + used, 2048 - used);
+    }
+    all += QByteArray(bytes + 200618 + 4 * ports, 4 * (1024 - ports));
+    return all + QByteArray(bytes + sizeof(MxShm), SharedObjects::SegmentSize - int(sizeof(MxShm)));
+}
+
+void sendRequest(const QByteArray &text)
+{
+    struct {
+        long type;
+        char text[2000];
+    } message{1, {}};
+    std::memcpy(message.text, text.constData(), size_t(text.size()));
+    msgsnd(msgget(MxSite::requestQueueKey(), 0), &message, size_t(text.size()), IPC_NOWAIT);
+}
+} // namespace
+
+/// Seeded random bytes into every input of the program at once: links, network, queues and files. The program
+/// goes on, and the record is as before but for what commands may change.
+class TestRandomInput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void survives_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 6; ++seed) {
+            QTest::newRow(QByteArray::number(seed).constData()) << seed;
+        }
+    }
+
+    void survives()
+    {
+        QFETCH(unsigned, seed);
+        Noise noise(seed);
+        TestUnit unit(8);
+        unit.makeFolder("/home/www/splice");
+        for (const char *file : Files) {
+            if (noise.below(4) > 0) {
+                unit.writeFile(file, noise.file());
+            }
+        }
+        unit.start();
+        const QMxUdp udp(nullptr);
+        const QMxTcp tcp(nullptr);
+        QVERIFY(unit.talk(Wire::Control0, "9999?.") == "ERR."); // the control thread has opened what it needs
+        const QByteArray before = untouchable(unit.shm());
+        const int descriptors = openDescriptors();
+        for (int round = 0; round < 150; ++round) {
+            if (round == 75) {
+                unit.hardware().send(Wire::Control1,
+                                     ".recall3."); // blocks for a second, so not among the noise
+            }
+            feed(unit, noise);
+        }
+        QVERIFY(everyWireAnswers(unit));
+        QVERIFY(untouchable(unit.shm()) == before);
+        QVERIFY(runUntil([&] { return openDescriptors() <= descriptors; }));
+    }
+
+private:
+    static int openDescriptors()
+    {
+        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
+    }
+
+    static void feed(TestUnit &unit, Noise &noise)
+    {
+        const QHostAddress here(QHostAddress::LocalHost);
+        for (const Wire wire : {Wire::Control0, Wire::Control1, Wire::Matrix, Wire::Keys, Wire::Infrared}) {
+            unit.hardware().send(wire, noise.bytes(noise.below(10) > 0 ? 200 : 3000).toStdString());
+            unit.hardware().takeReceived(wire);
+        }
+        sendRequest(noise.bytes(1000).left(1500));
+        QUdpSocket datagrams;
+        for (int i = 0; i < 8; ++i) {
+            datagrams.writeDatagram(noise.bytes(300), here, static_cast<quint16>(MxSite::udpPort() + i));
+        }
+        QTcpSocket client;
+        client.connectToHost(here, MxSite::tcpPort());
+        client.write(noise.bytes(2000));
+        runUntil([&] { return client.bytesToWrite() == 0; });
+        if (noise.below(2) == 0) {
+            client.abort();
+        }
+    }
+
+    static bool everyWireAnswers(TestUnit &unit)
+    {
+        const QHostAddress here(QHostAddress::LocalHost);
+        for (const Wire wire : {Wire::Control0, Wire::Control1}) {
+            // Whatever was half said ends here: a frame of at most 4096 bytes, and a line.
+            unit.hardware().send(wire, std::string(4200, '\0') + ".1all.1?.");
+            std::string answers;
+            const auto answered = [&] {
+                answers += unit.hardware().takeReceived(wire);
+                return answers.find("1x1&2") != std::string::npos;
+            };
+            if (!unit.hardware().waitFor(answered, 20000)) {
+                return false;
+            }
+        }
+        QTcpSocket client;
+        client.connectToHost(here, MxSite::tcpPort());
+        client.write("1x1");
+        QByteArray overTcp;
+        runUntil([&] { return (overTcp += client.readAll()) == "OK."; });
+        for (int i = 0; i < 8; ++i) {
+            QUdpSocket datagrams;
+            datagrams.writeDatagram("1x1", here, static_cast<quint16>(MxSite::udpPort() + i));
+            char reply[10];
+            if (!runUntil([&] { return datagrams.hasPendingDatagrams(); }) ||
+                datagrams.readDatagram(reply, 10) != 3) {
+                return false;
+            }
+        }
+        return overTcp == "OK.";
+    }
+};
+
+static const RegisteredTest<TestRandomInput> registered;
+#include "testrandominput.moc"
