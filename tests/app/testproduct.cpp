@@ -1,12 +1,11 @@
 #include "mxsite.h"
+#include "product.h"
 #include "sharedobjects.h"
 #include "testregistry.h"
 #include "testunit.h"
 #include "tickcount.h"
 
-#include <QFile>
 #include <QHostAddress>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -20,51 +19,6 @@ using sim::Wire;
 namespace
 {
 constexpr int DeadlineMs = 20000;
-
-/// The program itself, on a virtual unit.
-class Product
-{
-public:
-    /// Starts it and waits until it serves its wires.
-    explicit Product(bool started = true)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        m_process.setProcessEnvironment(environment);
-        m_process.start(QStringLiteral(PRODUCT), QStringList());
-        if (started) {
-            runUntil([&] {
-                m_output += m_process.readAllStandardOutput();
-                return m_output.contains("t0 ");
-            });
-        }
-    }
-    ~Product()
-    {
-        m_process.kill();
-        m_process.waitForFinished(DeadlineMs);
-    }
-    /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
-    int end(int signal)
-    {
-        ::kill(static_cast<pid_t>(m_process.processId()), signal);
-        return finish();
-    }
-    int finish()
-    {
-        const bool ended = m_process.waitForFinished(DeadlineMs);
-        m_output += m_process.readAllStandardOutput();
-        return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-    }
-    QByteArray output() const { return m_output; }
-    QByteArray errors() { return m_process.readAllStandardError(); }
-
-private:
-    QProcess m_process;
-    QByteArray m_output;
-};
-
 QByteArray overTcp(const QByteArray &command)
 {
     QTcpSocket client;

@@ -122,7 +122,8 @@ QString TestMxsim::failure(const QStringList &arguments) const
     return error.trimmed();
 }
 
-/// What the stand-in for the control program wrote down: its process, the ports, the platform.
+/// What the stand-in for the control program wrote down: its process, the ports, the platform, the preloaded
+/// libraries.
 QStringList TestMxsim::told() const
 {
     QFile file(m_folder->filePath("unit/fakecontrol"));
@@ -151,6 +152,7 @@ void TestMxsim::badOptions_data()
     row({"--folder", ""}, "--folder takes the name of a folder");
     row({"--program", "nowhere/mxcontrol"}, "there is no program nowhere/mxcontrol");
     row({"--program", "."}, "there is no program .");
+    row({"--program", "/etc/passwd"}, "there is no program /etc/passwd");
 }
 
 void TestMxsim::badOptions()
@@ -208,7 +210,11 @@ void TestMxsim::programThatEnds()
 
 void TestMxsim::showsWhatHappens()
 {
+    const QString interposer = QDir::cleanPath(beside("../lib/libmxioctl.so"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_PRELOAD", interposer);
     QProcess mxsim;
+    mxsim.setProcessEnvironment(environment);
     start(mxsim, {"--ports", "4", "--scenes", "12"});
     QByteArray output = readUntil(mxsim, "dark\n");
     if (!output.contains("buzzer\n")) // nothing says which of two wires is served first
@@ -229,8 +235,9 @@ void TestMxsim::showsWhatHappens()
     QVERIFY(lines.filter(QRegularExpression("^\\S{12} switch   input 3 on outputs 1, 4; outputs 2-3 dark$"))
                 .size() == 1);
 
-    QCOMPARE(told().mid(1),
-             QStringList({QString::number(m_tcpPort), QString::number(m_udpPort), "offscreen"}));
+    QCOMPARE(told().mid(1), QStringList({QString::number(m_tcpPort), QString::number(m_udpPort), "offscreen",
+                                         interposer + ":" + interposer}));
+    QVERIFY(QFile::exists(file("unit/serial1")) && QFile::exists(file("unit/serial2")));
     QFile log(file("unit/mxcontrol.log"));
     QVERIFY(log.open(QIODevice::ReadOnly));
     QCOMPARE(log.readAll(), QByteArray("starting\rt0 2026-01-01 00:00:00\n"));
@@ -277,6 +284,9 @@ void TestMxsim::interrupted()
     QCOMPARE(mxsim.exitCode(), 0);
     QCOMPARE(mxsim.readAllStandardError(), QByteArray());
     QVERIFY(hasEnded(program));
+    QFile log(file("unit/mxcontrol.log"));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().endsWith("\nasked to end\n"));
     QCOMPARE(QDir(file("unit/dev")).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
              QStringList());
     QVERIFY(!QFileInfo(file("unit/serial1")).isSymLink());

@@ -1,0 +1,44 @@
+#include "product.h"
+
+#include "testunit.h"
+
+#include <csignal>
+
+namespace
+{
+constexpr int DeadlineMs = 20000;
+}
+
+Product::Product(bool awaitStart)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    m_process.setProcessEnvironment(environment);
+    m_process.start(QStringLiteral(PRODUCT), QStringList());
+    if (awaitStart) {
+        runUntil([&] {
+            m_output += m_process.readAllStandardOutput();
+            return m_output.contains("t0 ");
+        });
+    }
+}
+
+Product::~Product()
+{
+    m_process.kill();
+    m_process.waitForFinished(DeadlineMs);
+}
+
+int Product::end(int signal)
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), signal);
+    return finish();
+}
+
+int Product::finish()
+{
+    const bool ended = m_process.waitForFinished(DeadlineMs);
+    m_output += m_process.readAllStandardOutput();
+    return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}

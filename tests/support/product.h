@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+
+/// The program as a process of its own, on the virtual unit that `TestUnit` has made.
+class Product
+{
+public:
+    /// Starts it; with `awaitStart` returns when it serves its wires.
+    explicit Product(bool awaitStart = true);
+    /// Kills it if it still runs.
+    ~Product();
+
+    /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
+    int end(int signal);
+    /// Waits for the end. \return as `end`
+    int finish();
+
+    qint64 processId() const { return m_process.processId(); }
+    QByteArray output() const { return m_output; }
+    QByteArray errors() { return m_process.readAllStandardError(); }
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+};
