@@ -159,7 +159,7 @@ void QMxComm::SaveScene(int n)
 void QMxComm::LoadScene(int n)
 {
     if (SceneStore::recallMap(*g_mxConfig, n)) {
-        // The board gets the routing before the layout that belongs to it.
+        // Time for the routing to leave before the layout that belongs to it does.
         sleep(1);
         LoadSplice(n);
     }

@@ -46,15 +46,28 @@ void QMxTcp::onAcceptError()
 
 void QMxTcp::onReadyRead()
 {
-    auto *socket = qobject_cast<QTcpSocket *>(sender());
+    serve(static_cast<QTcpSocket *>(sender()));
+}
+
+void QMxTcp::onBytesWritten()
+{
+    auto *socket = static_cast<QTcpSocket *>(sender());
+    if (socket->bytesToWrite() == 0) {
+        disconnect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onBytesWritten);
+        serve(socket);
+    }
+}
+
+/// Carries out what the client has sent, as long as the kernel takes the replies; goes on when it takes them
+/// again.
+void QMxTcp::serve(QTcpSocket *socket)
+{
     CommandBlock block;
     while (socket->bytesToWrite() == 0 && takeBlock(socket, block)) {
         answer(socket, std::move(block));
     }
     if (socket->bytesToWrite() > 0) {
-        connect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onReadyRead, Qt::UniqueConnection);
-    } else {
-        disconnect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onReadyRead);
+        connect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onBytesWritten, Qt::UniqueConnection);
     }
 }
 

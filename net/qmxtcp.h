@@ -24,14 +24,17 @@ public:
 private slots:
     void onNewConnection();
     void onReadyRead();
+    void onBytesWritten();
     void onAcceptError();
 
 private:
+    void serve(QTcpSocket *socket);
     bool takeBlock(QTcpSocket *socket, CommandBlock &block);
     void answer(QTcpSocket *socket, CommandBlock block);
     void forward(QTcpSocket *socket, QByteArray bytes);
 
-    QTcpServer m_server;
-    /// Blocks that wait until their client has read the replies to their beginning.
+    /// Blocks that wait until their client has read the replies to their beginning. It outlives the server, whose
+    /// sockets take themselves out of it.
     QHash<QTcpSocket *, CommandBlock> m_waiting;
+    QTcpServer m_server;
 };

@@ -1,0 +1,84 @@
+#include "options.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+struct NumberOption {
+    QCommandLineOption option;
+    int lowest;
+    int highest;
+};
+
+/// Reads a number that is in the option's range, or says in `error` that it is not. An option that is not
+/// given and has no default leaves `number` alone.
+void readNumber(const QCommandLineParser &parser, const NumberOption &of, int *number, QString *error)
+{
+    const QString text = parser.value(of.option);
+    if (text.isEmpty() && !parser.isSet(of.option))
+        return;
+    bool isNumber = false;
+    *number = text.toInt(&isNumber);
+    if (error->isEmpty() && (!isNumber || *number < of.lowest || *number > of.highest)) {
+        *error = QString("--%1 takes a number from %2 to %3, not \"%4\"")
+                     .arg(of.option.names().first())
+                     .arg(of.lowest)
+                     .arg(of.highest)
+                     .arg(text);
+    }
+}
+
+QString findProgram(const QString &path, Options *options)
+{
+    const QFileInfo file(path);
+    options->program = file.absoluteFilePath();
+    if (!file.isFile() || !file.isExecutable())
+        return QString("there is no program %1").arg(path);
+    return {};
+}
+
+} // namespace
+
+QString parseOptions(const QStringList &arguments, Options *options)
+{
+    const QCommandLineOption folder("folder", "Where the unit keeps its files (./unit).", "dir", "./unit");
+    const QCommandLineOption program("program", "The control program (mxcontrol beside mxsim).", "path",
+                                     QCoreApplication::applicationDirPath() + "/mxcontrol");
+    const NumberOption ports{
+        {"ports", "Inputs and outputs of the matrix, 2 to 160 (as last time, or 16).", "n"}, 2, 160};
+    const NumberOption scenes{
+        {"scenes", "Scenes of the matrix, 10 to 40 (as last time, or 10).", "n"}, 10, 40};
+    const NumberOption tcp{{"tcp-port", "TCP port for commands (5000).", "port", "5000"}, 1, 65535};
+    const NumberOption udp{
+        {"udp-port", "First of the eight UDP ports for commands (4000).", "port", "4000"}, 1, 65528};
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription("A matrix switcher without the hardware: runs its control program and\n"
+                                     "shows what reaches the switching board.");
+    parser.addOptions({folder, ports.option, scenes.option, tcp.option, udp.option, program});
+    const QCommandLineOption help = parser.addHelpOption();
+    if (!parser.parse(arguments))
+        return parser.errorText();
+    if (parser.isSet(help))
+        parser.showHelp();
+    if (!parser.positionalArguments().isEmpty())
+        return QString("\"%1\" is no option; see --help").arg(parser.positionalArguments().first());
+    if (parser.value(folder).isEmpty())
+        return "--folder takes the name of a folder";
+
+    QString error;
+    int tcpPort = 0;
+    int udpPort = 0;
+    readNumber(parser, ports, &options->ports, &error);
+    readNumber(parser, scenes, &options->scenes, &error);
+    readNumber(parser, tcp, &tcpPort, &error);
+    readNumber(parser, udp, &udpPort, &error);
+    options->tcpPort = static_cast<quint16>(tcpPort);
+    options->firstUdpPort = static_cast<quint16>(udpPort);
+    options->folder = QDir::cleanPath(QDir::current().absoluteFilePath(parser.value(folder)));
+    return error.isEmpty() ? findProgram(parser.value(program), options) : error;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What the command line of mxsim says.
+struct Options {
+    QString folder;  ///< absolute
+    QString program; ///< absolute; an executable file
+    int ports = 0;   ///< 2..160; 0 when not given
+    int scenes = 0;  ///< 10..40; 0 when not given
+    quint16 tcpPort = 0;
+    quint16 firstUdpPort = 0; ///< of eight
+};
+
+/// Reads the arguments, the program's own name first. Returns an empty text, or one line that says what is
+/// wrong. Prints the help and exits when asked for it.
+QString parseOptions(const QStringList &arguments, Options *options);

@@ -1,0 +1,274 @@
+#include "switchingboard.h"
+
+#include <array>
+
+namespace sim
+{
+
+namespace
+{
+
+constexpr std::array<uint8_t, 8> textPrefix = {'F', '0', '0', 'C', '0', '0', '0', '0'};
+constexpr size_t binaryHeaderSize = 4;
+constexpr size_t spliceOverhead = 7;
+constexpr size_t minBinarySize = 5;
+constexpr size_t maxBinarySize = 4096;
+
+constexpr int64_t gapUs = 100'000;
+constexpr int64_t switchDistanceMs = 550;
+constexpr int64_t spliceDistanceMs = 1000;
+constexpr int64_t readingLatencyMs = 100; ///< how late this side may have read the earlier frame
+
+bool isText(uint8_t byte)
+{
+    return (byte >= 0x20 && byte < 0x7F) || byte == '\r' || byte == '\n';
+}
+
+/// -1 for anything but an upper-case hexadecimal digit.
+int hexDigit(uint8_t byte)
+{
+    if (byte >= '0' && byte <= '9')
+        return byte - '0';
+    return byte >= 'A' && byte <= 'F' ? byte - 'A' + 10 : -1;
+}
+
+/// Empty unless `text` consists of whole groups of four digits.
+std::vector<uint16_t> hexGroups(const uint8_t *text, size_t groups)
+{
+    std::vector<uint16_t> values;
+    for (size_t group = 0; group < groups; ++group) {
+        int value = 0;
+        for (size_t i = 0; i < 4; ++i) {
+            const int digit = hexDigit(text[group * 4 + i]);
+            if (digit < 0)
+                return {};
+            value = value * 16 + digit;
+        }
+        values.push_back(static_cast<uint16_t>(value));
+    }
+    return values;
+}
+
+size_t declaredSize(const std::vector<uint8_t> &frame)
+{
+    return static_cast<size_t>(frame[2] << 8 | frame[3]);
+}
+
+std::string hex(uint8_t byte)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    return {digits[byte >> 4], digits[byte & 15]};
+}
+
+} // namespace
+
+SwitchingBoard::SwitchingBoard(int ports, WireObserver observer)
+    : m_ports(static_cast<size_t>(ports))
+    , m_observer(std::move(observer))
+    , m_routing(m_ports, 0xFFFF)
+{
+}
+
+void SwitchingBoard::feed(const uint8_t *bytes, size_t n, int64_t nowUs)
+{
+    for (size_t i = 0; i < n; ++i) {
+        m_bytes.add(bytes[i]);
+        take(bytes[i], nowUs);
+    }
+    if (n > 0)
+        m_lastByteUs = nowUs;
+}
+
+void SwitchingBoard::idle(int64_t nowUs)
+{
+    if (nowUs - m_lastByteUs <= gapUs)
+        return;
+    m_inStrayRun = false;
+    if (m_state == State::Text || m_state == State::Binary)
+        fault(nowUs, "a frame is cut off after " + std::to_string(m_frame.size()) + " bytes");
+    else
+        dropFirstCopy(nowUs);
+    m_state = State::Hunting;
+    m_firstCopy.reset();
+}
+
+void SwitchingBoard::take(uint8_t byte, int64_t nowUs)
+{
+    switch (m_state) {
+    case State::Hunting:
+        return begin(byte, nowUs);
+    case State::Text:
+        return takeText(byte, nowUs);
+    case State::SkippingLine:
+        return takeSkipped(byte, nowUs);
+    case State::Binary:
+        return takeBinary(byte, nowUs);
+    }
+}
+
+void SwitchingBoard::begin(uint8_t byte, int64_t nowUs)
+{
+    m_frame.assign(1, byte);
+    m_frameUs = nowUs;
+    if (byte == textPrefix[0]) {
+        m_state = State::Text;
+    } else if (byte == 0xEB) {
+        m_state = State::Binary;
+    } else {
+        m_state = State::Hunting;
+        stray(byte, nowUs);
+    }
+}
+
+void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
+{
+    const size_t expected = textPrefix.size() + 4 * m_ports + 2;
+    if (m_frame.size() < textPrefix.size() && byte != textPrefix[m_frame.size()])
+        return rejectAsStray(byte, nowUs);
+    if (!isText(byte)) {
+        fault(nowUs, "byte " + hex(byte) + " within a switch frame");
+        m_firstCopy.reset();
+        return begin(byte, nowUs);
+    }
+    m_frame.push_back(byte);
+    m_inStrayRun = m_inStrayRun && m_frame.size() < textPrefix.size();
+    if (byte == '\n') {
+        finishText(nowUs);
+    } else if (m_frame.size() == expected) {
+        fault(nowUs, "a switch frame goes on after " + std::to_string(expected) + " bytes");
+        m_firstCopy.reset();
+        m_state = State::SkippingLine;
+    }
+}
+
+void SwitchingBoard::takeSkipped(uint8_t byte, int64_t nowUs)
+{
+    if (byte == '\n')
+        m_state = State::Hunting;
+    else if (!isText(byte))
+        begin(byte, nowUs);
+}
+
+void SwitchingBoard::takeBinary(uint8_t byte, int64_t nowUs)
+{
+    if (m_frame.size() == 1 && byte != 0x90)
+        return rejectAsStray(byte, nowUs);
+    m_frame.push_back(byte);
+    m_inStrayRun = false;
+    if (m_frame.size() == 2)
+        dropFirstCopy(nowUs);
+    if (m_frame.size() < binaryHeaderSize)
+        return;
+    const size_t size = declaredSize(m_frame);
+    if (size < minBinarySize || size > maxBinarySize) {
+        fault(nowUs, "a frame declares a length of " + std::to_string(size));
+        m_state = State::Hunting;
+    } else if (m_frame.size() == size) {
+        finishBinary(nowUs);
+    }
+}
+
+/// What was taken for the start of a frame is none; `byte`, which does not continue it, may be one.
+void SwitchingBoard::rejectAsStray(uint8_t byte, int64_t nowUs)
+{
+    stray(m_frame[0], nowUs);
+    begin(byte, nowUs);
+}
+
+void SwitchingBoard::stray(uint8_t byte, int64_t nowUs)
+{
+    dropFirstCopy(nowUs);
+    if (!m_inStrayRun)
+        fault(nowUs, "bytes that begin no frame, the first one " + hex(byte));
+    m_inStrayRun = true;
+}
+
+void SwitchingBoard::finishText(int64_t nowUs)
+{
+    m_state = State::Hunting;
+    const size_t digits = m_frame.size() - textPrefix.size() - 1;
+    std::vector<uint16_t> inputs;
+    if (digits == 4 * m_ports + 1 && m_frame[m_frame.size() - 2] == '\r')
+        inputs = hexGroups(&m_frame[textPrefix.size()], m_ports);
+    if (!inputs.empty())
+        return acceptCopy({m_frameUs, inputs}, nowUs);
+    m_firstCopy.reset();
+    fault(nowUs, "a malformed switch frame of " + std::to_string(m_frame.size()) + " bytes");
+}
+
+void SwitchingBoard::finishBinary(int64_t nowUs)
+{
+    m_state = State::Hunting;
+    if (m_frame.back() != 0)
+        fault(nowUs, "a frame ends in " + hex(m_frame.back()) + " instead of 00");
+    else if (m_frame.size() == 4 * m_ports + spliceOverhead && m_frame[4] == 0x00 && m_frame[5] == 0x31)
+        acceptSplice();
+    else
+        record(m_passedFrames, PassedFrame{m_frameUs, m_frame});
+}
+
+void SwitchingBoard::acceptCopy(SwitchFrame frame, int64_t nowUs)
+{
+    if (!m_firstCopy) {
+        m_firstCopy = std::move(frame);
+    } else if (m_firstCopy->inputs == frame.inputs) {
+        acceptPair(*std::move(m_firstCopy));
+        m_firstCopy.reset();
+    } else {
+        fault(nowUs, "the two copies of a switch frame differ");
+        m_firstCopy.reset();
+    }
+}
+
+void SwitchingBoard::acceptPair(SwitchFrame frame)
+{
+    checkDistance("switch", frame.timeUs, m_lastSwitchUs, switchDistanceMs);
+    m_lastSwitchUs = m_lastFrameUs = frame.timeUs;
+    m_routing = frame.inputs;
+    record(m_switchFrames, std::move(frame));
+}
+
+void SwitchingBoard::acceptSplice()
+{
+    checkDistance("splice", m_frameUs, m_lastFrameUs, spliceDistanceMs);
+    m_lastFrameUs = m_frameUs;
+    SpliceFrame frame{m_frameUs, {}};
+    for (size_t at = 6; at + 4 < m_frame.size(); at += 4) {
+        frame.words.push_back(uint32_t(m_frame[at]) | uint32_t(m_frame[at + 1]) << 8 |
+                              uint32_t(m_frame[at + 2]) << 16 | uint32_t(m_frame[at + 3]) << 24);
+    }
+    record(m_spliceFrames, std::move(frame));
+}
+
+void SwitchingBoard::dropFirstCopy(int64_t nowUs)
+{
+    if (m_firstCopy)
+        fault(nowUs, "a switch frame came once only");
+    m_firstCopy.reset();
+}
+
+void SwitchingBoard::checkDistance(const char *frame, int64_t frameUs, const std::optional<int64_t> &lastUs,
+                                   int64_t minimumMs)
+{
+    if (!lastUs)
+        return;
+    const int64_t distanceMs = (frameUs - *lastUs) / 1000;
+    if (distanceMs < minimumMs - readingLatencyMs)
+        fault(frameUs,
+              "a " + std::string(frame) + " frame too early, after " + std::to_string(distanceMs) + " ms");
+}
+
+void SwitchingBoard::fault(int64_t nowUs, const std::string &text)
+{
+    record(m_faults, WireFault{nowUs, text});
+}
+
+template <class T>
+void SwitchingBoard::record(History<T> &history, T event)
+{
+    if (m_observer)
+        m_observer(event);
+    history.add(std::move(event));
+}
+
+} // namespace sim
