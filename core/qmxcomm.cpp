@@ -47,7 +47,7 @@ QMxComm::~QMxComm()
     m_stop = true;
     msleep(50);
     // A pass may be in the middle of a recall, and must not lose the record under its feet.
-    wait();
+    stop();
     MxShmClose();
     if (m_create) {
         MxShmRemove();
@@ -58,6 +58,9 @@ void QMxComm::stop()
 {
     m_stop = true;
     wait();
+    // What the loop wrote is visible behind this load. (It is behind `wait` as well, but by means inside Qt that the
+    // thread sanitizer cannot see.)
+    m_ended.load(std::memory_order_acquire);
 }
 
 void QMxComm::loadState()
@@ -93,6 +96,7 @@ void QMxComm::run()
         MxDoSwitch();
         m_parts->relay.step();
     }
+    m_ended.store(true, std::memory_order_release);
 }
 
 void QMxComm::pollControlPorts()

@@ -103,6 +103,7 @@ private:
     int runSceneCommand(int n, bool save);
 
     std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does
     MatrixLink m_matrix;
     Gpio m_gpio;
     /// Part of the object for its lifetime; the serial traffic itself goes through plain descriptors.
