@@ -19,7 +19,11 @@ class SharedNumber
 public:
     SharedNumber() = default;
     SharedNumber(const SharedNumber &) = delete;
-    SharedNumber &operator=(const SharedNumber &other) { return *this = static_cast<T>(other); }
+    SharedNumber &operator=(const SharedNumber &other)
+    {
+        *this = static_cast<T>(other);
+        return *this;
+    }
 
     MX_UNLOCKED operator T() const { return *reinterpret_cast<const volatile Unaligned *>(m_bytes); }
     MX_UNLOCKED SharedNumber &operator=(T value)

@@ -10,7 +10,7 @@ class SharedObjects
 {
 public:
     /// Bytes of the whole segment; the record lies at its start.
-    static constexpr std::size_t SegmentSize = 2 * 1024 * 1024;
+    static constexpr std::size_t SegmentSize = 2UL * 1024 * 1024;
 
     SharedObjects() = default;
     SharedObjects(const SharedObjects &) = delete;

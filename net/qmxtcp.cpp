@@ -86,8 +86,8 @@ bool QMxTcp::takeBlock(QTcpSocket *socket, CommandBlock &block)
     }
     QByteArray bytes = socket->readAll();
     if (NetworkBlock::isForBoard(bytes)) {
-        forward(socket, std::move(bytes));
-        bytes.clear();
+        forward(socket, bytes);
+        return false;
     }
     block = CommandBlock(std::move(bytes));
     return !block.atEnd();
@@ -101,14 +101,14 @@ void QMxTcp::answer(QTcpSocket *socket, CommandBlock block)
         replies.append(reply.text, reply.size);
     }
     if (!block.atEnd()) {
-        m_waiting.insert(socket, std::move(block));
+        m_waiting.insert(socket, block);
     }
     socket->write(replies);
     socket->flush();
 }
 
 /// The block itself is the acknowledgement.
-void QMxTcp::forward(QTcpSocket *socket, QByteArray bytes)
+void QMxTcp::forward(QTcpSocket *socket, QByteArray &bytes)
 {
     if (NetworkBlock::forward(bytes)) {
         socket->write(bytes);

@@ -31,7 +31,7 @@ private:
     void serve(QTcpSocket *socket);
     bool takeBlock(QTcpSocket *socket, CommandBlock &block);
     void answer(QTcpSocket *socket, CommandBlock block);
-    void forward(QTcpSocket *socket, QByteArray bytes);
+    void forward(QTcpSocket *socket, QByteArray &bytes);
 
     /// Blocks that wait until their client has read the replies to their beginning. It outlives the server, whose
     /// sockets take themselves out of it.

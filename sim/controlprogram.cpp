@@ -6,11 +6,9 @@
 
 namespace
 {
-
 constexpr int startMs = 10000;
 constexpr int stopMs = 5000;
 constexpr char readyMark[] = "t0 ";
-
 } // namespace
 
 ControlProgram::ControlProgram(QObject *parent)
@@ -35,12 +33,14 @@ QString ControlProgram::launch(const QString &program, const QProcessEnvironment
                                const QString &log)
 {
     m_log.setFileName(log);
-    if (!m_log.open(QIODevice::WriteOnly))
+    if (!m_log.open(QIODevice::WriteOnly)) {
         return QString("cannot write %1: %2").arg(log, m_log.errorString());
+    }
     setProcessEnvironment(environment);
     start(program, QStringList());
-    if (!waitForStarted())
+    if (!waitForStarted()) {
         return QString("cannot start %1: %2").arg(program, errorString());
+    }
     m_pid = processId();
     m_startTimer.start(startMs);
     return {};
@@ -49,8 +49,9 @@ QString ControlProgram::launch(const QString &program, const QProcessEnvironment
 void ControlProgram::stop()
 {
     m_startTimer.stop();
-    if (m_pid == 0)
+    if (m_pid == 0) {
         return;
+    }
     disconnect(this, static_cast<void (QProcess::*)(int, ExitStatus)>(&QProcess::finished), this, nullptr);
     signalGroup(SIGTERM);
     waitForFinished(stopMs);
@@ -72,8 +73,9 @@ void ControlProgram::setupChildProcess()
 
 void ControlProgram::readOutput()
 {
-    while (canReadLine())
+    while (canReadLine()) {
         takeLine(readLine());
+    }
 }
 
 void ControlProgram::takeLine(const QByteArray &line)
@@ -82,8 +84,9 @@ void ControlProgram::takeLine(const QByteArray &line)
     m_log.flush();
     // Some of the program's messages end in a carriage return alone.
     for (const QByteArray &message : line.trimmed().split('\r')) {
-        if (!message.isEmpty())
+        if (!message.isEmpty()) {
             m_lastMessage = message;
+        }
         if (m_startTimer.isActive() && message.startsWith(readyMark)) {
             m_startTimer.stop();
             emit up();
@@ -94,8 +97,9 @@ void ControlProgram::takeLine(const QByteArray &line)
 void ControlProgram::onFinished(int code, ExitStatus status)
 {
     readOutput();
-    if (bytesAvailable() > 0)
+    if (bytesAvailable() > 0) {
         takeLine(readAll());
+    }
     signalGroup(SIGKILL);
     m_startTimer.stop();
     m_pid = 0;
@@ -110,7 +114,8 @@ void ControlProgram::signalGroup(int signal) const
 
 QString ControlProgram::lastOutput() const
 {
-    if (m_lastMessage.isEmpty())
+    if (m_lastMessage.isEmpty()) {
         return "it printed nothing";
+    }
     return QString("its last output was \"%1\"").arg(QString::fromLocal8Bit(m_lastMessage));
 }

@@ -4,7 +4,6 @@
 
 namespace sim
 {
-
 /// A file descriptor and its owner; -1 is none.
 class Descriptor
 {
@@ -67,5 +66,4 @@ class FifoNode : public DeviceNode
 public:
     explicit FifoNode(const std::string &path);
 };
-
 } // namespace sim

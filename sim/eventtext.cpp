@@ -4,10 +4,8 @@
 
 namespace sim
 {
-
 namespace
 {
-
 constexpr uint16_t dark = 0xFFFF;
 constexpr int buzzerLine = 4;
 constexpr size_t shownBytes = 16;
@@ -18,11 +16,13 @@ std::string numberRuns(const std::vector<size_t> &numbers)
     std::string text;
     for (size_t first = 0; first < numbers.size();) {
         size_t last = first;
-        while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1)
+        while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1) {
             ++last;
+        }
         text += (text.empty() ? "" : ", ") + std::to_string(numbers[first] + 1);
-        if (last > first)
+        if (last > first) {
             text += "-" + std::to_string(numbers[last] + 1);
+        }
         first = last + 1;
     }
     return text;
@@ -38,11 +38,11 @@ std::string hex(const std::vector<uint8_t> &bytes)
 {
     static const char digits[] = "0123456789ABCDEF";
     std::string text;
-    for (size_t i = 0; i < bytes.size() && i < shownBytes; ++i)
+    for (size_t i = 0; i < bytes.size() && i < shownBytes; ++i) {
         text += std::string{' ', digits[bytes[i] >> 4], digits[bytes[i] & 15]};
+    }
     return bytes.size() > shownBytes ? text + " ... (" + std::to_string(bytes.size()) + " bytes)" : text;
 }
-
 } // namespace
 
 std::string EventText::line(const WireEvent &event)
@@ -53,14 +53,17 @@ std::string EventText::line(const WireEvent &event)
 std::string EventText::describe(const SwitchFrame &frame)
 {
     std::map<uint16_t, std::vector<size_t>> outputsOf;
-    for (size_t output = 0; output < frame.inputs.size(); ++output)
-        if (output >= m_routing.size() || m_routing[output] != frame.inputs[output])
+    for (size_t output = 0; output < frame.inputs.size(); ++output) {
+        if (output >= m_routing.size() || m_routing[output] != frame.inputs[output]) {
             outputsOf[frame.inputs[output]].push_back(output);
+        }
+    }
     m_routing = frame.inputs;
 
     std::string text;
-    for (const auto &[input, outputs] : outputsOf)
+    for (const auto &[input, outputs] : outputsOf) {
         text += (text.empty() ? "" : "; ") + group(input, outputs);
+    }
     return "switch   " + (text.empty() ? "no change" : text);
 }
 
@@ -76,8 +79,9 @@ std::string EventText::describe(const PassedFrame &frame) const
 
 std::string EventText::describe(const LineWrite &write)
 {
-    if (write.line != buzzerLine)
+    if (write.line != buzzerLine) {
         return {};
+    }
     const bool rises = write.level > m_buzzer;
     m_buzzer = write.level;
     return rises ? "buzzer" : "";
@@ -87,5 +91,4 @@ std::string EventText::describe(const WireFault &fault) const
 {
     return "fault    " + fault.text;
 }
-
 } // namespace sim

@@ -4,7 +4,6 @@
 
 namespace sim
 {
-
 /// Puts the events of a unit into words, one line each, with inputs and outputs counted from 1. It remembers
 /// the routing and the buzzer, so that a line tells what has changed. Not for several threads at once.
 class EventText
@@ -23,5 +22,4 @@ private:
     std::vector<uint16_t> m_routing; ///< empty before the first switch frame
     int m_buzzer = 0;
 };
-
 } // namespace sim

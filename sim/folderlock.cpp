@@ -13,9 +13,11 @@ QString FolderLock::acquire(const QString &folder)
     QDir().mkpath(folder);
     m_file.reset(
         open(QFile::encodeName(folder + "/mxsim.lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-    if (m_file.get() < 0)
+    if (m_file.get() < 0) {
         return QString("cannot use the folder %1: %2").arg(folder, strerror(errno));
-    if (flock(m_file.get(), LOCK_EX | LOCK_NB) < 0)
+    }
+    if (flock(m_file.get(), LOCK_EX | LOCK_NB) < 0) {
         return QString("the folder %1 is in use by another mxsim").arg(folder);
+    }
     return {};
 }

@@ -6,7 +6,6 @@
 
 namespace sim
 {
-
 GpioLines::GpioLines(WireObserver observer)
     : m_observer(std::move(observer))
 {
@@ -45,8 +44,8 @@ void GpioLines::takeRecord(int64_t nowUs)
         m_faults.add(fault);
         event = fault;
     }
-    if (m_observer)
+    if (m_observer) {
         m_observer(event);
+    }
 }
-
 } // namespace sim

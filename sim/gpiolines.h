@@ -8,7 +8,6 @@
 
 namespace sim
 {
-
 /// The GPIO lines behind the character device: level as the request, line as the argument, in the records
 /// that the ioctl interposer writes. Not for several threads at once. A copy is a snapshot.
 class GpioLines
@@ -34,5 +33,4 @@ private:
     History<LineWrite> m_history;
     History<WireFault> m_faults;
 };
-
 } // namespace sim

@@ -7,7 +7,6 @@
 
 namespace sim
 {
-
 /// The most recent items; older ones are forgotten, since a unit may run for weeks.
 template <class T>
 class History
@@ -20,8 +19,9 @@ public:
 
     void add(T item)
     {
-        if (m_items.size() == m_limit)
+        if (m_items.size() == m_limit) {
             m_items.pop_front();
+        }
         m_items.push_back(std::move(item));
     }
 
@@ -32,5 +32,4 @@ private:
     size_t m_limit;
     std::deque<T> m_items;
 };
-
 } // namespace sim

@@ -11,7 +11,6 @@
 
 namespace
 {
-
 /// Readable once the user wants to end the program. To be called before there is any other thread.
 int openStopSignals()
 {
@@ -29,7 +28,6 @@ int fail(const QString &error)
     fprintf(stderr, "mxsim: %s\n", qPrintable(error));
     return 1;
 }
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -39,18 +37,21 @@ int main(int argc, char *argv[])
 
     Options options;
     QString error = parseOptions(app.arguments(), &options);
-    if (!error.isEmpty())
+    if (!error.isEmpty()) {
         return fail(error);
+    }
 
     Session session(options);
     QObject::connect(&session, &Session::failed, [&error, &app](const QString &reason) {
-        if (error.isEmpty())
+        if (error.isEmpty()) {
             fail(error = reason);
+        }
         app.exit(1);
     });
     error = session.start();
-    if (!error.isEmpty())
+    if (!error.isEmpty()) {
         return fail(error);
+    }
 
     const QSocketNotifier notifier(stopSignals.get(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, &app, &QCoreApplication::quit);

@@ -7,7 +7,6 @@
 
 namespace
 {
-
 struct NumberOption {
     QCommandLineOption option;
     int lowest;
@@ -19,8 +18,9 @@ struct NumberOption {
 void readNumber(const QCommandLineParser &parser, const NumberOption &of, int *number, QString *error)
 {
     const QString text = parser.value(of.option);
-    if (text.isEmpty() && !parser.isSet(of.option))
+    if (text.isEmpty() && !parser.isSet(of.option)) {
         return;
+    }
     bool isNumber = false;
     *number = text.toInt(&isNumber);
     if (error->isEmpty() && (!isNumber || *number < of.lowest || *number > of.highest)) {
@@ -36,11 +36,11 @@ QString findProgram(const QString &path, Options *options)
 {
     const QFileInfo file(path);
     options->program = file.absoluteFilePath();
-    if (!file.isFile() || !file.isExecutable())
+    if (!file.isFile() || !file.isExecutable()) {
         return QString("there is no program %1").arg(path);
+    }
     return {};
 }
-
 } // namespace
 
 QString parseOptions(const QStringList &arguments, Options *options)
@@ -61,14 +61,18 @@ QString parseOptions(const QStringList &arguments, Options *options)
                                      "shows what reaches the switching board.");
     parser.addOptions({folder, ports.option, scenes.option, tcp.option, udp.option, program});
     const QCommandLineOption help = parser.addHelpOption();
-    if (!parser.parse(arguments))
+    if (!parser.parse(arguments)) {
         return parser.errorText();
-    if (parser.isSet(help))
+    }
+    if (parser.isSet(help)) {
         parser.showHelp();
-    if (!parser.positionalArguments().isEmpty())
+    }
+    if (!parser.positionalArguments().isEmpty()) {
         return QString("\"%1\" is no option; see --help").arg(parser.positionalArguments().first());
-    if (parser.value(folder).isEmpty())
+    }
+    if (parser.value(folder).isEmpty()) {
         return "--folder takes the name of a folder";
+    }
 
     QString error;
     int tcpPort = 0;

@@ -7,21 +7,19 @@
 
 namespace sim
 {
-
 namespace
 {
-
 constexpr size_t maxOutgoing = 1 << 20;
 
 bool makeRaw(int fd)
 {
     termios attributes;
-    if (tcgetattr(fd, &attributes) < 0)
+    if (tcgetattr(fd, &attributes) < 0) {
         return false;
+    }
     cfmakeraw(&attributes);
     return tcsetattr(fd, TCSANOW, &attributes) == 0;
 }
-
 } // namespace
 
 PtyNode::PtyNode(const std::string &path)
@@ -35,8 +33,9 @@ PtyNode::PtyNode(const std::string &path)
         return;
     }
     m_slave.reset(open(slavePath, O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-    if (m_slave.get() < 0 || !makeRaw(m_slave.get()) || symlink(slavePath, path.c_str()) < 0)
+    if (m_slave.get() < 0 || !makeRaw(m_slave.get()) || symlink(slavePath, path.c_str()) < 0) {
         fail();
+    }
 }
 
 SerialLink::SerialLink(const std::string &path)
@@ -53,8 +52,9 @@ termios SerialLink::attributes() const
 
 void SerialLink::send(const std::string &bytes, int64_t notBeforeUs)
 {
-    if (bytes.empty() || m_outgoingSize + bytes.size() > maxOutgoing)
+    if (bytes.empty() || m_outgoingSize + bytes.size() > maxOutgoing) {
         return;
+    }
     m_outgoing.push_back({bytes, notBeforeUs});
     m_outgoingSize += bytes.size();
 }
@@ -85,8 +85,8 @@ void PatchCable::deliver(const std::string &bytes)
     // Only the hang-up tells whether someone is there; without it, old answers would wait for the next one.
     pollfd far = {m_far.get(), POLLOUT, 0};
     if (poll(&far, 1, 0) == 1 && !(far.revents & POLLHUP) &&
-        write(m_far.get(), bytes.data(), bytes.size()) < 0)
+        write(m_far.get(), bytes.data(), bytes.size()) < 0) {
         return; // full: the terminal program does not read
+    }
 }
-
 } // namespace sim

@@ -8,7 +8,6 @@
 
 namespace sim
 {
-
 /// A pty, raw and without echo, with its slave linked at a path for someone to open as a serial port.
 class PtyNode : public DeviceNode
 {
@@ -54,5 +53,4 @@ public:
     /// Hands bytes to the terminal program, as many as fit. Does not block.
     void deliver(const std::string &bytes);
 };
-
 } // namespace sim

@@ -14,10 +14,8 @@
 
 namespace
 {
-
 constexpr int defaultPorts = 16;
 constexpr int defaultScenes = 10;
-
 } // namespace
 
 Session::Session(const Options &options)
@@ -31,12 +29,15 @@ Session::Session(const Options &options)
 QString Session::start()
 {
     QString error = m_lock.acquire(m_options.folder);
-    if (error.isEmpty())
+    if (error.isEmpty()) {
         error = checkNetworkPorts(m_options.tcpPort, m_options.firstUdpPort);
-    if (error.isEmpty())
+    }
+    if (error.isEmpty()) {
         error = makeUnit();
-    if (error.isEmpty())
+    }
+    if (error.isEmpty()) {
         error = launchProgram();
+    }
     return error;
 }
 
@@ -47,17 +48,20 @@ QString Session::makeUnit()
     const int scenes = m_options.scenes ? m_options.scenes : isNew ? defaultScenes : 0;
     m_ports = m_options.ports ? m_options.ports : isNew ? defaultPorts : 0;
     std::map<std::string, std::string> settings;
-    if (m_ports)
+    if (m_ports) {
         settings["system/port"] = std::to_string(m_ports);
-    else
+    } else {
         m_ports = std::max(2, std::min(sim::readSetting(root, "system/port", 0), 160));
-    if (scenes)
+    }
+    if (scenes) {
         settings["system/scene"] = std::to_string(scenes);
+    }
 
     m_unit = std::make_unique<sim::VirtualUnit>(root, m_ports,
                                                 [this](const sim::WireEvent &event) { observe(event); });
-    if (m_unit->error().empty() && !m_unit->writeSettings(settings))
+    if (m_unit->error().empty() && !m_unit->writeSettings(settings)) {
         return QString("cannot write %1").arg(QString::fromStdString(sim::settingsPath(root)));
+    }
     m_unit->plugCables();
     return QString::fromStdString(m_unit->error());
 }
@@ -66,47 +70,53 @@ QString Session::launchProgram()
 {
     const QString interposer =
         QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib/libmxioctl.so");
-    if (!QFile::exists(interposer))
+    if (!QFile::exists(interposer)) {
         return QString("there is no %1").arg(interposer);
+    }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString preloaded = environment.value("LD_PRELOAD");
     environment.insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);
     environment.insert("MX_ROOT", m_options.folder);
     environment.insert("MX_TCP_PORT", QString::number(m_options.tcpPort));
     environment.insert("MX_UDP_PORT", QString::number(m_options.firstUdpPort));
-    if (!environment.contains("QT_QPA_PLATFORM"))
+    if (!environment.contains("QT_QPA_PLATFORM")) {
         environment.insert("QT_QPA_PLATFORM", "offscreen");
+    }
     return m_program.launch(m_options.program, environment, m_options.folder + "/mxcontrol.log");
 }
 
 void Session::observe(const sim::WireEvent &event)
 {
     const QString line = QString::fromStdString(m_text.line(event));
-    if (!line.isEmpty())
+    if (!line.isEmpty()) {
         emit happened(QTime::currentTime().toString("hh:mm:ss.zzz ") + line);
+    }
 }
 
 void Session::onUp()
 {
     m_isUp = true;
     print(startMessage());
-    for (const QString &line : m_early)
+    for (const QString &line : m_early) {
         print(line);
+    }
     m_early.clear();
 }
 
 void Session::onHappened(const QString &line)
 {
-    if (m_isUp)
+    if (m_isUp) {
         print(line);
-    else
+    } else {
         m_early.append(line);
+    }
 }
 
 void Session::print(const QString &text)
 {
-    if (puts(text.toLocal8Bit().constData()) < 0 || fflush(stdout) != 0)
+    if (puts(text.toLocal8Bit().constData()) < 0 || fflush(stdout) != 0) {
         emit failed(QString("cannot write the output: %1").arg(strerror(errno)));
+    }
 }
 
 QString Session::startMessage() const

@@ -4,10 +4,8 @@
 
 namespace sim
 {
-
 namespace
 {
-
 constexpr std::array<uint8_t, 8> textPrefix = {'F', '0', '0', 'C', '0', '0', '0', '0'};
 constexpr size_t binaryHeaderSize = 4;
 constexpr size_t spliceOverhead = 7;
@@ -27,8 +25,9 @@ bool isText(uint8_t byte)
 /// -1 for anything but an upper-case hexadecimal digit.
 int hexDigit(uint8_t byte)
 {
-    if (byte >= '0' && byte <= '9')
+    if (byte >= '0' && byte <= '9') {
         return byte - '0';
+    }
     return byte >= 'A' && byte <= 'F' ? byte - 'A' + 10 : -1;
 }
 
@@ -40,8 +39,9 @@ std::vector<uint16_t> hexGroups(const uint8_t *text, size_t groups)
         int value = 0;
         for (size_t i = 0; i < 4; ++i) {
             const int digit = hexDigit(text[group * 4 + i]);
-            if (digit < 0)
+            if (digit < 0) {
                 return {};
+            }
             value = value * 16 + digit;
         }
         values.push_back(static_cast<uint16_t>(value));
@@ -59,7 +59,6 @@ std::string hex(uint8_t byte)
     static const char digits[] = "0123456789ABCDEF";
     return {digits[byte >> 4], digits[byte & 15]};
 }
-
 } // namespace
 
 SwitchingBoard::SwitchingBoard(int ports, WireObserver observer)
@@ -75,19 +74,22 @@ void SwitchingBoard::feed(const uint8_t *bytes, size_t n, int64_t nowUs)
         m_bytes.add(bytes[i]);
         take(bytes[i], nowUs);
     }
-    if (n > 0)
+    if (n > 0) {
         m_lastByteUs = nowUs;
+    }
 }
 
 void SwitchingBoard::idle(int64_t nowUs)
 {
-    if (nowUs - m_lastByteUs <= gapUs)
+    if (nowUs - m_lastByteUs <= gapUs) {
         return;
+    }
     m_inStrayRun = false;
-    if (m_state == State::Text || m_state == State::Binary)
+    if (m_state == State::Text || m_state == State::Binary) {
         fault(nowUs, "a frame is cut off after " + std::to_string(m_frame.size()) + " bytes");
-    else
+    } else {
         dropFirstCopy(nowUs);
+    }
     m_state = State::Hunting;
     m_firstCopy.reset();
 }
@@ -123,8 +125,9 @@ void SwitchingBoard::begin(uint8_t byte, int64_t nowUs)
 void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
 {
     const size_t expected = textPrefix.size() + 4 * m_ports + 2;
-    if (m_frame.size() < textPrefix.size() && byte != textPrefix[m_frame.size()])
+    if (m_frame.size() < textPrefix.size() && byte != textPrefix[m_frame.size()]) {
         return rejectAsStray(byte, nowUs);
+    }
     if (!isText(byte)) {
         fault(nowUs, "byte " + hex(byte) + " within a switch frame");
         m_firstCopy.reset();
@@ -143,22 +146,26 @@ void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
 
 void SwitchingBoard::takeSkipped(uint8_t byte, int64_t nowUs)
 {
-    if (byte == '\n')
+    if (byte == '\n') {
         m_state = State::Hunting;
-    else if (!isText(byte))
+    } else if (!isText(byte)) {
         begin(byte, nowUs);
+    }
 }
 
 void SwitchingBoard::takeBinary(uint8_t byte, int64_t nowUs)
 {
-    if (m_frame.size() == 1 && byte != 0x90)
+    if (m_frame.size() == 1 && byte != 0x90) {
         return rejectAsStray(byte, nowUs);
+    }
     m_frame.push_back(byte);
     m_inStrayRun = false;
-    if (m_frame.size() == 2)
+    if (m_frame.size() == 2) {
         dropFirstCopy(nowUs);
-    if (m_frame.size() < binaryHeaderSize)
+    }
+    if (m_frame.size() < binaryHeaderSize) {
         return;
+    }
     const size_t size = declaredSize(m_frame);
     if (size < minBinarySize || size > maxBinarySize) {
         fault(nowUs, "a frame declares a length of " + std::to_string(size));
@@ -178,8 +185,9 @@ void SwitchingBoard::rejectAsStray(uint8_t byte, int64_t nowUs)
 void SwitchingBoard::stray(uint8_t byte, int64_t nowUs)
 {
     dropFirstCopy(nowUs);
-    if (!m_inStrayRun)
+    if (!m_inStrayRun) {
         fault(nowUs, "bytes that begin no frame, the first one " + hex(byte));
+    }
     m_inStrayRun = true;
 }
 
@@ -188,10 +196,12 @@ void SwitchingBoard::finishText(int64_t nowUs)
     m_state = State::Hunting;
     const size_t digits = m_frame.size() - textPrefix.size() - 1;
     std::vector<uint16_t> inputs;
-    if (digits == 4 * m_ports + 1 && m_frame[m_frame.size() - 2] == '\r')
+    if (digits == 4 * m_ports + 1 && m_frame[m_frame.size() - 2] == '\r') {
         inputs = hexGroups(&m_frame[textPrefix.size()], m_ports);
-    if (!inputs.empty())
+    }
+    if (!inputs.empty()) {
         return acceptCopy({m_frameUs, inputs}, nowUs);
+    }
     m_firstCopy.reset();
     fault(nowUs, "a malformed switch frame of " + std::to_string(m_frame.size()) + " bytes");
 }
@@ -199,12 +209,13 @@ void SwitchingBoard::finishText(int64_t nowUs)
 void SwitchingBoard::finishBinary(int64_t nowUs)
 {
     m_state = State::Hunting;
-    if (m_frame.back() != 0)
+    if (m_frame.back() != 0) {
         fault(nowUs, "a frame ends in " + hex(m_frame.back()) + " instead of 00");
-    else if (m_frame.size() == 4 * m_ports + spliceOverhead && m_frame[4] == 0x00 && m_frame[5] == 0x31)
+    } else if (m_frame.size() == 4 * m_ports + spliceOverhead && m_frame[4] == 0x00 && m_frame[5] == 0x31) {
         acceptSplice();
-    else
+    } else {
         record(m_passedFrames, PassedFrame{m_frameUs, m_frame});
+    }
 }
 
 void SwitchingBoard::acceptCopy(SwitchFrame frame, int64_t nowUs)
@@ -242,20 +253,23 @@ void SwitchingBoard::acceptSplice()
 
 void SwitchingBoard::dropFirstCopy(int64_t nowUs)
 {
-    if (m_firstCopy)
+    if (m_firstCopy) {
         fault(nowUs, "a switch frame came once only");
+    }
     m_firstCopy.reset();
 }
 
 void SwitchingBoard::checkDistance(const char *frame, int64_t frameUs, const std::optional<int64_t> &lastUs,
                                    int64_t minimumMs)
 {
-    if (!lastUs)
+    if (!lastUs) {
         return;
+    }
     const int64_t distanceMs = (frameUs - *lastUs) / 1000;
-    if (distanceMs < minimumMs - readingLatencyMs)
+    if (distanceMs < minimumMs - readingLatencyMs) {
         fault(frameUs,
               "a " + std::string(frame) + " frame too early, after " + std::to_string(distanceMs) + " ms");
+    }
 }
 
 void SwitchingBoard::fault(int64_t nowUs, const std::string &text)
@@ -266,9 +280,9 @@ void SwitchingBoard::fault(int64_t nowUs, const std::string &text)
 template <class T>
 void SwitchingBoard::record(History<T> &history, T event)
 {
-    if (m_observer)
+    if (m_observer) {
         m_observer(event);
+    }
     history.add(std::move(event));
 }
-
 } // namespace sim

@@ -8,7 +8,6 @@
 
 namespace sim
 {
-
 /// The switching board as seen from the matrix link. It is stricter than the device: whatever is not exactly
 /// one of these frames, or comes too early, is a recorded fault.
 ///
@@ -90,5 +89,4 @@ private:
     History<WireFault> m_faults;
     History<uint8_t> m_bytes{1 << 20};
 };
-
 } // namespace sim

@@ -4,7 +4,6 @@
 
 namespace sim
 {
-
 std::string settingsPath(const std::string &root)
 {
     return root + "/home/app/config/setup.ini";
@@ -19,10 +18,10 @@ int readSetting(const std::string &root, const std::string &key, int fallback)
 bool writeSettings(const std::string &root, const std::map<std::string, std::string> &values)
 {
     QSettings settings(QString::fromStdString(settingsPath(root)), QSettings::IniFormat);
-    for (const auto &[key, value] : values)
+    for (const auto &[key, value] : values) {
         settings.setValue(QString::fromStdString(key), QString::fromStdString(value));
+    }
     settings.sync();
     return settings.status() == QSettings::NoError;
 }
-
 } // namespace sim

@@ -5,7 +5,6 @@
 
 namespace sim
 {
-
 /// Where the settings file of the unit below `root` is.
 std::string settingsPath(const std::string &root);
 
@@ -15,5 +14,4 @@ int readSetting(const std::string &root, const std::string &key, int fallback);
 
 /// Sets these keys and keeps the others. False when the file cannot be written.
 bool writeSettings(const std::string &root, const std::map<std::string, std::string> &values);
-
 } // namespace sim

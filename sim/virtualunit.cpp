@@ -9,10 +9,8 @@
 
 namespace sim
 {
-
 namespace
 {
-
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds turn{20};
@@ -44,7 +42,6 @@ bool writeFile(const std::string &path, const std::string &text)
     file << text;
     return static_cast<bool>(file.flush());
 }
-
 } // namespace
 
 VirtualUnit::VirtualUnit(const std::string &root, int ports, const WireObserver &observer)
@@ -53,17 +50,20 @@ VirtualUnit::VirtualUnit(const std::string &root, int ports, const WireObserver 
     , m_gpio(observer)
 {
     makeFiles();
-    if (m_error.empty())
+    if (m_error.empty()) {
         makeDevices();
-    if (m_error.empty())
+    }
+    if (m_error.empty()) {
         m_thread = std::thread(&VirtualUnit::run, this);
+    }
 }
 
 VirtualUnit::~VirtualUnit()
 {
     m_stop = true;
-    if (m_thread.joinable())
+    if (m_thread.joinable()) {
         m_thread.join();
+    }
 }
 
 std::string VirtualUnit::path(Wire wire) const
@@ -74,8 +74,9 @@ std::string VirtualUnit::path(Wire wire) const
 void VirtualUnit::unplug(Wire wire)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_error.empty())
+    if (m_error.empty()) {
         node(wire).removeFile();
+    }
 }
 
 bool VirtualUnit::plugCables()
@@ -92,8 +93,9 @@ void VirtualUnit::inject(Fault fault)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_injected.insert(fault);
-    if (SerialLink *link = serialLink(Wire::Matrix); link && fault == Fault::MatrixGarbageFirst)
+    if (SerialLink *link = serialLink(Wire::Matrix); link && fault == Fault::MatrixGarbageFirst) {
         link->send(noise);
+    }
 }
 
 SwitchingBoard VirtualUnit::board() const
@@ -118,13 +120,15 @@ void VirtualUnit::send(Wire wire, const std::string &bytes)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     SerialLink *link = serialLink(wire);
-    if (!link)
+    if (!link) {
         return;
+    }
     const bool isControl = wire == Wire::Control0 || wire == Wire::Control1;
     const size_t first = isControl && isInjected(Fault::ControlCutInTwo) ? bytes.size() / 2 : bytes.size();
     link->send(bytes.substr(0, first));
-    if (first < bytes.size())
+    if (first < bytes.size()) {
         link->send(bytes.substr(first), nowUs() + cutUs);
+    }
     link->flush(nowUs());
 }
 
@@ -159,11 +163,13 @@ bool VirtualUnit::waitFor(const std::function<bool()> &condition, int timeoutMs)
         std::unique_lock<std::mutex> lock(m_mutex);
         const uint64_t seen = m_arrivals;
         lock.unlock();
-        if (condition())
+        if (condition()) {
             return true;
+        }
         const auto now = Clock::now();
-        if (now >= deadline)
+        if (now >= deadline) {
             return false;
+        }
         lock.lock();
         m_served.wait_until(lock, std::min(deadline, now + turn), [&] { return m_arrivals != seen; });
     }
@@ -176,21 +182,26 @@ void VirtualUnit::makeFiles()
           "/sys/class/backlight/backlight.8", "/sys/devices/virtual/thermal/thermal_zone0"}) {
         std::error_code failure;
         std::filesystem::create_directories(m_root + folder, failure);
-        if (failure)
+        if (failure) {
             return fail("cannot make the folder " + m_root + folder + ": " + failure.message());
+        }
     }
-    for (const auto &[file, text] : {std::pair(brightnessFile, "0\n"), std::pair(temperatureFile, "45123\n")})
-        if (!writeFile(m_root + file, text))
+    for (const auto &[file, text] :
+         {std::pair(brightnessFile, "0\n"), std::pair(temperatureFile, "45123\n")}) {
+        if (!writeFile(m_root + file, text)) {
             fail("cannot write " + m_root + file);
+        }
+    }
 }
 
 void VirtualUnit::makeDevices()
 {
     for (const Wire wire : allWires) {
-        if (index(wire) < serialWireCount)
+        if (index(wire) < serialWireCount) {
             m_serial[index(wire)] = std::make_unique<SerialLink>(path(wire));
-        else
+        } else {
             m_fifos[index(wire) - serialWireCount] = std::make_unique<FifoNode>(path(wire));
+        }
         fail(node(wire).error());
     }
 }
@@ -198,16 +209,18 @@ void VirtualUnit::makeDevices()
 /// Keeps the first error; an empty one is none.
 void VirtualUnit::fail(const std::string &error)
 {
-    if (m_error.empty())
+    if (m_error.empty()) {
         m_error = error;
+    }
 }
 
 void VirtualUnit::run()
 {
     while (!m_stop) {
         awaitInput();
-        if (serveWires())
+        if (serveWires()) {
             m_served.notify_all();
+        }
     }
 }
 
@@ -217,10 +230,12 @@ void VirtualUnit::awaitInput()
     std::array<pollfd, allWires.size()> inputs;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        for (const Wire wire : allWires)
+        for (const Wire wire : allWires) {
             inputs[index(wire)] = {node(wire).descriptor(), POLLIN, 0};
-        if (isInjected(Fault::MatrixStuck))
+        }
+        if (isInjected(Fault::MatrixStuck)) {
             inputs[index(Wire::Matrix)].fd = -1;
+        }
     }
     poll(inputs.data(), inputs.size(), static_cast<int>(turn.count()));
 }
@@ -232,12 +247,15 @@ bool VirtualUnit::serveWires()
     // Taken before reading: what is not there now has truly not come for as long as the board is told.
     const int64_t startUs = nowUs();
     bool arrived = false;
-    for (const Wire wire : allWires)
+    for (const Wire wire : allWires) {
         arrived = serve(wire) || arrived;
-    for (size_t i = 0; i < m_cables.size(); ++i)
+    }
+    for (size_t i = 0; i < m_cables.size(); ++i) {
         serveCable(i);
-    for (const auto &link : m_serial)
+    }
+    for (const auto &link : m_serial) {
         link->flush(nowUs());
+    }
     m_board.idle(startUs);
     m_arrivals += arrived;
     return arrived;
@@ -245,15 +263,18 @@ bool VirtualUnit::serveWires()
 
 bool VirtualUnit::serve(Wire wire)
 {
-    if (wire == Wire::Matrix && isInjected(Fault::MatrixStuck))
+    if (wire == Wire::Matrix && isInjected(Fault::MatrixStuck)) {
         return false;
+    }
     const std::string bytes = node(wire).receive();
-    if (bytes.empty())
+    if (bytes.empty()) {
         return false;
+    }
     std::string &received = m_received[index(wire)];
     received += bytes;
-    if (received.size() > maxReceived)
+    if (received.size() > maxReceived) {
         received.erase(0, received.size() - maxReceived);
+    }
     handle(wire, bytes);
     return true;
 }
@@ -264,13 +285,15 @@ void VirtualUnit::handle(Wire wire, const std::string &bytes)
     switch (wire) {
     case Wire::Matrix:
         m_board.feed(data, bytes.size(), nowUs());
-        if (isInjected(Fault::MatrixNoise))
+        if (isInjected(Fault::MatrixNoise)) {
             serialLink(wire)->send(noise);
+        }
         break;
     case Wire::Control0:
     case Wire::Control1:
-        if (const auto &cable = m_cables[index(wire) - index(Wire::Control0)])
+        if (const auto &cable = m_cables[index(wire) - index(Wire::Control0)]) {
             cable->deliver(bytes);
+        }
         break;
     case Wire::Gpio:
         m_gpio.feed(data, bytes.size(), nowUs());
@@ -284,14 +307,16 @@ void VirtualUnit::handle(Wire wire, const std::string &bytes)
 
 void VirtualUnit::serveCable(size_t cable)
 {
-    if (m_cables[cable])
+    if (m_cables[cable]) {
         m_serial[index(Wire::Control0) + cable]->send(m_cables[cable]->receive());
+    }
 }
 
 DeviceNode &VirtualUnit::node(Wire wire)
 {
-    if (index(wire) < serialWireCount)
+    if (index(wire) < serialWireCount) {
         return *m_serial[index(wire)];
+    }
     return *m_fifos[index(wire) - serialWireCount];
 }
 
@@ -300,5 +325,4 @@ SerialLink *VirtualUnit::serialLink(Wire wire) const
 {
     return index(wire) < serialWireCount ? m_serial[index(wire)].get() : nullptr;
 }
-
 } // namespace sim

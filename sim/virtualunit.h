@@ -15,7 +15,6 @@
 
 namespace sim
 {
-
 /// The device files of the unit. The serial ports come first.
 enum class Wire { Infrared, Keys, Matrix, Control0, Control1, Gpio, Spi };
 
@@ -129,5 +128,4 @@ private:
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };
-
 } // namespace sim

@@ -8,7 +8,6 @@
 
 namespace sim
 {
-
 // What the far ends of the wires record. Times are CLOCK_MONOTONIC microseconds, taken when the far end read
 // the bytes, so never earlier than they were written.
 
@@ -48,5 +47,4 @@ using WireEvent = std::variant<SwitchFrame, SpliceFrame, PassedFrame, LineWrite,
 
 /// Hears of each event at once, on the thread that feeds the far end.
 using WireObserver = std::function<void(const WireEvent &)>;
-
 } // namespace sim

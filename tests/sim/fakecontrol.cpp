@@ -11,14 +11,12 @@
 
 namespace
 {
-
 volatile sig_atomic_t askedToEnd = 0;
 
 int openDevice(const std::string &name)
 {
     return open((std::string(getenv("MX_ROOT")) + "/dev/" + name).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
 }
-
 } // namespace
 
 int main()
@@ -26,8 +24,9 @@ int main()
     signal(SIGTERM, [](int) { askedToEnd = 1; });
     FILE *told = fopen((std::string(getenv("MX_ROOT")) + "/fakecontrol").c_str(), "w");
     fprintf(told, "%d", getpid());
-    for (const char *name : {"MX_TCP_PORT", "MX_UDP_PORT", "QT_QPA_PLATFORM", "LD_PRELOAD"})
+    for (const char *name : {"MX_TCP_PORT", "MX_UDP_PORT", "QT_QPA_PLATFORM", "LD_PRELOAD"}) {
         fprintf(told, " %s", getenv(name));
+    }
     fclose(told);
 
     ioctl(openDevice("gpiodev"), 1, 4);
@@ -35,7 +34,8 @@ int main()
     const bool isWritten = dprintf(matrix, "F00C00000002FFFFFFFF0002\r\nF00C00000002FFFFFFFF0002\r\n") == 52;
     printf("starting\rt0 2026-01-01 00:00:00\n");
     fflush(stdout);
-    while (isWritten && !askedToEnd)
+    while (isWritten && !askedToEnd) {
         usleep(10'000);
+    }
     puts(isWritten ? "asked to end" : "no board");
 }

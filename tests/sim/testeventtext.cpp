@@ -46,8 +46,9 @@ void TestEventText::switches()
     QFETCH(QString, text);
 
     sim::EventText words;
-    if (!before.empty())
+    if (!before.empty()) {
         words.line(sim::SwitchFrame{0, before});
+    }
     QCOMPARE(QString::fromStdString(words.line(sim::SwitchFrame{0, after})), text);
 }
 
@@ -62,8 +63,9 @@ void TestEventText::otherEvents()
 
     // The buzzer's line tells when it rises, no other line does.
     std::string heard;
-    for (const auto &[line, level] : {std::pair(4, 0), {8, 1}, {4, 1}, {4, 1}, {4, 0}, {4, 1}})
+    for (const auto &[line, level] : {std::pair(4, 0), {8, 1}, {4, 1}, {4, 1}, {4, 0}, {4, 1}}) {
         heard += words.line(sim::LineWrite{0, line, level}) + ".";
+    }
     QCOMPARE(heard, std::string("..buzzer...buzzer."));
 }
 

@@ -41,7 +41,6 @@ private:
 
 namespace
 {
-
 QByteArray recordHead(uint32_t size, uint32_t request, uint64_t argument)
 {
     const IoctlRecord head = {size, request, argument};
@@ -63,7 +62,6 @@ void feed(sim::GpioLines &lines, const QByteArray &bytes, int64_t nowUs = 0)
     lines.feed(reinterpret_cast<const uint8_t *>(bytes.constData()), static_cast<size_t>(bytes.size()),
                nowUs);
 }
-
 } // namespace
 
 void TestInterposer::init()
@@ -175,8 +173,9 @@ void TestInterposer::nullIsNotFollowed()
 void TestInterposer::fullFifoIsAnError()
 {
     int accepted = 0;
-    while (ioctl(m_fd, 1, 4) == 0 && accepted < 1 << 20)
+    while (ioctl(m_fd, 1, 4) == 0 && accepted < 1 << 20) {
         ++accepted;
+    }
     QCOMPARE(errno, EAGAIN);
     QCOMPARE(takeRecords().size(), 16 * accepted);
 }

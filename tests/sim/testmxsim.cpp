@@ -48,7 +48,6 @@ private:
 
 namespace
 {
-
 constexpr int deadlineMs = 20000;
 
 QString beside(const QString &program)
@@ -67,11 +66,11 @@ bool hasEnded(int pid)
 QByteArray readUntil(QProcess &process, const QByteArray &text)
 {
     QByteArray output;
-    while (!output.contains(text) && (process.bytesAvailable() || process.waitForReadyRead(deadlineMs)))
+    while (!output.contains(text) && (process.bytesAvailable() || process.waitForReadyRead(deadlineMs))) {
         output += process.readAll();
+    }
     return output;
 }
-
 } // namespace
 
 void TestMxsim::init()
@@ -84,8 +83,9 @@ void TestMxsim::init()
 QString TestMxsim::script(const QByteArray &text) const
 {
     QFile file(m_folder->filePath("script"));
-    if (file.open(QIODevice::WriteOnly))
+    if (file.open(QIODevice::WriteOnly)) {
         file.write("#!/bin/sh\n" + text + "\n");
+    }
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return file.fileName();
 }
@@ -114,11 +114,13 @@ QString TestMxsim::failure(const QStringList &arguments) const
 {
     QProcess mxsim;
     start(mxsim, arguments);
-    if (!mxsim.waitForFinished(deadlineMs))
+    if (!mxsim.waitForFinished(deadlineMs)) {
         return "does not end";
+    }
     const QString error = QString::fromLocal8Bit(mxsim.readAllStandardError());
-    if (mxsim.exitCode() != 1 || error.count('\n') != 1 || !error.endsWith('\n') || mxsim.bytesAvailable())
+    if (mxsim.exitCode() != 1 || error.count('\n') != 1 || !error.endsWith('\n') || mxsim.bytesAvailable()) {
         return QString("fails in another way, with code %1: ").arg(mxsim.exitCode()) + error;
+    }
     return error.trimmed();
 }
 
@@ -217,8 +219,9 @@ void TestMxsim::showsWhatHappens()
     mxsim.setProcessEnvironment(environment);
     start(mxsim, {"--ports", "4", "--scenes", "12"});
     QByteArray output = readUntil(mxsim, "dark\n");
-    if (!output.contains("buzzer\n")) // nothing says which of two wires is served first
+    if (!output.contains("buzzer\n")) { // nothing says which of two wires is served first
         output += readUntil(mxsim, "buzzer\n");
+    }
     const QStringList lines = QString::fromUtf8(output).split('\n');
     const QString screen = lines.join('\n');
     for (const QString &word :
@@ -229,8 +232,9 @@ void TestMxsim::showsWhatHappens()
         QVERIFY2(screen.contains(word), qPrintable(word + " is missing in:\n" + screen));
     }
     QVERIFY(lines.size() <= 24);
-    for (const QString &line : lines)
+    for (const QString &line : lines) {
         QVERIFY2(line.size() <= 80, qPrintable(line));
+    }
     QVERIFY(lines.filter(QRegularExpression("^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} buzzer$")).size() == 1);
     QVERIFY(lines.filter(QRegularExpression("^\\S{12} switch   input 3 on outputs 1, 4; outputs 2-3 dark$"))
                 .size() == 1);
@@ -303,8 +307,9 @@ void TestMxsim::unreadOutput()
     reader.start("head", {"-n", "1"});
     QVERIFY(reader.waitForFinished(deadlineMs));
     QFile matrix(file("unit/dev/ttymxc2"));
-    if (matrix.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) // unless it is ending already
+    if (matrix.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) { // unless it is ending already
         matrix.write("noise");
+    }
     QVERIFY(mxsim.waitForFinished(deadlineMs));
     QCOMPARE(mxsim.exitCode(), 1);
     QCOMPARE(mxsim.readAllStandardError(), QByteArray("mxsim: cannot write the output: Broken pipe\n"));

@@ -5,7 +5,6 @@
 
 namespace
 {
-
 constexpr int ports = 4;
 constexpr int64_t second = 1'000'000;
 
@@ -42,12 +41,12 @@ struct Bench {
     QStringList faults() const
     {
         QStringList texts;
-        for (const sim::WireFault &fault : board.faults())
+        for (const sim::WireFault &fault : board.faults()) {
             texts += QString::fromStdString(fault.text);
+        }
         return texts;
     }
 };
-
 } // namespace
 
 class TestSwitchingBoard : public QObject
@@ -196,16 +195,19 @@ void TestSwitchingBoard::distances()
     Bench bench;
     bench.feed(first, 100);
     bench.pause(copyMs * 1000);
-    if (first == frameA)
+    if (first == frameA) {
         bench.feed(first, 100);
+    }
     bench.pause((distanceMs - copyMs) * 1000);
     bench.feed(next, 100);
     bench.pause(copyMs * 1000);
-    if (next.startsWith('F'))
+    if (next.startsWith('F')) {
         bench.feed(next, 100);
+    }
     QCOMPARE(bench.faults().size(), tooEarly ? 1 : 0);
-    if (tooEarly)
+    if (tooEarly) {
         QVERIFY2(bench.faults().at(0).contains("too early"), qPrintable(bench.faults().at(0)));
+    }
 }
 
 void TestSwitchingBoard::gapWithinFrame()

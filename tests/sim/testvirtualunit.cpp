@@ -13,7 +13,6 @@
 
 namespace
 {
-
 constexpr int deadlineMs = 10000;
 const std::string pair = "F00C000000010000\r\nF00C000000010000\r\n";
 
@@ -41,8 +40,9 @@ public:
     {
         std::string all;
         char bytes[4096];
-        for (ssize_t n; (n = read(m_fd, bytes, sizeof bytes)) > 0;)
+        for (ssize_t n; (n = read(m_fd, bytes, sizeof bytes)) > 0;) {
             all.append(bytes, static_cast<size_t>(n));
+        }
         return all;
     }
 
@@ -65,7 +65,6 @@ bool has(sim::VirtualUnit &unit, sim::Wire wire, const std::string &expected)
     unit.waitFor([&] { return (received += unit.takeReceived(wire)).size() >= expected.size(); }, deadlineMs);
     return received == expected;
 }
-
 } // namespace
 
 class TestVirtualUnit : public QObject
@@ -192,8 +191,9 @@ void TestVirtualUnit::longTextArrivesWhole()
     sim::VirtualUnit unit(root(), 2);
     const Device device(unit.path(sim::Wire::Control0));
     std::string text;
-    for (int i = 0; text.size() < 300'000; ++i)
+    for (int i = 0; text.size() < 300'000; ++i) {
         text += std::to_string(i) + ".";
+    }
     unit.send(sim::Wire::Control0, text);
     QVERIFY(gets(unit, device, text));
 }
@@ -277,10 +277,11 @@ void TestVirtualUnit::faults()
         } else {
             QVERIFY(unit.waitFor([&] { return unit.board().switchFrames().size() == 1; }, deadlineMs));
         }
-        if (fault == sim::Fault::MatrixNoise)
+        if (fault == sim::Fault::MatrixNoise) {
             QVERIFY(unit.waitFor(hears, deadlineMs));
-        else if (fault != sim::Fault::MatrixGarbageFirst)
+        } else if (fault != sim::Fault::MatrixGarbageFirst) {
             QVERIFY(!hears());
+        }
     }
 }
 
@@ -327,10 +328,11 @@ void TestVirtualUnit::unusableFolder()
 {
     QFETCH(QString, blocked);
     QFETCH(bool, byFolder);
-    if (byFolder)
+    if (byFolder) {
         QVERIFY(QDir(m_folder->path()).mkpath(blocked));
-    else
+    } else {
         QVERIFY(QFile(m_folder->filePath(blocked)).open(QIODevice::WriteOnly));
+    }
 
     sim::VirtualUnit unit(root(), 2);
     const QString error = QString::fromStdString(unit.error());
@@ -340,8 +342,9 @@ void TestVirtualUnit::unusableFolder()
         unit.unplug(wire);
         unit.attributes(wire);
     }
-    for (const sim::Fault fault : sim::allFaults)
+    for (const sim::Fault fault : sim::allFaults) {
         unit.inject(fault);
+    }
     QVERIFY(QFileInfo::exists(m_folder->filePath(blocked)));
 }
 
