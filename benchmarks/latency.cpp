@@ -5,25 +5,31 @@
 #include "wires.h"
 
 #include <QThread>
+#include <cmath>
 #include <cstdio>
 #include <memory>
-#include <random>
 
 namespace
 {
-constexpr int Count = 100;
+constexpr int Count = 150;
 constexpr unsigned long HoldOffMs = 560;
 
-/// Sends a command that changes the routing whenever the sender is idle, at a random point of its pass.
+/// Microseconds that spread the commands evenly over two passes of the control loop: multiples of the golden
+/// ratio leave no gaps, however many there are.
+unsigned long phase(int i)
+{
+    return static_cast<unsigned long>(20000 * std::fmod(i * 0.6180339887, 1.0));
+}
+
+/// Sends a command that changes the routing whenever the sender is idle.
 template <typename Send>
 void measure(TestUnit &unit, const char *name, Send send)
 {
     Samples samples;
-    std::mt19937 random(1);
     size_t frames = unit.hardware().board().switchFrames().size();
     for (int i = 0; i < Count; ++i) {
         QThread::msleep(HoldOffMs);
-        QThread::usleep(20000 + random() % 20000);
+        QThread::usleep(20000 + phase(i));
         const double sent = nowMicroseconds();
         send(i % 2 == 0 ? "2x1." : "3x1.");
         unit.hardware().waitFor([&] { return unit.hardware().board().switchFrames().size() > frames; }, 5000);

@@ -31,6 +31,8 @@ void QMxTcp::onNewConnection()
     }
     // A reply never waits for the acknowledgement of the one before.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    // A client that has lost its power never says so.
+    socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     // All that is read at a time fits one block.
     socket->setReadBufferSize(CommandBlock::MaxSize);
     connect(socket, &QTcpSocket::readyRead, this, &QMxTcp::onReadyRead);
