@@ -7,7 +7,6 @@
 
 #include <QHostAddress>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
@@ -131,17 +130,6 @@ private slots:
         QCOMPARE(product.finish(), 1);
         shmctl(foreign, IPC_RMID, nullptr);
         QVERIFY(product.errors().contains("shm error"));
-    }
-
-    void takenPortsAreNoObstacle()
-    {
-        TestUnit unit(4);
-        QTcpServer taken;
-        QVERIFY(taken.listen(QHostAddress(QHostAddress::AnyIPv4), MxSite::tcpPort()));
-        const Product product;
-        QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QCOMPARE(overUdp("3x1"), QByteArray("OK."));
-        QVERIFY(unit.boardShows({3, 1, 1, 1}));
     }
 };
 

@@ -9,7 +9,6 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
-#include <cstring>
 #include <random>
 #include <sys/msg.h>
 
@@ -37,26 +36,16 @@ public:
         return all;
     }
 
-    QByteArray file()
-    {
-        QByteArray text;
-        for (unsigned i = below(30); i > 0; --i) {
-            static const char *const keys[] = {"[system]", "[IP]",   "[caption]", "port",    "scene",
-                                               "baudrate", "keypad", "images",    "ADDRESS", "NETMASK",
-                                               "input1",   "output", "scene3",    "%"};
-            text += keys[below(14)];
-            text += below(3) > 0 ? QByteArray("=") + piece() + "\n" : bytes(80);
-        }
-        return text;
-    }
-
 private:
     QByteArray piece()
     {
         static const char *const words[] = {
-            "x",  "&",      ",",  "?",    ".",    "\r",    "!",    "all",    "all1", "save",
-            ">s", "r",      ">c", "temp", "0m",   "recal", "*",    "-",      " ",    "+",
-            "\n", "beepof", "%s", "%n",   "[\"]", "65536", "1x2.", "3x1&4.", "9?.",  "recal11."};
+            "x",        "&",      ",",          "?",         ".",           "\r",
+            "!",        "all",    "all1",       "*",         "save",        ">s",
+            "r",        ">c",     "temp",       "0m",        "recal",       "recal11.",
+            "-",        "beepof", " ",          "+",         "\n",          "%s",
+            "1x2.",     "3x1&4.", "9?.",        "=",         "[system]\n",  "\nport=",
+            "\nscene=", "[IP]\n", "\nADDRESS=", "\ninput1=", "\nbaudrate=", "[caption]\n"};
         switch (below(5)) {
         case 0:
             return QByteArray::number(below(4) > 0 ? below(200) : below(0xFFFFFFFF));
@@ -113,14 +102,11 @@ QByteArray untouchable(const MxShm &shm)
     return all + QByteArray(bytes + sizeof(MxShm), SharedObjects::SegmentSize - int(sizeof(MxShm)));
 }
 
-void sendRequest(const QByteArray &text)
+void sendRequest(const QByteArray &bytes)
 {
-    struct {
-        long type;
-        char text[2000];
-    } message{1, {}};
-    std::memcpy(message.text, text.constData(), size_t(text.size()));
-    msgsnd(msgget(MxSite::requestQueueKey(), 0), &message, size_t(text.size()), IPC_NOWAIT);
+    // The first bytes are the message's type, which is above 0.
+    const QByteArray message = QByteArray("\1\0\0\0\0\0\0\0", 8) + bytes;
+    msgsnd(msgget(MxSite::requestQueueKey(), 0), message.constData(), size_t(bytes.size()), IPC_NOWAIT);
 }
 } // namespace
 
@@ -147,7 +133,7 @@ private slots:
         unit.makeFolder("/home/www/splice");
         for (const char *file : Files) {
             if (noise.below(4) > 0) {
-                unit.writeFile(file, noise.file());
+                unit.writeFile(file, noise.bytes(1000));
             }
         }
         unit.start();

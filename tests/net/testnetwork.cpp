@@ -115,14 +115,6 @@ private slots:
         }
     }
 
-    void aCommandReachesTheBoard()
-    {
-        QCOMPARE(askTcp(m_unit->tcpPort(), "3x1&4.", 3), QByteArray("OK."));
-        QVERIFY(m_unit->boardShows({3, 1, 1, 3, 1, 1, 1, 1}));
-        QCOMPARE(askUdp(static_cast<quint16>(m_unit->udpPort() + 7), "5all"), QByteArray("[OK.]"));
-        QVERIFY(m_unit->boardShows({5, 5, 5, 5, 5, 5, 5, 5}));
-    }
-
     void blocksForTheBoardComeBack_data()
     {
         QTest::addColumn<QByteArray>("block");

@@ -62,23 +62,21 @@ void TestUnit::stop()
 QByteArray TestUnit::talk(sim::Wire wire, const QByteArray &text, int replies)
 {
     m_hardware->send(wire, text.toStdString());
-    QByteArray received;
-    m_hardware->waitFor(
-        [&] {
-            received += QByteArray::fromStdString(m_hardware->takeReceived(wire));
-            return received.count('.') >= replies;
-        },
-        DeadlineMs);
-    return received;
+    return receiveUntil(wire, [&](const QByteArray &received) { return received.count('.') >= replies; });
 }
 
 QByteArray TestUnit::receive(sim::Wire wire, int count)
+{
+    return receiveUntil(wire, [&](const QByteArray &received) { return received.size() >= count; });
+}
+
+QByteArray TestUnit::receiveUntil(sim::Wire wire, const std::function<bool(const QByteArray &)> &complete)
 {
     QByteArray received;
     m_hardware->waitFor(
         [&] {
             received += QByteArray::fromStdString(m_hardware->takeReceived(wire));
-            return received.size() >= count;
+            return complete(received);
         },
         DeadlineMs);
     return received;

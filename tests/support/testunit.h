@@ -52,6 +52,8 @@ public:
     QString root() const { return m_folder.path(); }
 
 private:
+    QByteArray receiveUntil(sim::Wire wire, const std::function<bool(const QByteArray &)> &complete);
+
     QTemporaryDir m_folder;
     std::unique_ptr<sim::VirtualUnit> m_hardware;
 };
