@@ -3,8 +3,7 @@
 #include <QByteArray>
 
 /// Cuts a block of text, as a network client sends it, into command lines. "!", "%", "$", CR and LF end a
-/// command as
-/// "." does, upper case is folded, empty lines are skipped, and the last line needs no terminator.
+/// command as "." does, upper case is folded, empty lines are skipped, and the last line needs no terminator.
 class CommandBlock
 {
 public:
