@@ -147,6 +147,18 @@ private slots:
         }
     }
 
+    void faultsAtTheFarEndStopNothing()
+    {
+        for (const sim::Fault fault : sim::allFaults) {
+            TestUnit unit(4);
+            unit.hardware().inject(fault);
+            unit.start();
+            QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
+            QVERIFY(fault == sim::Fault::MatrixStuck || unit.boardShows({3, 1, 1, 3}));
+            QCOMPARE(unit.faults(), QByteArray());
+        }
+    }
+
     void aStuckBoardStopsNothing()
     {
         TestUnit unit(160);

@@ -18,11 +18,11 @@ const QRegularExpression
 
 /// Comes up, shows who it is and what it was told, uses the board once, and stays until it is asked to end.
 const QByteArray program = R"(
-    trap 'kill $!; echo asked to end; exit' TERM
+    trap 'kill -9 $!; echo asked to end; exit' TERM
     echo $$ $MX_TCP_PORT $MX_UDP_PORT $QT_QPA_PLATFORM $LD_PRELOAD
     for copy in 1 2; do printf 'F00C00000002FFFFFFFF0002\r\n'; done > $MX_ROOT/dev/ttymxc2
     printf 'starting\rt0 2026-01-01 00:00:00\n'
-    cat $MX_ROOT/dev/ttymxc3 &
+    cat <> $MX_ROOT/dev/gpiodev &
     wait)";
 
 QString content(const QString &path)
