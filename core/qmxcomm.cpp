@@ -13,6 +13,7 @@
 #include "uptimeclock.h"
 
 #include <QtDebug>
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>

@@ -88,8 +88,6 @@ public:
         field[i] = '\0';
     }
 
-    MX_UNLOCKED bool isEmpty() const { return byte(0) == '\0'; }
-
 private:
     MX_UNLOCKED char byte(int i) const { return static_cast<const volatile char *>(m_bytes)[i]; }
     char m_bytes[Width];

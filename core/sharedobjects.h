@@ -26,7 +26,6 @@ public:
     /// Marks the segment for removal and removes both queues. \return 0, or -1 when any of them failed
     int remove();
 
-    MxShm *record() const { return m_record; }
     /// Identifiers of the queues, -1 until got.
     int requestQueue() const { return m_requestQueue; }
     int replyQueue() const { return m_replyQueue; }
