@@ -1,26 +1,75 @@
+#include "mainwindow.h"
+#include "mxapplication.h"
+#include "mxshm.h"
 #include "qmxcomm.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
 #include "signalquit.h"
+#include "stylesheet.h"
+#include "theme.h"
 
-#include <QApplication>
 #include <QDateTime>
+#include <QSplashScreen>
 #include <cstdio>
 
 namespace
 {
+constexpr int LargestPanelMatrix = 40;
+constexpr int SleepNever = 4;
+constexpr unsigned long SplashStepMs = 50;
+
 void printTime(const char *what)
 {
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
     std::printf("%s %s\n", what, qPrintable(now));
     std::fflush(stdout);
 }
+
+bool hasFrontPanel()
+{
+    return g_mxConfig->keypad > 0 && g_mxConfig->port <= LargestPanelMatrix;
+}
+
+/// The unit is operated from its front panel; the screen shows a picture.
+int runFrontPanel()
+{
+    g_mxConfig->sleep = SleepNever;
+    QSplashScreen splash(QPixmap(themed("./images/%1/startup_lcd.png")));
+    splash.move(0, 0);
+    splash.show();
+    return QApplication::exec();
+}
+
+void countUp(QSplashScreen &splash)
+{
+    for (int percent = 0; percent < 100; percent += 5) {
+        splash.showMessage(QStringLiteral("system init ... (%1%)").arg(percent),
+                           Qt::AlignHCenter | Qt::AlignBottom | Qt::AlignVCenter, Qt::white);
+        QApplication::processEvents();
+        QThread::msleep(SplashStepMs);
+    }
+}
+
+int runTouchscreen()
+{
+    qApp->setStyleSheet(QString::fromLatin1(touchscreenStyleSheet));
+    QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
+    QSplashScreen splash(QPixmap(themed("./images/%1/startup.png")));
+    splash.show();
+    MainWindow window;
+    pMw = &window;
+    countUp(splash);
+    window.show();
+    splash.finish(&window);
+    printTime("t1");
+    return QApplication::exec();
+}
 } // namespace
 
 int main(int argc, char **argv)
 {
     const SignalQuit signalQuit;
-    QApplication application(argc, argv);
+    MxApplication application(argc, argv);
     signalQuit.watch(application);
 
     // Never deleted: the shared objects outlive the program, for the other processes on the board.
@@ -34,7 +83,7 @@ int main(int argc, char **argv)
     const QMxTcp tcp(nullptr);
     printTime("t0");
 
-    const int result = QApplication::exec();
+    const int result = hasFrontPanel() ? runFrontPanel() : runTouchscreen();
     g_mxComm->stop();
     return result;
 }

@@ -1,0 +1,4 @@
+#pragma once
+
+/// The look of the touchscreen.
+extern const char *const touchscreenStyleSheet;

@@ -1,0 +1,230 @@
+#include "qmxstatus.h"
+
+#include "mxshm.h"
+#include "qmxcomm.h"
+#include "qmxhelp.h"
+#include "qmxkeyboard.h"
+#include "touchbutton.h"
+#include "ui_qmxstatus.h"
+
+#include <QThread>
+
+namespace
+{
+constexpr int StatusMs = 1000;
+constexpr int LockMs = 200;
+constexpr int MaxAddressLength = 15;
+constexpr int MaxPasswordLength = 8;
+constexpr char UnlockPassword[] = "40617295";
+constexpr char TemperatureFile[] = "/sys/devices/virtual/thermal/thermal_zone0/temp";
+constexpr int BuzzerLine = 4;
+
+enum Action { Unlock, Lock, Default, Load, Save, Help };
+
+constexpr int AddressCount = 6;
+const char *const DefaultAddresses[AddressCount] = {"192.168.0.80", "255.255.255.0", "192.168.0.1",
+                                                    "192.168.1.80", "255.255.255.0", "192.168.1.1"};
+constexpr int DefaultBrightness = 2; ///< "60%"
+constexpr int DefaultSleep = 2;      ///< "15Min"
+constexpr int DefaultBuzzer = 1;     ///< "On"
+
+/// The address of an Ethernet button, 0 to 5.
+SharedText<32> &address(int id)
+{
+    MxShm &shm = *g_mxConfig;
+    SharedText<32> *const addresses[AddressCount] = {&shm.eth0Address, &shm.eth0Netmask, &shm.eth0Gateway,
+                                                     &shm.eth1Address, &shm.eth1Netmask, &shm.eth1Gateway};
+    return *addresses[id];
+}
+
+void addButtons(QButtonGroup *group, std::initializer_list<QPushButton *> buttons)
+{
+    int id = 0;
+    for (QPushButton *button : buttons) {
+        group->addButton(button, id++);
+    }
+}
+
+/// Whole degrees: the first two digits of what the sensor gives in thousandths.
+QString temperature()
+{
+    unsigned char text[16] = {};
+    const int size = g_mxComm->MxRead(TemperatureFile, text, sizeof text);
+    return QString::fromLatin1(reinterpret_cast<const char *>(text), qBound(0, size, 2));
+}
+
+void beep()
+{
+    g_mxComm->MxGpioWrite(BuzzerLine, 1);
+    QThread::msleep(10);
+    g_mxComm->MxGpioWrite(BuzzerLine, 0);
+}
+} // namespace
+
+QMxStatus::QMxStatus(QWidget *parent)
+    : QWidget(parent)
+    , m_form(new Ui_QMxStatus)
+{
+    hide();
+    m_form->setupUi(this);
+    m_help = new QMxHelp(this);
+    m_keyboard = new QMxKeyboard(this);
+    connect(m_keyboard, &QMxKeyboard::onEnter, this, &QMxStatus::onEnter);
+    connect(m_keyboard, &QMxKeyboard::onCancel, this, &QMxStatus::onCancel);
+    makeGroups();
+    OnLoadConfig();
+    connect(g_mxComm, &QMxComm::OnLoadConfig, this, &QMxStatus::OnLoadConfig);
+    clickButton(m_actions, Lock);
+    startTimer(StatusMs);
+}
+
+QMxStatus::~QMxStatus() = default;
+
+void QMxStatus::makeGroups()
+{
+    const Ui_QMxStatus &form = *m_form;
+    const auto make = [this](void (QMxStatus::*slot)(int), std::initializer_list<QPushButton *> buttons) {
+        auto *group = new QButtonGroup(this);
+        addButtons(group, buttons);
+        connectClicks(group, this, slot);
+        return group;
+    };
+    m_ethernet = make(&QMxStatus::OnEthPressed, {form.buttonIp1, form.buttonSubnet1, form.buttonGateway1,
+                                                 form.buttonIp2, form.buttonSubnet2, form.buttonGateway2});
+    m_brightness =
+        make(&QMxStatus::OnBlPressed, {form.buttonBrightness0, form.buttonBrightness1, form.buttonBrightness2,
+                                       form.buttonBrightness3, form.buttonBrightness4});
+    m_sleep = make(&QMxStatus::OnSleepPressed, {form.buttonSleep0, form.buttonSleep1, form.buttonSleep2,
+                                                form.buttonSleep3, form.buttonSleep4});
+    m_buzzer = make(&QMxStatus::OnBeepPressed, {form.buttonBuzzer0, form.buttonBuzzer1});
+    m_actions = make(&QMxStatus::OnActPressed, {form.buttonUnlock, form.buttonLock, form.buttonDefault,
+                                                form.buttonLoad, form.buttonSave, form.buttonHelp});
+}
+
+void QMxStatus::OnLoadConfig()
+{
+    clickButton(m_buzzer, g_mxConfig->beep);
+    clickButton(m_brightness, g_mxConfig->backlight);
+    clickButton(m_sleep, g_mxConfig->sleep);
+    for (int id = 0; id < AddressCount; ++id) {
+        m_ethernet->button(id)->setText(QString::fromLatin1(address(id).get()));
+    }
+}
+
+void QMxStatus::OnEthPressed(int id)
+{
+    if (auto *button = qobject_cast<QPushButton *>(m_ethernet->button(id))) {
+        m_keyboard->showModal(button, MaxAddressLength, QMxKeyboard::Ipv4Address);
+    }
+}
+
+void QMxStatus::OnBlPressed(int id)
+{
+    if (m_brightness->button(id) != nullptr) {
+        g_mxConfig->backlight = id;
+        g_mxComm->MxSetBacklight(id + 1);
+    }
+}
+
+void QMxStatus::OnSleepPressed(int id)
+{
+    if (m_sleep->button(id) != nullptr) {
+        g_mxConfig->sleep = id;
+    }
+}
+
+void QMxStatus::OnBeepPressed(int id)
+{
+    if (m_buzzer->button(id) != nullptr) {
+        g_mxConfig->beep = id;
+    }
+}
+
+void QMxStatus::OnActPressed(int id)
+{
+    switch (id) {
+    case Unlock:
+        return m_keyboard->showModal(nullptr, MaxPasswordLength, QMxKeyboard::Password);
+    case Lock:
+        return lock();
+    case Default:
+        return showDefaults();
+    case Load:
+        return load();
+    case Save:
+        return save();
+    case Help:
+        return m_help->show();
+    }
+}
+
+void QMxStatus::lock()
+{
+    m_form->buttonLock->setEnabled(false);
+    setSaveEnabled(false);
+    QThread::msleep(LockMs);
+    m_form->buttonLock->setEnabled(true);
+}
+
+void QMxStatus::showDefaults()
+{
+    m_form->buttonDefault->setEnabled(false);
+    for (int id = 0; id < AddressCount; ++id) {
+        m_ethernet->button(id)->setText(QLatin1String(DefaultAddresses[id]));
+    }
+    clickButton(m_brightness, DefaultBrightness);
+    clickButton(m_sleep, DefaultSleep);
+    clickButton(m_buzzer, DefaultBuzzer);
+    m_form->buttonDefault->setEnabled(true);
+}
+
+void QMxStatus::load()
+{
+    m_form->buttonLoad->setEnabled(false);
+    g_mxComm->LoadConfig();
+    m_form->buttonLoad->setEnabled(true);
+}
+
+void QMxStatus::save()
+{
+    m_form->buttonSave->setEnabled(false);
+    for (int id = 0; id < AddressCount; ++id) {
+        address(id).set(m_ethernet->button(id)->text().toLatin1());
+    }
+    g_mxComm->SaveConfig();
+    beep();
+    QThread::msleep(100);
+    beep();
+    m_form->buttonSave->setEnabled(true);
+}
+
+void QMxStatus::onEnter(const QString &text)
+{
+    if (m_keyboard->mode() == QMxKeyboard::Password && text == QLatin1String(UnlockPassword)) {
+        setSaveEnabled(true);
+    }
+}
+
+void QMxStatus::onCancel() {}
+
+bool QMxStatus::isLocked() const
+{
+    return !m_form->buttonSave->isEnabled();
+}
+
+void QMxStatus::setSaveEnabled(bool enabled)
+{
+    m_form->buttonSave->setEnabled(enabled);
+    emit saveEnabled(enabled);
+}
+
+void QMxStatus::timerEvent(QTimerEvent *)
+{
+    if (!isVisible()) {
+        return;
+    }
+    const int uptime = g_mxConfig->uptime;
+    m_form->labelStatus->setText(QString::asprintf("%04d %02d:%02d:%02d / ", uptime / 86400,
+                                                   uptime / 3600 % 24, uptime / 60 % 60, uptime % 60) +
+                                 temperature() + QStringLiteral("C / %1").arg(int(g_mxConfig->baudrate)));
+}

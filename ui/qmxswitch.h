@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+
+class QBoxLayout;
+class QButtonGroup;
+class QMxWidget;
+class QScrollArea;
+
+/// The page on which outputs are routed: one input is selected, and a touch on an output connects it or takes
+/// it off. Outputs that show the selected input are checked. The page keeps nothing but the selection: it
+/// reads the live map every 200 ms while it is visible. GUI thread only.
+class QMxSwitch : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit QMxSwitch(QWidget *parent = nullptr);
+
+    /// As a touch on this input's button (0-based); nothing for an input that has none.
+    void selectInput(int input);
+
+public slots:
+    void OnLoadCaption();
+    void OnInputPressed(int input);
+    void OnOutputPressed(int output);
+    void OnActionPressed(int action);
+
+signals:
+    /// The user wants to see the scenes.
+    void scenesWanted();
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    QScrollArea *makeArea(QButtonGroup *group);
+    QBoxLayout *makeActions();
+
+    QButtonGroup *m_inputs;
+    QButtonGroup *m_outputs;
+    QButtonGroup *m_actions;
+    QMxWidget *m_map = nullptr; ///< null when the matrix is too large for it
+};
