@@ -10,6 +10,7 @@ namespace
 constexpr QSize KeySize(78, 78);
 constexpr QSize WideKeySize(161, 78);
 constexpr QSize EditorSize(410, 78);
+constexpr int EditorFontSize = 20; ///< in points
 
 /// Four rows of 12, 12, 12 and 10 keys; a key's id is its index.
 constexpr char LowerSet[] = "1234567890.|qwertyuiop-=asdfghjkl;[] zxcvbnm()";
@@ -67,6 +68,9 @@ QBoxLayout *QMxKeyboard::makeTopRow()
     QBoxLayout *row = makeRow();
     addKey(row, tr("Esc"), KeySize, Qt::Key_Escape);
     addKey(row, tr("<<"), KeySize, Qt::Key_Left);
+    QFont font = m_editor->font();
+    font.setPointSize(EditorFontSize);
+    m_editor->setFont(font);
     m_editor->setFixedSize(EditorSize);
     m_editor->setStyleSheet(QStringLiteral("lineedit-password-character: 42"));
     row->addWidget(m_editor);
@@ -108,6 +112,10 @@ void QMxKeyboard::showModal(QPushButton *target, int maxLength, int mode)
         enableKeys(mode == WholeNumber ? DigitKeys : mode == Ipv4Address ? AddressKeys : KeyCount);
     }
     m_editor->setText(target != nullptr ? target->text() : QString());
+    if (mode == Ipv4Address) {
+        // Behind the last digit, not behind the blanks that the mask keeps for more.
+        m_editor->setCursorPosition(m_editor->displayText().trimmed().size());
+    }
     m_editor->setFocus();
     show();
 }

@@ -1,30 +1,10 @@
 #include "testregistry.h"
 
 #include <QCoreApplication>
-#include <QTest>
-#include <csignal>
-#include <memory>
 
-std::vector<TestFactory> &registeredTests()
-{
-    static std::vector<TestFactory> tests;
-    return tests;
-}
-
-/// A test class's name as the first argument runs that class alone, with the arguments of Qt Test behind it.
+/// For test executables that have no `main` of their own.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    std::signal(SIGPIPE, SIG_IGN);
-    QStringList arguments = QCoreApplication::arguments();
-    const bool one = argc > 1 && arguments.at(1).startsWith(QLatin1String("Test"));
-    const QString only = one ? arguments.takeAt(1) : QString();
-    int failures = 0;
-    for (const TestFactory &make : registeredTests()) {
-        const std::unique_ptr<QObject> test(make());
-        if (only.isEmpty() || only == QLatin1String(test->metaObject()->className())) {
-            failures += QTest::qExec(test.get(), arguments);
-        }
-    }
-    return failures == 0 ? 0 : 1;
+    return runTests(QCoreApplication::arguments());
 }

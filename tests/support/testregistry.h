@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -17,3 +18,7 @@ struct RegisteredTest {
         registeredTests().push_back([] { return new Test; });
     }
 };
+
+/// Runs the registered classes. A class's name as the first argument runs that class alone, with the
+/// arguments of Qt Test behind it. \return the exit code
+int runTests(QStringList arguments);

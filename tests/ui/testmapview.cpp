@@ -1,0 +1,184 @@
+#include "qmxwidget.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QPainter>
+#include <QTest>
+
+namespace
+{
+constexpr int Width = 200;
+constexpr int Height = 485;
+constexpr int Right = Width - 1;
+
+/// What is drawn on black, so that every dot that is drawn differs.
+QImage pictureOf(QMxWidget &view)
+{
+    view.resize(Width, Height);
+    QImage image(view.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    view.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+    return image;
+}
+
+bool hasColours(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y).hslSaturation() > 128) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+bool isBlack(const QImage &image, const QRect &area)
+{
+    QImage empty = image.copy(area);
+    empty.fill(Qt::black);
+    return image.copy(area) == empty;
+}
+
+class PaintCounter : public QObject
+{
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+} // namespace
+
+class TestMapView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dotsNumbersAndLinesAreInTheirPlaces_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<int>("pitch");
+        QTest::addColumn<int>("dot");
+        QTest::addColumn<int>("pen");
+        const int rows[][4] = {{2, 467, 12, 2}, {8, 66, 12, 2}, {19, 25, 12, 2}, {20, 24, 8, 2},
+                               {21, 23, 8, 1},  {39, 12, 8, 1}, {40, 12, 6, 1},  {60, 8, 6, 1},
+                               {61, 7, 4, 1},   {80, 6, 4, 1},  {81, 6, 2, 1},   {160, 3, 2, 1}};
+        for (const auto &row : rows) {
+            QTest::newRow(QByteArray::number(row[0]).constData()) << row[0] << row[1] << row[2] << row[3];
+        }
+    }
+
+    void dotsNumbersAndLinesAreInTheirPlaces()
+    {
+        QFETCH(int, ports);
+        QFETCH(int, pitch);
+        QFETCH(int, dot);
+        QFETCH(int, pen);
+        TestUnit unit(ports);
+        unit.start(false);
+        QMxWidget view;
+        QImage image = pictureOf(view);
+        QVERIFY(!hasColours(image));
+        for (int row = 0; row < ports; ++row) {
+            const int middle = row * pitch + dot;
+            QCOMPARE(image.pixelColor(24, middle), QColor(Qt::gray));
+            QCOMPARE(image.pixelColor(Right - 23 - dot, middle), QColor(Qt::gray));
+            QVERIFY(!isBlack(image, QRect(0, row * pitch, 24, 2 * dot)));
+            QVERIFY(!isBlack(image, QRect(Right - 23, row * pitch, 24, 2 * dot)));
+        }
+        QVERIFY(isBlack(image, QRect(24 + dot + 2, 0, Right - 23 - dot - 2 - (24 + dot + 2), Height)));
+
+        // Every input alone on the last output but one, so that its line crosses no other.
+        const int output = ports - 2;
+        for (int input = 0; input < ports; ++input) {
+            std::vector<quint16> map(size_t(ports), MxNoInput);
+            map[size_t(output)] = quint16(input);
+            view.setMap(map.data());
+            image = pictureOf(view);
+            const QPoint start(24 + dot + 4, input * pitch + dot);
+            const QPoint end(Right - 27 - dot, output * pitch + dot);
+            QCOMPARE(image.pixelColor(start), QMxWidget::lineColor(quint16(input)));
+            QCOMPARE(image.pixelColor(end), QMxWidget::lineColor(quint16(input)));
+            QVERIFY(isBlack(image, QRect(start.x() - 2, 0, 1, Height)));
+            QVERIFY(isBlack(image, QRect(end.x() + 2, 0, 1, Height)));
+            if (input == output) {
+                int broad = 0;
+                for (int y = end.y() - 3; y <= end.y() + 3; ++y) {
+                    broad += image.pixelColor(Width / 2, y) != QColor(Qt::black);
+                }
+                QCOMPARE(broad, pen);
+            }
+        }
+    }
+
+    void coloursRepeatAfterTen()
+    {
+        QCOMPARE(QMxWidget::lineColor(0), QColor(255, 0, 0));
+        QCOMPARE(QMxWidget::lineColor(1), QColor(255, 127, 0));
+        QCOMPARE(QMxWidget::lineColor(4), QColor(0, 127, 255));
+        QCOMPARE(QMxWidget::lineColor(10), QMxWidget::lineColor(0));
+        QCOMPARE(QMxWidget::lineColor(159), QColor(255, 0, 127));
+    }
+
+    void theHigherOutputsLineIsOnTop()
+    {
+        TestUnit unit(3);
+        unit.start(false);
+        QMxWidget view;
+        const quint16 map[] = {2, MxNoInput, 0};
+        QVERIFY(view.setMap(map));
+        const QImage image = pictureOf(view);
+        QCOMPARE(image.pixelColor((40 + Right - 39) / 2, 233 + 12), QMxWidget::lineColor(0));
+    }
+
+    void whatTheMatrixHasNotIsNotDrawn()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        QMxWidget view;
+        const quint16 map[] = {8, 9, 0x7FFF, 0x8000, 0xFFFE, 0xFFFF, 160, 1024};
+        QVERIFY(view.setMap(map));
+        QVERIFY(!hasColours(pictureOf(view)));
+    }
+
+    void itPaintsOnlyWhatChanges()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        QMxWidget view;
+        PaintCounter paints;
+        view.installEventFilter(&paints);
+        view.resize(Width, Height);
+        view.show();
+        QVERIFY(runUntil([&] { return paints.count == 1; }));
+        quint16 map[] = {0, 1, 2, 3, 4, 5, 6, 7, 8};
+        QVERIFY(view.setMap(map));
+        QVERIFY(runUntil([&] { return paints.count == 2; }));
+        map[8] = 0; // beyond the matrix
+        QVERIFY(!view.setMap(map));
+        QTest::qWait(50);
+        QCOMPARE(paints.count, 2);
+    }
+
+    void theMatrixMayGrowUnderIt()
+    {
+        TestUnit unit(2);
+        unit.start(false);
+        QMxWidget view;
+        const quint16 map[MxMaxPort] = {};
+        view.setMap(map);
+        for (const int ports : {160, -5, 1000000, 8}) {
+            unit.shm().port = ports;
+            view.setMap(map);
+            QVERIFY(hasColours(pictureOf(view)));
+        }
+    }
+};
+
+static const RegisteredTest<TestMapView> registered;
+#include "testmapview.moc"

@@ -1,0 +1,278 @@
+#include "qmxscene.h"
+#include "qmxswitch.h"
+#include "qmxwidget.h"
+#include "testregistry.h"
+#include "testunit.h"
+#include "touchscreen.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace Touchscreen;
+
+namespace
+{
+std::vector<int> routing(const TestUnit &unit, int slot = 0)
+{
+    std::vector<int> inputs;
+    for (int output = 0; output < portCount(*g_mxConfig); ++output) {
+        inputs.push_back(static_cast<quint16>(g_mxConfig->sceneMap[slot][output] + 1));
+    }
+    Q_UNUSED(unit)
+    return inputs;
+}
+
+/// The outputs that the page shows as carrying the selected input, 1-based. Captions are the numbers.
+std::vector<int> checkedOutputs(const QMxSwitch &page, int ports)
+{
+    std::vector<int> outputs;
+    for (int output = 1; output <= ports; ++output) {
+        if (button(page, QString::number(output), 1)->isChecked()) {
+            outputs.push_back(output);
+        }
+    }
+    return outputs;
+}
+
+using Numbers = std::vector<int>;
+} // namespace
+
+/// The pages of the routing: switch and scene.
+class TestRoutingPages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theSwitchPageFits_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<bool>("map");
+        QTest::addColumn<bool>("scrolls");
+        QTest::newRow("2") << 2 << QSize(155, 95) << 2 << true << false;
+        QTest::newRow("10") << 10 << QSize(155, 95) << 2 << true << false;
+        QTest::newRow("11") << 11 << QSize(105, 68) << 3 << true << false;
+        QTest::newRow("21") << 21 << QSize(105, 68) << 3 << true << false;
+        QTest::newRow("22") << 22 << QSize(102, 46) << 4 << false << false;
+        QTest::newRow("40") << 40 << QSize(102, 46) << 4 << false << false;
+        QTest::newRow("41") << 41 << QSize(75, 45) << 5 << false << false;
+        QTest::newRow("160") << 160 << QSize(75, 45) << 5 << false << true;
+    }
+
+    void theSwitchPageFits()
+    {
+        QFETCH(int, ports);
+        QFETCH(QSize, size);
+        QFETCH(int, columns);
+        QFETCH(bool, map);
+        QFETCH(bool, scrolls);
+        TestUnit unit(ports);
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        QCOMPARE(misplaced(*page), QStringList());
+        QCOMPARE(buttons(*page).size(), 2 * ports + 5);
+        for (int area = 0; area < 2; ++area) {
+            for (int i = 0; i < ports; ++i) {
+                const QAbstractButton *each = button(*page, QString::number(i + 1), area);
+                QCOMPARE(each->size(), size);
+                QCOMPARE(each->x(), 3 + (i % columns) * (size.width() + 3));
+                QCOMPARE(each->y(), 3 + (i / columns) * (size.height() + 3));
+            }
+            const QScrollArea *scroll = page->findChildren<QScrollArea *>().at(area);
+            QVERIFY(scroll->widget()->width() <= scroll->viewport()->width());
+            QCOMPARE(scroll->verticalScrollBar()->isVisible(), scrolls);
+            QVERIFY(!scroll->horizontalScrollBar()->isVisible());
+        }
+        const auto *view = page->findChild<QMxWidget *>();
+        QCOMPARE(view != nullptr, map);
+        QVERIFY(!map || (view->size() == QSize(200, 485) && page->rect().contains(view->geometry())));
+    }
+
+    void touchesReachTheBoard()
+    {
+        TestUnit unit(4);
+        unit.start();
+        const auto page = open<QMxSwitch>();
+        page->selectInput(0);
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        QVERIFY(touch(*page, "3"));
+        QVERIFY(touch(*page, "2", 1));
+        QVERIFY(touch(*page, "4", 1));
+        QVERIFY(unit.boardShows({1, 3, 1, 3}));
+        tick(*page);
+        QCOMPARE(checkedOutputs(*page, 4), Numbers({2, 4}));
+        QVERIFY(touch(*page, "2", 1));
+        QVERIFY(unit.boardShows({1, 0, 1, 3}));
+        QCOMPARE(unit.talk(sim::Wire::Control0, "3x1."), QByteArray("OK."));
+        tick(*page);
+        QCOMPARE(checkedOutputs(*page, 4), Numbers({1, 4}));
+        QVERIFY(touch(*page, "1"));
+        tick(*page);
+        QCOMPARE(checkedOutputs(*page, 4), Numbers({3}));
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void theFiveActions()
+    {
+        TestUnit unit(4);
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        page->selectInput(1);
+        const auto act = [&](int action) { return touch(*page, QString(), action); };
+        QVERIFY(act(2));
+        QCOMPARE(routing(unit), Numbers({1, 2, 3, 4}));
+        QVERIFY(act(1));
+        QCOMPARE(routing(unit), Numbers({1, 0, 3, 4}));
+        QVERIFY(act(0));
+        QCOMPARE(routing(unit), Numbers({2, 2, 2, 2}));
+        QVERIFY(act(3));
+        QCOMPARE(routing(unit), Numbers({0, 0, 0, 0}));
+        const QSignalSpy scenes(page.get(), &QMxSwitch::scenesWanted);
+        QVERIFY(act(4));
+        QCOMPARE(scenes.count(), 1);
+        QCOMPARE(routing(unit), Numbers({0, 0, 0, 0}));
+    }
+
+    void withoutASelectionAnOutputIsTakenOff()
+    {
+        TestUnit unit(4);
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        unit.shm().map[2] = MxNoInput;
+        tick(*page);
+        QCOMPARE(checkedOutputs(*page, 4), Numbers());
+        QVERIFY(touch(*page, "2", 1));
+        QVERIFY(touch(*page, "3", 1));
+        QCOMPARE(routing(unit), Numbers({1, 0, 0, 1}));
+    }
+
+    void aHiddenPageRests()
+    {
+        TestUnit unit(4);
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        page->selectInput(0);
+        tick(*page);
+        page->hide();
+        unit.comm().MxCmdAllToNone();
+        tick(*page);
+        page->show();
+        QCOMPARE(checkedOutputs(*page, 4), Numbers({1, 2, 3, 4}));
+        QTest::qWait(250);
+        QCOMPARE(checkedOutputs(*page, 4), Numbers());
+    }
+
+    void captionsAreShownAsTheyAre()
+    {
+        TestUnit unit(8);
+        unit.makeFolder("/home/app/config");
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        const QImage before = page->findChildren<QScrollArea *>().at(0)->grab().toImage();
+        const QByteArray name = "A&B \"100%s\" %1 \xFC\xDF\xFF 0123456789";
+        unit.shm().inputCaption[0].set(name);
+        unit.shm().outputCaption[7].set("");
+        emit unit.comm().OnLoadCaption();
+        QAbstractButton *named = button(*page, QString::fromLatin1(name.left(31)));
+        QVERIFY(named != nullptr);
+        QVERIFY(named->grab().toImage() != before.copy(named->geometry()));
+        QTest::keyClick(page.get(), Qt::Key_B, Qt::AltModifier);
+        QVERIFY(!named->isChecked());
+
+        // An "&" is seen: it takes the room of a letter.
+        const auto leftEdge = [&](const char *text) {
+            named->setText(QLatin1String(text));
+            const QImage image = named->grab().toImage();
+            int x = 10;
+            while (x < 150 && image.copy(x, 20, 1, 60) == image.copy(5, 20, 1, 60)) {
+                ++x;
+            }
+            return x;
+        };
+        QVERIFY(leftEdge("I&I") < leftEdge("II"));
+    }
+
+    void idsOutOfRangeAreIgnored()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        const auto page = open<QMxSwitch>();
+        const auto scenes = open<QMxScene>();
+        page->selectInput(3);
+        const Numbers before = routing(unit);
+        for (const int id : {-1, 8, 160, 1024, 65536, 1 << 30, INT_MIN}) {
+            page->selectInput(id);
+            page->OnInputPressed(id);
+            page->OnOutputPressed(id);
+            page->OnActionPressed(id < 8 ? id : id + 5);
+            scenes->OnScenePressed(id);
+            scenes->OnSceneActionPressed(id);
+        }
+        QCOMPARE(routing(unit), before);
+        QVERIFY(unit.fileContent("/home/app/data/scene1").isEmpty());
+        unit.shm().port = 160; // by whoever: the page has buttons for 8
+        tick(*page);
+        page->OnLoadCaption();
+        unit.shm().port = 2;
+        tick(*page);
+        tick(*scenes);
+        page->OnOutputPressed(5);
+        QCOMPARE(routing(unit), Numbers({1, 1}));
+    }
+
+    void theScenePageFits_data()
+    {
+        QTest::addColumn<int>("scenes");
+        for (int scenes = 10; scenes <= 40; ++scenes) {
+            QTest::newRow(QByteArray::number(scenes).constData()) << scenes;
+        }
+    }
+
+    void theScenePageFits()
+    {
+        QFETCH(int, scenes);
+        TestUnit unit(160, {{"system/scene", std::to_string(scenes)}});
+        unit.start(false);
+        const auto page = open<QMxScene>();
+        QCOMPARE(misplaced(*page), QStringList());
+        QCOMPARE(buttons(*page).size(), scenes + 2);
+        for (int i = 0; i < scenes; ++i) {
+            const QAbstractButton *scene = button(*page, QString::number(i + 1));
+            QCOMPARE(scene->size(), QSize(115, scenes < 25 ? 50 : 48));
+            QCOMPARE(scene->x(), button(*page, QString::number(i % 5 + 1))->x());
+            QCOMPARE(scene->isChecked(), i == 0);
+        }
+        QCOMPARE(button(*page, "<< load")->size(), QSize(180, 65));
+    }
+
+    void scenesAreSavedAndLoaded()
+    {
+        TestUnit unit(4);
+        unit.start();
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        const auto page = open<QMxScene>();
+        const QList<QMxWidget *> views = page->findChildren<QMxWidget *>();
+        unit.comm().MxCmdAllToAll();
+        QVERIFY(touch(*page, "3"));
+        QVERIFY(touch(*page, "save >>"));
+        QCOMPARE(unit.fileContent("/home/app/data/scene3"), QByteArray::fromHex("0000010002000300"));
+        tick(*page);
+        QCOMPARE(views[0]->grab().toImage(), views[1]->grab().toImage());
+        QVERIFY(touch(*page, "1"));
+        tick(*page);
+        QVERIFY(views[0]->grab().toImage() != views[1]->grab().toImage());
+        unit.comm().MxCmdAllToNone();
+        QVERIFY(touch(*page, "3"));
+        QVERIFY(touch(*page, "<< load"));
+        QVERIFY(unit.boardShows({1, 2, 3, 4}));
+        page->setSaveEnabled(false);
+        QVERIFY(touch(*page, "10"));
+        QVERIFY(touch(*page, "save >>"));
+        QVERIFY(unit.fileContent("/home/app/data/scene10").isEmpty());
+    }
+};
+
+static const RegisteredTest<TestRoutingPages> registered;
+#include "testroutingpages.moc"

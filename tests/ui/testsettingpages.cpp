@@ -1,0 +1,376 @@
+#include "mxsite.h"
+#include "qmxhelp.h"
+#include "qmxkeyboard.h"
+#include "qmxsetup.h"
+#include "qmxstatus.h"
+#include "testregistry.h"
+#include "testunit.h"
+#include "touchscreen.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace Touchscreen;
+
+namespace
+{
+/// Types on the keyboard of a page; each word is the caption of one key.
+bool type(const QWidget &page, const QStringList &keys)
+{
+    const auto *keyboard = page.findChild<QMxKeyboard *>();
+    bool found = keyboard->isVisible();
+    for (const QString &key : keys) {
+        found = found && touch(*keyboard, key);
+    }
+    return found;
+}
+
+QStringList letters(const QString &text)
+{
+    QStringList all;
+    for (const QChar letter : text) {
+        all.append(letter);
+    }
+    return all;
+}
+
+QString edited(const QWidget &page)
+{
+    return page.findChild<QLineEdit *>()->text();
+}
+
+bool unlock(QMxStatus &page, const char *password = "40617295")
+{
+    return touch(page, "Unlock") && type(page, letters(password) << "Enter") &&
+           button(page, "Save")->isEnabled();
+}
+} // namespace
+
+/// The pages of captions and settings, with the keyboard and the help.
+class TestSettingPages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theKeysTypeWhatTheyShow()
+    {
+        QWidget page;
+        page.resize(1024, 505);
+        QMxKeyboard keyboard(&page);
+        QVERIFY(keyboard.isHidden());
+        page.show();
+        QVERIFY(keyboard.isHidden());
+        keyboard.showModal(nullptr, 100, QMxKeyboard::FreeText);
+        QCOMPARE(misplaced(keyboard), QStringList());
+        const QString lower = "1234567890.|qwertyuiop-=asdfghjkl;[] zxcvbnm()";
+        const QString upper = "1234567890.@QWERTYUIOP_+ASDFGHJKL:{} ZXCVBNM<>";
+        for (const QString &set : {lower, upper, lower}) {
+            for (const QChar key : set) {
+                QVERIFY2(touch(keyboard, QString(key)), qPrintable(QString(key)));
+            }
+            QCOMPARE(edited(page), set);
+            QVERIFY(touch(keyboard, "Capslock"));
+            keyboard.showModal(nullptr, 100, QMxKeyboard::FreeText);
+        }
+        QVERIFY(touch(keyboard, "Capslock"));
+        QVERIFY(type(page, {"a", "b", "c", "<<", "<<", "Backspace", "x", ">>", "y"}));
+        QCOMPARE(edited(page), QString("xbyc"));
+        for (const int id : {-1, 46, 99, INT_MAX, int(Qt::Key_F1)}) {
+            keyboard.onKeyClicked(id);
+        }
+        QCOMPARE(edited(page), QString("xbyc"));
+    }
+
+    void modes_data()
+    {
+        QTest::addColumn<int>("before");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<int>("keys");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("free text") << 2 << 0 << 46 << "192.168.0.80";
+        QTest::newRow("number") << 0 << 1 << 10 << "192.168.0.80";
+        QTest::newRow("address") << 0 << 2 << 11 << "192.168.0.80";
+        QTest::newRow("password after text") << 0 << 3 << 46 << "************";
+        QTest::newRow("password after address") << 2 << 3 << 11 << "************";
+        QTest::newRow("unknown") << 2 << 77 << 46 << "192.168.0.80";
+    }
+
+    void modes()
+    {
+        QFETCH(int, before);
+        QFETCH(int, mode);
+        QFETCH(int, keys);
+        QFETCH(QString, shown);
+        QWidget page;
+        QMxKeyboard keyboard(&page);
+        page.show();
+        QPushButton target("192.168.0.80");
+        keyboard.showModal(&target, 15, before);
+        keyboard.showModal(&target, 15, mode);
+        QCOMPARE(keyboard.mode(), mode);
+        auto *editor = page.findChild<QLineEdit *>();
+        QCOMPARE(editor->displayText().remove(' '), shown);
+        int enabled = 0;
+        for (const QAbstractButton *key : buttons(keyboard)) {
+            enabled += key->isEnabled();
+        }
+        QCOMPARE(enabled, keys + 6);
+        editor->setText("1");
+        for (int i = 0; i < 20; ++i) {
+            touch(keyboard, "2");
+        }
+        QVERIFY(edited(page).size() <= 15);
+    }
+
+    void enterAndEscape()
+    {
+        QWidget page;
+        QMxKeyboard keyboard(&page);
+        page.show();
+        QPushButton target("old");
+        const QSignalSpy entered(&keyboard, &QMxKeyboard::onEnter);
+        const QSignalSpy cancelled(&keyboard, &QMxKeyboard::onCancel);
+        keyboard.showModal(&target, 4, QMxKeyboard::FreeText);
+        QVERIFY(type(page, {"a", "b", "Esc"}));
+        QCOMPARE(target.text(), QString("old"));
+        QVERIFY(keyboard.isHidden() && cancelled.count() == 1 && entered.isEmpty());
+        keyboard.showModal(&target, 4, QMxKeyboard::FreeText);
+        QVERIFY(type(page, {"a", "b", "Enter"}));
+        QCOMPARE(target.text(), QString("olda"));
+        QVERIFY(keyboard.isHidden() && cancelled.count() == 1);
+        QCOMPARE(entered.at(0).at(0).toString(), QString("olda"));
+        keyboard.showModal(nullptr, 8, QMxKeyboard::Password);
+        QVERIFY(type(page, {"7", "Enter"}));
+        QCOMPARE(entered.at(1).at(0).toString(), QString("7"));
+        QCOMPARE(target.text(), QString("olda"));
+    }
+
+    void theCaptionPageFits_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<int>("scenes");
+        QTest::newRow("2, 10") << 2 << 10;
+        QTest::newRow("8, 16") << 8 << 16;
+        QTest::newRow("20, 40") << 20 << 40;
+        QTest::newRow("160, 10") << 160 << 10;
+    }
+
+    void theCaptionPageFits()
+    {
+        QFETCH(int, ports);
+        QFETCH(int, scenes);
+        TestUnit unit(ports, {{"system/scene", std::to_string(scenes)}});
+        unit.start(false);
+        const auto page = open<QMxSetup>();
+        const QScrollArea *area = page->findChild<QScrollArea *>();
+        for (const auto &list : {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
+            QVERIFY(touch(*page, list.first));
+            QTRY_COMPARE(area->verticalScrollBar()->isVisible(), list.second > 32);
+            QTRY_COMPARE(misplaced(*page), QStringList());
+            QCOMPARE(buttons(*page).size(), 2 * list.second + 6);
+            QVERIFY(!area->horizontalScrollBar()->isVisible());
+        }
+    }
+
+    void captionsAreTypedAndStored()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        const auto page = open<QMxSetup>();
+        QVERIFY(touch(*page, "Output"));
+        QVERIFY(touch(*page, "8"));
+        QVERIFY(type(*page, {"Backspace", "Capslock", "T", "V", "Capslock", " ", "1", "Enter"}));
+        QVERIFY(button(*page, "TV 1") != nullptr);
+        QCOMPARE(unit.shm().outputCaption[7].get().text, "8");
+        QVERIFY(touch(*page, "Load"));
+        QVERIFY(button(*page, "TV 1") == nullptr);
+        QVERIFY(touch(*page, "8"));
+        QVERIFY(type(*page, letters("123456789012345") << "6"
+                                                       << "Enter"));
+        QVERIFY(touch(*page, "Save"));
+        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        QCOMPARE(unit.shm().inputCaption[7].get().text, "8");
+        QVERIFY(unit.fileContent("/home/app/config/caption.ini").contains("output8=8123456789012345"));
+        QVERIFY(touch(*page, "Default"));
+        QVERIFY(button(*page, "8") != nullptr);
+        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        page->setSaveEnabled(false);
+        QVERIFY(touch(*page, "Save"));
+        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        unit.stop();
+        unit.start(false);
+        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+    }
+
+    void theSettingsAreAppliedAndStored()
+    {
+        TestUnit unit(8, {{"system/backlight", "4"}, {"system/sleep", "3"}, {"system/beep", "1"}});
+        unit.start(false);
+        const auto page = open<QMxStatus>();
+        QCOMPARE(misplaced(*page), QStringList());
+        for (const char *chosen : {"100%", "30Min", "On"}) {
+            QVERIFY(button(*page, chosen)->isChecked());
+        }
+        QVERIFY(touch(*page, "40%") && touch(*page, "Never") && touch(*page, "Off"));
+        QCOMPARE(unit.hardware().backlight(), 2);
+        QVERIFY(touch(*page, "192.168.0.80"));
+        QVERIFY(type(*page, {"Backspace", "Backspace", "7", "Enter"}));
+        QCOMPARE(unit.shm().eth0Address.get().text, "192.168.0.80");
+        QVERIFY(!unlock(*page, "40617296"));
+        QVERIFY(touch(*page, "Save"));
+        QVERIFY(unit.fileContent("/etc/eth0.conf").isEmpty());
+        QVERIFY(unlock(*page));
+        QVERIFY(touch(*page, "Save"));
+        QVERIFY(button(*page, "Save")->isEnabled());
+        QVERIFY(unit.fileContent("/etc/eth0.conf").contains("ADDRESS=192.168.0.7\n"));
+        int rises = 0;
+        for (const sim::LineWrite &write : unit.hardware().gpio().history()) {
+            rises += write.line == 4 && write.level == 1;
+        }
+        QCOMPARE(rises, 2);
+        unit.stop();
+        unit.start(false);
+        QCOMPARE(int(unit.shm().backlight), 1);
+        QCOMPARE(int(unit.shm().sleep), 4);
+        QCOMPARE(int(unit.shm().beep), 0);
+    }
+
+    void itIsLockedUntilThePasswordComes()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        const auto page = open<QMxStatus>();
+        const QSignalSpy enabled(page.get(), &QMxStatus::saveEnabled);
+        QVERIFY(page->isLocked());
+        page->onEnter("40617295"); // typed where no password was asked for
+        QVERIFY(page->isLocked());
+        QVERIFY(touch(*page, "Unlock") && type(*page, letters("4061729") << "5"
+                                                                         << "Esc"));
+        QVERIFY(page->isLocked());
+        QVERIFY(unlock(*page));
+        QVERIFY(touch(*page, "Lock"));
+        QVERIFY(page->isLocked() && button(*page, "Lock")->isEnabled() &&
+                button(*page, "Unlock")->isEnabled());
+        QCOMPARE(enabled.count(), 2);
+        QVERIFY(enabled.at(0).at(0).toBool() && !enabled.at(1).at(0).toBool());
+    }
+
+    void defaultsAndLoad()
+    {
+        TestUnit unit(8, {{"system/backlight", "4"}, {"system/sleep", "0"}});
+        unit.writeFile("/etc/eth1.conf", "[IP]\nADDRESS=10.0.0.9\nNETMASK=255.0.0.0\nGATEWAY=10.0.0.1\n");
+        unit.start(false);
+        const auto page = open<QMxStatus>();
+        QVERIFY(touch(*page, "Default"));
+        QVERIFY(button(*page, "10.0.0.9") == nullptr && button(*page, "192.168.1.80") != nullptr);
+        for (const char *chosen : {"60%", "15Min", "On"}) {
+            QVERIFY(button(*page, chosen)->isChecked());
+        }
+        QCOMPARE(unit.shm().eth1Address.get().text, "10.0.0.9");
+        QVERIFY(touch(*page, "Load"));
+        QVERIFY(button(*page, "10.0.0.9") != nullptr);
+        QVERIFY(button(*page, "100%")->isChecked() && button(*page, "1Min")->isChecked());
+        QCOMPARE(unit.hardware().backlight(), 5);
+    }
+
+    void anyNumberInTheSettingsIsKept()
+    {
+        TestUnit unit(8, {{"system/backlight", "6"}, {"system/sleep", "-7"}, {"system/beep", "2147483647"}});
+        unit.start(false);
+        const auto page = open<QMxStatus>();
+        for (const int id : {-1, 5, 6, 1000, INT_MIN}) {
+            page->OnBlPressed(id);
+            page->OnSleepPressed(id);
+            page->OnBeepPressed(id);
+            page->OnEthPressed(id < 0 ? id : id + 1);
+            page->OnActPressed(id < 0 ? id : id + 1);
+        }
+        QCOMPARE(int(unit.shm().backlight), 6);
+        QCOMPARE(int(unit.shm().sleep), -7);
+        QCOMPARE(int(unit.shm().beep), INT_MAX);
+        QVERIFY(page->findChild<QMxKeyboard *>()->isHidden());
+        const auto setup = open<QMxSetup>();
+        unit.shm().port = 160;
+        for (const int id : {-1, 3, 10, 160, INT_MAX, INT_MIN}) {
+            setup->OnCapPressed(id == 3 ? 300 : id);
+            setup->OnCapSelectPressed(id);
+            setup->OnCapActionPressed(id);
+        }
+        QVERIFY(setup->findChild<QMxKeyboard *>()->isHidden());
+        QVERIFY(unit.fileContent("/home/app/config/caption.ini").isEmpty());
+    }
+
+    void theStatusLine()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        const auto page = open<QMxStatus>();
+        const auto *line = page->findChild<QLabel *>("labelStatus");
+        const auto shown = [&](int uptime, const char *sensor) {
+            unit.shm().uptime = uptime;
+            unit.hardware().setTemperature(sensor);
+            tick(*page);
+            return line->text();
+        };
+        QCOMPARE(line->text(), QString("0000 00:00:00 / 20C"));
+        QCOMPARE(shown(90061, "45321\n"), QString("0001 01:01:01 / 45C / 115200"));
+        QCOMPARE(shown(864000000, "9"), QString("10000 00:00:00 / 9C / 115200"));
+        QFile::remove(unit.path("/sys/devices/virtual/thermal/thermal_zone0/temp"));
+        tick(*page);
+        QCOMPARE(line->text(), QString("10000 00:00:00 / C / 115200"));
+        page->hide();
+        QCOMPARE(shown(1, "45321\n"), QString("10000 00:00:00 / C / 115200"));
+    }
+
+    void theHelpTurnsItsPages()
+    {
+        TestUnit unit(8, {{"system/language", "xy"}});
+        unit.start(false);
+        const QTemporaryDir folder;
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(folder.path());
+        QDir().mkpath("help/xy");
+        const Qt::GlobalColor colours[] = {Qt::red, Qt::green, Qt::blue};
+        for (int page = 1; page <= 3; ++page) {
+            QPixmap picture(1024, 505);
+            picture.fill(colours[page - 1]);
+            picture.save(QString("help/xy/%1.png").arg(page));
+        }
+        QWidget parent;
+        QMxHelp help(&parent);
+        parent.show();
+        QVERIFY(help.isHidden());
+        help.show();
+        QCOMPARE(misplaced(help), QStringList());
+        const auto shows = [&](const QColor &colour) {
+            return QColor(help.grab().toImage().pixel(500, 250)) == colour;
+        };
+        QVERIFY(shows(Qt::red));
+        QVERIFY(touch(help, "<<") && shows(Qt::red));
+        QVERIFY(touch(help, ">>") && touch(help, ">>") && shows(Qt::blue));
+        QVERIFY(touch(help, ">>") && shows(Qt::blue));
+        QVERIFY(touch(help, "Return") && help.isHidden());
+        help.show();
+        QVERIFY(shows(Qt::blue));
+        QVERIFY(touch(help, "<<") && shows(Qt::green));
+        help.OnActionPressed(3);
+        help.OnActionPressed(-1);
+        QVERIFY(shows(Qt::green));
+        unit.shm().language.set("none");
+        QMxHelp empty(&parent);
+        empty.show();
+        QCOMPARE(QColor(empty.grab().toImage().pixel(500, 250)), QColor(Qt::white));
+        unit.shm().language.set("no) such; {%s}");
+        QVERIFY(touch(empty, ">>"));
+        QCOMPARE(QColor(empty.grab().toImage().pixel(500, 250)), QColor(Qt::white));
+        QDir::setCurrent(before);
+    }
+};
+
+static const RegisteredTest<TestSettingPages> registered;
+#include "testsettingpages.moc"

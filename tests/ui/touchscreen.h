@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QTest>
+#include <QTimerEvent>
+#include <QWidget>
+
+/// What a finger does, and what an eye sees.
+namespace Touchscreen
+{
+/// A page of the size that the window gives it, visible.
+template <typename Page>
+std::unique_ptr<Page> open()
+{
+    auto page = std::make_unique<Page>(nullptr);
+    page->resize(1024, 505);
+    page->show();
+    QCoreApplication::processEvents();
+    return page;
+}
+
+inline QList<QAbstractButton *> buttons(const QWidget &page)
+{
+    QList<QAbstractButton *> visible;
+    for (QAbstractButton *button : page.findChildren<QAbstractButton *>()) {
+        if (button->isVisible()) {
+            visible.append(button);
+        }
+    }
+    return visible;
+}
+
+/// The visible button that shows this text, the `index`-th of them; null when there is none.
+inline QAbstractButton *button(const QWidget &page, const QString &text, int index = 0)
+{
+    for (QAbstractButton *button : buttons(page)) {
+        if (button->text() == text && index-- == 0) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+/// \return whether there was such a button
+inline bool touch(const QWidget &page, const QString &text, int index = 0)
+{
+    QAbstractButton *found = button(page, text, index);
+    if (found != nullptr) {
+        QTest::mouseClick(found, Qt::LeftButton);
+    }
+    return found != nullptr;
+}
+
+/// Delivers what a timer of the page would.
+inline void tick(QObject &page)
+{
+    QTimerEvent event(0);
+    QCoreApplication::sendEvent(&page, &event);
+}
+
+/// Visible buttons that a finger would miss: cut off by what they lie in, over each other, or too small.
+inline QStringList misplaced(const QWidget &page)
+{
+    QStringList wrong;
+    const QList<QAbstractButton *> all = buttons(page);
+    for (int i = 0; i < all.size(); ++i) {
+        const QAbstractButton *button = all.at(i);
+        const auto complain = [&](const char *what) { wrong.append(button->text() + QLatin1String(what)); };
+        if (!button->parentWidget()->rect().contains(button->geometry())) {
+            complain(" is cut off");
+        }
+        if (button->width() < 45 || button->height() < 45) {
+            complain(" is too small");
+        }
+        for (int k = 0; k < i; ++k) {
+            if (all.at(k)->parent() == button->parent() &&
+                all.at(k)->geometry().intersects(button->geometry())) {
+                complain(" is over another");
+            }
+        }
+    }
+    return wrong;
+}
+} // namespace Touchscreen
