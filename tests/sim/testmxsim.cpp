@@ -3,12 +3,16 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QLocalSocket>
+#include <QNetworkInterface>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
 #include <csignal>
+#include <sys/socket.h>
 
 namespace
 {
@@ -18,8 +22,9 @@ const QRegularExpression
 
 /// Comes up, shows who it is and what it was told, uses the board once, and stays until it is asked to end.
 const QByteArray program = R"(
-    trap 'kill -9 $!; echo asked to end; exit' TERM
-    echo $$ $MX_TCP_PORT $MX_UDP_PORT $QT_QPA_PLATFORM $LD_PRELOAD
+    trap 'kill -9 $!; [ -e /tmp/.X11-unix/X${DISPLAY#:} ] && echo has its display; echo asked to end; exit' TERM
+    echo $$ $MX_TCP_PORT $MX_UDP_PORT $QT_QPA_PLATFORM $PWD $DISPLAY $XAUTHORITY
+    echo $LD_PRELOAD $FONTCONFIG_FILE
     for copy in 1 2; do printf 'F00C00000002FFFFFFFF0002\r\n'; done > $MX_ROOT/dev/ttymxc2
     printf 'starting\rt0 2026-01-01 00:00:00\n'
     cat <> $MX_ROOT/dev/gpiodev &
@@ -31,6 +36,42 @@ QString content(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QString();
 }
 
+/// What a VNC viewer is greeted with; empty when nobody listens.
+QByteArray vncGreeting(const QHostAddress &address, quint16 port)
+{
+    QTcpSocket socket;
+    socket.connectToHost(address, port);
+    return socket.waitForReadyRead(deadlineMs) ? socket.read(7) : QByteArray();
+}
+
+QString displaySocket(const QString &display)
+{
+    return "/tmp/.X11-unix/X" + display.mid(1);
+}
+
+/// The process behind a display; 0 when there is none.
+pid_t serverOf(const QString &display)
+{
+    QLocalSocket socket;
+    socket.connectToServer(displaySocket(display));
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    getsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED, &peer, &size);
+    return peer.pid;
+}
+
+/// The first byte of a display's answer to whoever shows this cookie: 0 refuses, 1 lets in.
+QByteArray displayAnswer(const QString &display, const QByteArray &cookie)
+{
+    const QByteArray method = cookie.isEmpty() ? "" : "MIT-MAGIC-COOKIE-1";
+    const QByteArray padding(cookie.isEmpty() ? 0 : 2, '\0');
+    const std::array<quint16, 6> head = {0x006C, 11, 0, quint16(method.size()), quint16(cookie.size()), 0};
+    QLocalSocket socket;
+    socket.connectToServer(displaySocket(display));
+    socket.write(reinterpret_cast<const char *>(head.data()), sizeof head);
+    socket.write(method + padding + cookie);
+    return socket.waitForReadyRead(deadlineMs) ? socket.read(1) : QByteArray();
+}
 } // namespace
 
 /// mxsim as a process, with a script in place of the control program.
@@ -44,6 +85,11 @@ private slots:
         m_folder = std::make_unique<QTemporaryDir>();
         m_tcpPort = freeTcpPort();
         m_udpPort = freeUdpPorts();
+        m_environment = QProcessEnvironment::systemEnvironment();
+        m_environment.remove("FONTCONFIG_FILE");
+        m_environment.remove("DISPLAY");
+        m_environment.insert("QT_QPA_PLATFORM", "minimal");
+        QVERIFY(QDir(m_folder->path()).mkdir("bin"));
         writeScript(program);
     }
 
@@ -54,6 +100,8 @@ private slots:
              {Case({"--ports", "1"}, "--ports takes a number from 2 to 160, not \"1\""),
               Case({"--ports", "161"}, "--ports takes a number from 2 to 160, not \"161\""),
               Case({"--scenes", "10x"}, "--scenes takes a number from 10 to 40, not \"10x\""),
+              Case({"--screen", "tv"}, "--screen takes window, vnc or none, not \"tv\""),
+              Case({"--vnc-port", "0"}, "--vnc-port takes a number from 1 to 65535, not \"0\""),
               Case({"--speed"}, "Unknown option 'speed'."), Case({"8"}, "\"8\" is no option; see --help"),
               Case({"--folder", "/dev/null"}, "cannot use the folder /dev/null: Not a directory"),
               Case({"--program", "/etc/passwd"}, "there is no program /etc/passwd")}) {
@@ -68,7 +116,9 @@ private slots:
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost, m_tcpPort));
         QCOMPARE(failure(), error.arg("TCP").arg(m_tcpPort));
-        server.close();
+        const quint16 taken = std::exchange(m_tcpPort, freeTcpPort());
+        QCOMPARE(failure({"--screen=vnc", "--vnc-port", QString::number(taken)}),
+                 error.arg("TCP").arg(taken));
         QUdpSocket socket;
         QVERIFY(socket.bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(m_udpPort + 7)));
         QCOMPARE(failure(), error.arg("UDP").arg(m_udpPort + 7));
@@ -89,21 +139,98 @@ private slots:
     void showsWhatHappens()
     {
         QProcess mxsim;
-        const QString screen = start(mxsim, {"--ports", "4"});
+        m_environment.remove("QT_QPA_PLATFORM");
+        const QString screen = start(mxsim, {"--ports=4", "--screen=none"});
         for (const QString &word :
              {QString::number(m_tcpPort), QString::number(m_udpPort), QString::number(m_udpPort + 7),
               QString(" unit/serial1\n"), QString(" unit/serial2\n"), QString(" unit/mxcontrol.log\n")}) {
             QVERIFY2(screen.contains(word), qPrintable(word + " is missing in:\n" + screen));
         }
         QVERIFY2(screen.contains(switched), qPrintable(screen));
-        QCOMPARE(log().section(' ', 1, 3), QString("%1 %2 offscreen").arg(m_tcpPort).arg(m_udpPort));
-        const QString library = QCoreApplication::applicationDirPath() + "/../lib/libmxioctl.so";
-        QCOMPARE(log().section(' ', 4), QDir::cleanPath(library) + "\nstarting\rt0 2026-01-01 00:00:00\n");
+        const QString libraries = QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib");
+        QCOMPARE(log().section(' ', 1), QString("%1 %2 offscreen %3\n%4/libmxioctl.so %4/fonts.conf\n"
+                                                "starting\rt0 2026-01-01 00:00:00\n")
+                                            .arg(m_tcpPort)
+                                            .arg(m_udpPort)
+                                            .arg(QFileInfo(m_folder->path()).canonicalFilePath(), libraries));
+        QVERIFY(QFile::exists(libraries + "/fonts.conf"));
 
         QCOMPARE(failure(), QString("mxsim: the folder %1 is in use by another mxsim\n").arg(file("unit")));
         QVERIFY(QFile::exists(file("unit/serial1")));
         mxsim.terminate();
         QVERIFY(mxsim.waitForFinished(deadlineMs));
+    }
+
+    void screenForVncViewers()
+    {
+        m_environment.remove("QT_QPA_PLATFORM");
+        QTcpServer other;
+        other.listen(QHostAddress::LocalHost, 5900);
+        for (const int signal : {SIGKILL, SIGTERM}) {
+            QProcess mxsim;
+            const QString text = start(mxsim, {"--ports=4"});
+            const auto address = QRegularExpression("\n  screen      vnc://127.0.0.1:(\\d+),").match(text);
+            QVERIFY2(address.hasMatch(), qPrintable(text + mxsim.readAllStandardError()));
+            const auto port = static_cast<quint16>(address.captured(1).toInt());
+            QVERIFY(port > 5900 || !other.isListening());
+            for (const QHostAddress &local : QNetworkInterface::allAddresses()) {
+                QCOMPARE(vncGreeting(local, port), local == QHostAddress::LocalHost ? "RFB 003" : "");
+            }
+
+            QCOMPARE(logWord(3), QString("xcb"));
+            QFile cookieFile(logWord(6));
+            QVERIFY(cookieFile.open(QIODevice::ReadOnly));
+            QCOMPARE(cookieFile.permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+            QCOMPARE(displayAnswer(logWord(5), cookieFile.readAll().right(16)), QByteArray("\1", 1));
+            QCOMPARE(displayAnswer(logWord(5), ""), QByteArray("\0", 1));
+
+            kill(static_cast<pid_t>(mxsim.processId()), signal);
+            QVERIFY(mxsim.waitForFinished(deadlineMs));
+            QVERIFY(runUntil([&] { return !QFile::exists(displaySocket(logWord(5))); }));
+            QVERIFY(runUntil([&] { return vncGreeting(QHostAddress::LocalHost, port).isEmpty(); }));
+            QCOMPARE(cookieFile.exists(), signal == SIGKILL);
+            QVERIFY(signal == SIGKILL || log().endsWith("\nhas its display\nasked to end\n"));
+        }
+    }
+
+    /// One unit's screen is the desk of another; when that goes, which is an error, so does the window on it,
+    /// which is none.
+    void screenInWindow()
+    {
+        m_environment.remove("QT_QPA_PLATFORM");
+        QProcess desk;
+        QVERIFY(start(desk, {"--ports=4", "--folder=desk"}).contains("vnc://"));
+        m_environment.insert("DISPLAY", logWord(5, "desk"));
+        m_environment.insert("XAUTHORITY", logWord(6, "desk"));
+        m_tcpPort = freeTcpPort();
+        m_udpPort = freeUdpPorts();
+        QProcess mxsim;
+        const QString text = start(mxsim, {"--ports=4"});
+        QVERIFY2(text.contains("\n  screen      a window of this desk\n"), qPrintable(text));
+        QVERIFY(logWord(5) != logWord(5, "desk"));
+        QVERIFY(QFile::exists(displaySocket(logWord(5))));
+
+        const pid_t server = serverOf(logWord(5, "desk"));
+        QVERIFY(server > 1);
+        kill(server, SIGTERM);
+        for (QProcess *each : {&desk, &mxsim}) {
+            QVERIFY(each->waitForFinished(deadlineMs));
+            QCOMPARE(each->readAllStandardError(), QByteArray("mxsim: the screen was closed\n"));
+            QCOMPARE(each->exitCode(), each == &desk ? 1 : 0);
+        }
+        QVERIFY(log().endsWith("\nasked to end\n"));
+    }
+
+    void missingServers()
+    {
+        m_environment.insert("PATH", file("bin"));
+        for (const auto &[kind, error] : {std::pair("vnc", "Xvfb: .* \\(Debian package xvfb\\)"),
+                                          {"window", "Xephyr: .* \\(Debian package xserver-xephyr\\)"}}) {
+            const QString text = failure({"--screen", kind});
+            QVERIFY2(
+                QRegularExpression(QString("^mxsim: cannot start %1\n$").arg(error)).match(text).hasMatch(),
+                qPrintable(text));
+        }
     }
 
     void leavesNothingRunning()
@@ -138,7 +265,7 @@ private:
 
     void writeScript(const QByteArray &text) const
     {
-        QFile script(file("script"));
+        QFile script(file("bin/script"));
         script.open(QIODevice::WriteOnly);
         script.write("#!/bin/sh\n" + text + "\n");
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -149,10 +276,13 @@ private:
     QString start(QProcess &mxsim, const QStringList &arguments = {}) const
     {
         mxsim.setWorkingDirectory(m_folder->path());
-        mxsim.start(
-            QCoreApplication::applicationDirPath() + "/mxsim",
-            QString("--tcp-port=%1 --udp-port=%2 --program=script").arg(m_tcpPort).arg(m_udpPort).split(' ') +
-                arguments);
+        mxsim.setProcessEnvironment(m_environment);
+        mxsim.start(QCoreApplication::applicationDirPath() + "/mxsim",
+                    QString("--tcp-port=%1 --udp-port=%2 --program=bin/script")
+                            .arg(m_tcpPort)
+                            .arg(m_udpPort)
+                            .split(' ') +
+                        arguments);
         QString output;
         while (!output.contains("dark\n") && mxsim.waitForReadyRead(deadlineMs)) {
             output += mxsim.readAllStandardOutput();
@@ -169,12 +299,20 @@ private:
         return (mxsim.exitCode() == 1 ? output : "another exit code: ") + mxsim.readAllStandardError();
     }
 
-    /// What the program has printed: its process, the ports, the platform, the preloaded libraries, and more.
-    QString log() const { return content(file("unit/mxcontrol.log")); }
+    /// What the program has printed: its process, the ports, the platform, its folder, the display and its
+    /// cookie file; the preloaded libraries, the fonts' file; and more.
+    QString log(const QString &unit = "unit") const { return content(file(unit + "/mxcontrol.log")); }
+
+    /// One of the words of the first line.
+    QString logWord(int index, const QString &unit = "unit") const
+    {
+        return log(unit).section('\n', 0, 0).section(' ', index, index);
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     quint16 m_tcpPort = 0;
     quint16 m_udpPort = 0;
+    QProcessEnvironment m_environment;
 };
 
 static const RegisteredTest<TestMxsim> registered;

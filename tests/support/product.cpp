@@ -2,6 +2,7 @@
 
 #include "testunit.h"
 
+#include <QFileInfo>
 #include <csignal>
 
 namespace
@@ -15,6 +16,8 @@ Product::Product(bool awaitStart)
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     m_process.setProcessEnvironment(environment);
+    // Its pictures are beside the folder that the program is in.
+    m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));
     m_process.start(QStringLiteral(PRODUCT), QStringList());
     if (awaitStart) {
         runUntil([&] {

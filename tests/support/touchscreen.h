@@ -6,7 +6,7 @@
 #include <QTimerEvent>
 #include <QWidget>
 
-/// What a finger does, and what an eye sees.
+/// What a finger does, and what an eye sees. For tests that link the pages.
 namespace Touchscreen
 {
 /// A page of the size that the window gives it, visible.
@@ -52,10 +52,10 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
     return found != nullptr;
 }
 
-/// Delivers what a timer of the page would.
+/// Delivers what a timer of the page would. (The number 0 is taken: Qt has it for a timer that does not run.)
 inline void tick(QObject &page)
 {
-    QTimerEvent event(0);
+    QTimerEvent event(-1);
     QCoreApplication::sendEvent(&page, &event);
 }
 

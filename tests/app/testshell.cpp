@@ -1,0 +1,205 @@
+#include "mainwindow.h"
+#include "mxapplication.h"
+#include "qmxkeyboard.h"
+#include "qmxscene.h"
+#include "qmxsetup.h"
+#include "qmxstatus.h"
+#include "qmxswitch.h"
+#include "stylesheet.h"
+#include "testregistry.h"
+#include "testunit.h"
+#include "touchscreen.h"
+
+#include <QButtonGroup>
+#include <QPushButton>
+
+using namespace Touchscreen;
+
+namespace
+{
+/// Lets so many seconds pass without a touch.
+void idle(int seconds)
+{
+    auto *timer = static_cast<QTimer *>(static_cast<MxApplication *>(QCoreApplication::instance()));
+    for (int i = 0; i < seconds; ++i) {
+        QTimerEvent event(timer->timerId());
+        QCoreApplication::sendEvent(timer, &event);
+    }
+}
+
+void deliver(QWidget &widget, QEvent::Type type)
+{
+    const QPointF place = widget.rect().center();
+    QMouseEvent event(type, place, widget.mapToGlobal(place.toPoint()), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+QAbstractButton *menu(const MainWindow &window, int id)
+{
+    return window.findChild<QButtonGroup *>()->button(id);
+}
+
+/// Which page is visible, 0 to 3; -1 when none is.
+int shownPage(const MainWindow &window)
+{
+    const QWidget *const pages[] = {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(),
+                                    window.findChild<QMxSetup *>(), window.findChild<QMxStatus *>()};
+    int shown = -1;
+    for (int i = 0; i < 4; ++i) {
+        if (pages[i] != nullptr && pages[i]->isVisible()) {
+            shown = shown < 0 ? i : 99;
+        }
+    }
+    return shown;
+}
+
+} // namespace
+
+/// The application and its window, with the pages in it.
+class TestShell : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theScreenSleepsWhenNobodyTouchesIt_data()
+    {
+        QTest::addColumn<int>("sleep");
+        QTest::addColumn<int>("seconds");
+        const int rows[][2] = {{0, 60}, {1, 300}, {2, 900},      {3, 1800},
+                               {4, -1}, {7, -1},  {INT_MIN, -1}, {-1, -1}};
+        for (const auto &row : rows) {
+            QTest::newRow(QByteArray::number(row[0]).constData()) << row[0] << row[1];
+        }
+    }
+
+    void theScreenSleepsWhenNobodyTouchesIt()
+    {
+        QFETCH(int, sleep);
+        QFETCH(int, seconds);
+        TestUnit unit(8, {{"system/sleep", std::to_string(sleep)}, {"system/backlight", "3"}});
+        unit.start(false);
+        QWidget pad;
+        QPushButton button;
+        int clicks = 0;
+        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+        button.show();
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicks, 1);
+        idle((seconds < 0 ? 5000 : seconds) - 1);
+        QCOMPARE(unit.hardware().backlight(), 4);
+        deliver(pad, QEvent::MouseButtonDblClick); // counts for nothing
+        deliver(pad, QEvent::MouseButtonRelease);
+        idle((seconds < 0 ? 5000 : seconds) - 1);
+        QCOMPARE(unit.hardware().backlight(), 4);
+        idle(1);
+        QCOMPARE(unit.hardware().backlight(), seconds < 0 ? 4 : 0);
+        idle(10);
+        deliver(pad, QEvent::MouseButtonDblClick);
+        QCOMPARE(unit.hardware().backlight(), seconds < 0 ? 4 : 0);
+        deliver(pad, QEvent::MouseButtonRelease);
+        clicks = 0;
+        idle(seconds < 0 ? 0 : seconds);
+        QTest::mousePress(&button, Qt::LeftButton);
+        QCOMPARE(unit.hardware().backlight(), 4);
+        QTest::mouseRelease(&button, Qt::LeftButton);
+        QCOMPARE(clicks, seconds < 0 ? 1 : 0);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicks, seconds < 0 ? 2 : 1);
+    }
+
+    void thePagesComeOneByOne()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        MainWindow window;
+        window.show();
+        QCOMPARE(window.size(), QSize(1024, 600));
+        QCOMPARE(misplaced(window), QStringList());
+        QVERIFY(menu(window, 0)->isChecked());
+        for (int id = 0; id < 4; ++id) {
+            QCOMPARE(menu(window, id)->mapTo(&window, QPoint()), QPoint(224 + 200 * id, 0));
+            QTest::mouseClick(menu(window, id), Qt::LeftButton);
+            QCOMPARE(shownPage(window), -1);
+        }
+        tick(window);
+        QCOMPARE(shownPage(window), 0);
+        QVERIFY(button(window, "1")->isChecked());
+        QTest::mouseClick(menu(window, 1), Qt::LeftButton);
+        QCOMPARE(shownPage(window), -1);
+        tick(window);
+        QCOMPARE(shownPage(window), -1);
+        QTest::mouseClick(menu(window, 1), Qt::LeftButton);
+        QCOMPARE(shownPage(window), 1);
+        for (int i = 0; i < 5; ++i) {
+            tick(window);
+        }
+        QCOMPARE(window.findChildren<QMxStatus *>().size(), 1);
+        for (int id = 3; id >= 0; --id) {
+            QTest::mouseClick(menu(window, id), Qt::LeftButton);
+            QCOMPARE(shownPage(window), id);
+        }
+        for (const QWidget *page : {static_cast<QWidget *>(window.findChild<QMxSwitch *>()),
+                                    static_cast<QWidget *>(window.findChild<QMxScene *>()),
+                                    static_cast<QWidget *>(window.findChild<QMxSetup *>()),
+                                    static_cast<QWidget *>(window.findChild<QMxStatus *>())}) {
+            QCOMPARE(page->geometry(), QRect(0, 95, 1024, 505));
+        }
+        for (const int id : {-1, 4, 1000, INT_MIN}) {
+            window.OnMenuPressed(id);
+            QCOMPARE(shownPage(window), 0);
+        }
+        window.findChild<QMxSwitch *>()->OnActionPressed(4);
+        QCOMPARE(shownPage(window), 1);
+        QVERIFY(menu(window, 1)->isChecked() && !menu(window, 0)->isChecked());
+    }
+
+    void oneLockForThreePages()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        MainWindow window;
+        window.show();
+        for (int i = 0; i < 4; ++i) {
+            tick(window);
+        }
+        const auto saves = [&] {
+            QList<bool> enabled;
+            for (int id = 1; id < 4; ++id) {
+                window.OnMenuPressed(id);
+                enabled.append(button(window, id == 1 ? "save >>" : "Save")->isEnabled());
+            }
+            return enabled;
+        };
+        const QList<bool> locked = {false, false, false};
+        const QList<bool> unlocked = {true, true, true};
+        QCOMPARE(saves(), locked);
+        QVERIFY(touch(window, "Unlock"));
+        for (const char *key : {"4", "0", "6", "1", "7", "2", "9", "5", "Enter"}) {
+            QVERIFY(touch(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(), key));
+        }
+        QCOMPARE(saves(), unlocked);
+        QVERIFY(touch(window, "Lock"));
+        QCOMPARE(saves(), locked);
+    }
+
+    void picturesMayBeMissing()
+    {
+        TestUnit unit(8, {{"system/images", "no) such; {%s} %1"}});
+        unit.start(false);
+        qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
+        MainWindow window;
+        window.show();
+        tick(window);
+        QCOMPARE(window.grab().toImage().pixelColor(500, 92), QColor(0x01AFF4));
+        QTest::mouseClick(menu(window, 2), Qt::LeftButton);
+        QVERIFY(menu(window, 2)->isChecked());
+        window.OnMenuPressed(0);
+        QVERIFY(touch(window, "3", 1));
+        QCOMPARE(int(unit.shm().map[2]), int(MxNoInput)); // it did carry input 1
+        qApp->setStyleSheet(QString());
+    }
+};
+
+static const RegisteredTest<TestShell> registered;
+#include "testshell.moc"
