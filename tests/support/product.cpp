@@ -20,10 +20,7 @@ Product::Product(bool awaitStart)
     m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));
     m_process.start(QStringLiteral(PRODUCT), QStringList());
     if (awaitStart) {
-        runUntil([&] {
-            m_output += m_process.readAllStandardOutput();
-            return m_output.contains("t0 ");
-        });
+        await("t0 ");
     }
 }
 
@@ -31,6 +28,14 @@ Product::~Product()
 {
     m_process.kill();
     m_process.waitForFinished(DeadlineMs);
+}
+
+bool Product::await(const char *text)
+{
+    return runUntil([&] {
+        m_output += m_process.readAllStandardOutput();
+        return m_output.contains(text);
+    });
 }
 
 int Product::end(int signal)

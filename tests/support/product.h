@@ -12,6 +12,9 @@ public:
     /// Kills it if it still runs.
     ~Product();
 
+    /// Waits until it has printed this. \return whether it has
+    bool await(const char *text);
+
     /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
     int end(int signal);
     /// Waits for the end. \return as `end`
