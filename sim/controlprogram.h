@@ -1,12 +1,12 @@
 #pragma once
 
+#include "childprocess.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTimer>
 
-/// The control program as a process of its own group, its output in a log file. It never outlives this
-/// process, however that ends. For the thread that makes it.
-class ControlProgram : public QProcess
+/// The control program, its output in a log file. For the thread that makes it.
+class ControlProgram : public ChildProcess
 {
     Q_OBJECT
 
@@ -16,12 +16,9 @@ public:
     /// As stop().
     ~ControlProgram() override;
 
-    /// Starts the program, whose output overwrites the log. Returns an empty text, or one line that says why
-    /// not; signals tell the rest.
-    QString launch(const QString &program, const QProcessEnvironment &environment, const QString &log);
-
-    /// Ends the program and what it has started: asks, and after 5 s insists. Blocks until they have gone.
-    void stop();
+    /// Has the program's output overwrite this file. Returns an empty text, or one line that says why not. To
+    /// be called before launch(); signals tell what comes after that.
+    QString openLog(const QString &path);
 
 signals:
     /// It has said that it is ready.
@@ -30,18 +27,13 @@ signals:
     /// It has ended by itself, or is not up after 10 s; `reason` is one line that quotes its last output.
     void failed(const QString &reason);
 
-protected:
-    void setupChildProcess() override;
-
 private:
     void readOutput();
     void takeLine(const QByteArray &line);
-    void onFinished(int code, ExitStatus status);
-    void signalGroup(int signal) const;
+    void onEnded();
     QString lastOutput() const;
 
     QFile m_log;
     QByteArray m_lastMessage;
     QTimer m_startTimer; ///< runs until the program is up
-    qint64 m_pid = 0;
 };

@@ -42,11 +42,11 @@ int main(int argc, char *argv[])
     }
 
     Session session(options);
-    QObject::connect(&session, &Session::failed, [&error, &app](const QString &reason) {
+    QObject::connect(&session, &Session::ended, [&error, &app](const QString &reason, int code) {
         if (error.isEmpty()) {
             fail(error = reason);
+            app.exit(code);
         }
-        app.exit(1);
     });
     error = session.start();
     if (!error.isEmpty()) {

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QMap>
 
 namespace
 {
@@ -32,6 +33,24 @@ void readNumber(const QCommandLineParser &parser, const NumberOption &of, int *n
     }
 }
 
+/// Where the environment has settled the platform, that is left alone.
+QString defaultScreen()
+{
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        return "none";
+    }
+    return qEnvironmentVariableIsEmpty("DISPLAY") ? "vnc" : "window";
+}
+
+QString readScreen(const QString &text, ScreenKind *screen)
+{
+    const QMap<QString, ScreenKind> kinds{
+        {"window", ScreenKind::Window}, {"vnc", ScreenKind::Vnc}, {"none", ScreenKind::None}};
+    *screen = kinds.value(text, ScreenKind::None);
+    return kinds.contains(text) ? QString()
+                                : QString("--screen takes window, vnc or none, not \"%1\"").arg(text);
+}
+
 QString findProgram(const QString &path, Options *options)
 {
     const QFileInfo file(path);
@@ -55,11 +74,18 @@ QString parseOptions(const QStringList &arguments, Options *options)
     const NumberOption tcp{{"tcp-port", "TCP port for commands (5000).", "port", "5000"}, 1, 65535};
     const NumberOption udp{
         {"udp-port", "First of the eight UDP ports for commands (4000).", "port", "4000"}, 1, 65528};
+    const QCommandLineOption screen("screen",
+                                    "Where the unit's screen is: window, on this desk; vnc, for VNC viewers; "
+                                    "none (window on a desk, vnc elsewhere, none if QT_QPA_PLATFORM is set).",
+                                    "kind", defaultScreen());
+    const NumberOption vnc{
+        {"vnc-port", "TCP port for VNC viewers (first free one from 5900 on).", "port"}, 1, 65535};
 
     QCommandLineParser parser;
     parser.setApplicationDescription("A matrix switcher without the hardware: runs its control program and\n"
                                      "shows what reaches the switching board.");
-    parser.addOptions({folder, ports.option, scenes.option, tcp.option, udp.option, program});
+    parser.addOptions(
+        {folder, ports.option, scenes.option, tcp.option, udp.option, screen, vnc.option, program});
     const QCommandLineOption help = parser.addHelpOption();
     if (!parser.parse(arguments)) {
         return parser.errorText();
@@ -74,15 +100,18 @@ QString parseOptions(const QStringList &arguments, Options *options)
         return "--folder takes the name of a folder";
     }
 
-    QString error;
+    QString error = readScreen(parser.value(screen), &options->screen);
     int tcpPort = 0;
     int udpPort = 0;
+    int vncPort = 0;
     readNumber(parser, ports, &options->ports, &error);
     readNumber(parser, scenes, &options->scenes, &error);
     readNumber(parser, tcp, &tcpPort, &error);
     readNumber(parser, udp, &udpPort, &error);
+    readNumber(parser, vnc, &vncPort, &error);
     options->tcpPort = static_cast<quint16>(tcpPort);
     options->firstUdpPort = static_cast<quint16>(udpPort);
+    options->vncPort = static_cast<quint16>(vncPort);
     options->folder = QDir::cleanPath(QDir::current().absoluteFilePath(parser.value(folder)));
     return error.isEmpty() ? findProgram(parser.value(program), options) : error;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "screen.h"
+
 #include <QStringList>
 
 /// What the command line of mxsim says.
@@ -11,6 +12,8 @@ struct Options {
     int scenes = 0;  ///< 10..40; 0 when not given
     quint16 tcpPort = 0;
     quint16 firstUdpPort = 0; ///< of eight
+    ScreenKind screen = ScreenKind::None;
+    quint16 vncPort = 0; ///< 0 when not given
 };
 
 /// Reads the arguments, the program's own name first. Returns an empty text, or one line that says what is

@@ -20,9 +20,12 @@ constexpr int defaultScenes = 10;
 
 Session::Session(const Options &options)
     : m_options(options)
+    , m_screen(options.screen, options.vncPort)
 {
     connect(&m_program, &ControlProgram::up, this, &Session::onUp);
-    connect(&m_program, &ControlProgram::failed, this, &Session::failed);
+    connect(&m_program, &ControlProgram::failed, this, &Session::onProgramFailed);
+    connect(&m_screen, &Screen::closed, this,
+            [this](bool byUser) { emit ended("the screen was closed", byUser ? 0 : 1); });
     connect(this, &Session::happened, this, &Session::onHappened, Qt::QueuedConnection);
 }
 
@@ -31,6 +34,9 @@ QString Session::start()
     QString error = m_lock.acquire(m_options.folder);
     if (error.isEmpty()) {
         error = checkNetworkPorts(m_options.tcpPort, m_options.firstUdpPort);
+    }
+    if (error.isEmpty()) {
+        error = m_screen.start(m_options.folder);
     }
     if (error.isEmpty()) {
         error = makeUnit();
@@ -68,8 +74,8 @@ QString Session::makeUnit()
 
 QString Session::launchProgram()
 {
-    const QString interposer =
-        QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib/libmxioctl.so");
+    const QDir libraries(QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib"));
+    const QString interposer = libraries.filePath("libmxioctl.so");
     if (!QFile::exists(interposer)) {
         return QString("there is no %1").arg(interposer);
     }
@@ -79,10 +85,15 @@ QString Session::launchProgram()
     environment.insert("MX_ROOT", m_options.folder);
     environment.insert("MX_TCP_PORT", QString::number(m_options.tcpPort));
     environment.insert("MX_UDP_PORT", QString::number(m_options.firstUdpPort));
-    if (!environment.contains("QT_QPA_PLATFORM")) {
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
+    if (!environment.contains("FONTCONFIG_FILE")) {
+        environment.insert("FONTCONFIG_FILE", libraries.filePath("fonts.conf"));
     }
-    return m_program.launch(m_options.program, environment, m_options.folder + "/mxcontrol.log");
+    m_screen.addTo(&environment);
+    m_program.setProcessEnvironment(environment);
+    // Pictures and help are beside the folder of the program, which looks for them from where it is started.
+    m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
+    const QString error = m_program.openLog(m_options.folder + "/mxcontrol.log");
+    return error.isEmpty() ? m_program.launch(m_options.program, {}) : error;
 }
 
 void Session::observe(const sim::WireEvent &event)
@@ -91,6 +102,13 @@ void Session::observe(const sim::WireEvent &event)
     if (!line.isEmpty()) {
         emit happened(QTime::currentTime().toString("hh:mm:ss.zzz ") + line);
     }
+}
+
+void Session::onProgramFailed(const QString &reason)
+{
+    // A program that loses its screen ends as well, and may be noticed first.
+    m_screen.awaitEnd();
+    emit ended(reason, 1);
 }
 
 void Session::onUp()
@@ -115,7 +133,7 @@ void Session::onHappened(const QString &line)
 void Session::print(const QString &text)
 {
     if (puts(text.toLocal8Bit().constData()) < 0 || fflush(stdout) != 0) {
-        emit failed(QString("cannot write the output: %1").arg(strerror(errno)));
+        emit ended(QString("cannot write the output: %1").arg(strerror(errno)), 1);
     }
 }
 
@@ -123,16 +141,18 @@ QString Session::startMessage() const
 {
     const QString size = QString::number(m_ports);
     const QString tcp = QString::number(m_options.tcpPort);
-    const QString lines = "The unit is up: a matrix of %1 inputs and %1 outputs.\n"
-                          "\n"
-                          "  TCP         port %2\n"
-                          "  UDP         ports %3 to %4\n"
-                          "  serial 1    %5\n"
-                          "  serial 2    %6\n"
-                          "  folder      %7\n"
-                          "  settings    %8\n"
-                          "  log         %9\n";
-    return lines.arg(size, tcp, QString::number(m_options.firstUdpPort),
+    const QString head = "The unit is up: a matrix of %1 inputs and %1 outputs.\n"
+                         "\n"
+                         "  screen      %2\n";
+    const QString lines = "  TCP         port %1\n"
+                          "  UDP         ports %2 to %3\n"
+                          "  serial 1    %4\n"
+                          "  serial 2    %5\n"
+                          "  folder      %6\n"
+                          "  settings    %7\n"
+                          "  log         %8\n";
+    return head.arg(size, m_screen.whereabouts()) +
+           lines.arg(tcp, QString::number(m_options.firstUdpPort),
                      QString::number(m_options.firstUdpPort + udpPortCount - 1), shownPath("serial1"),
                      shownPath("serial2"), shownPath(""), shownPath("home/app/config/setup.ini"),
                      shownPath("mxcontrol.log")) +

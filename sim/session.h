@@ -4,6 +4,7 @@
 #include "eventtext.h"
 #include "folderlock.h"
 #include "options.h"
+#include "screen.h"
 #include "virtualunit.h"
 
 #include <QStringList>
@@ -23,8 +24,9 @@ public:
     QString start();
 
 signals:
-    /// It is over before it was ended: one line that says why.
-    void failed(const QString &reason);
+    /// It is over before it was ended, with one line that says why and mxsim's exit code. More may follow
+    /// from what it has brought down.
+    void ended(const QString &reason, int code);
 
     /// Something happened on the unit; sent on the unit's thread.
     void happened(const QString &line);
@@ -33,6 +35,7 @@ private:
     QString makeUnit();
     QString launchProgram();
     void observe(const sim::WireEvent &event);
+    void onProgramFailed(const QString &reason);
     void onUp();
     void onHappened(const QString &line);
     void print(const QString &text);
@@ -44,7 +47,8 @@ private:
     FolderLock m_lock;
     sim::EventText m_text; ///< for the unit's thread alone
     std::unique_ptr<sim::VirtualUnit> m_unit;
-    ControlProgram m_program; ///< ends before the unit
+    Screen m_screen;
+    ControlProgram m_program; ///< ends before its screen and the unit
     bool m_isUp = false;
     QStringList m_early; ///< what happened before the program was up
 };
