@@ -93,7 +93,7 @@ bool MainWindow::makeNextPage()
     } else if (m_scene == nullptr) {
         m_scene = addPage<QMxScene>();
     } else if (m_setup == nullptr) {
-        m_setup = addPage<QMxSetup>();
+        makeSetupPage();
     } else if (m_status == nullptr) {
         makeStatusPage();
     } else {
@@ -117,6 +117,13 @@ void MainWindow::makeSwitchPage()
     connect(m_switch, &QMxSwitch::scenesWanted, this, [this] { clickButton(m_menu, Scene); });
     m_switch->show();
     m_switch->selectInput(0);
+}
+
+void MainWindow::makeSetupPage()
+{
+    m_setup = addPage<QMxSetup>();
+    connect(m_setup, &QMxSetup::captionsStored, m_switch, &QMxSwitch::OnLoadCaption);
+    connect(m_setup, &QMxSetup::captionsStored, m_scene, &QMxScene::OnLoadCaption);
 }
 
 void MainWindow::makeStatusPage()

@@ -177,6 +177,7 @@ void QMxSetup::store()
     for (int i = 0; i < count; ++i) {
         captions.texts[i].set(buttons.at(i)->text().toLatin1());
     }
+    emit captionsStored();
     g_mxComm->SaveCaption();
 }
 

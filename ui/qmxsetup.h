@@ -24,6 +24,10 @@ public slots:
     /// Whether the user may store captions.
     void setSaveEnabled(bool enabled);
 
+signals:
+    /// The record holds captions that other pages do not show yet.
+    void captionsStored();
+
 private:
     QScrollArea *makeEntries();
     QLayout *makeButtons();

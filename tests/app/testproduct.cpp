@@ -122,6 +122,34 @@ private slots:
         QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
     }
 
+    void itIsOperatedByTouchOrFromThePanel_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<int>("keypad");
+        QTest::addColumn<bool>("touch");
+        QTest::newRow("small, panel") << 2 << 1 << false;
+        QTest::newRow("largest for a panel") << 40 << 1 << false;
+        QTest::newRow("too large for a panel") << 41 << 1 << true;
+        QTest::newRow("no panel") << 2 << 0 << true;
+        QTest::newRow("negative") << 2 << -1 << true;
+    }
+
+    void itIsOperatedByTouchOrFromThePanel()
+    {
+        QFETCH(int, ports);
+        QFETCH(int, keypad);
+        QFETCH(bool, touch);
+        TestUnit unit(ports, {{"system/keypad", std::to_string(keypad)}, {"system/sleep", "2"}});
+        Product product;
+        const QMxComm observer(false);
+        QVERIFY(runUntil([&] { return touch || g_mxConfig->sleep == 4; }));
+        QCOMPARE(unit.talk(Wire::Control0, "1?.").right(1), QByteArray("."));
+        QVERIFY(!touch || product.await("t1 "));
+        QCOMPARE(int(g_mxConfig->sleep), touch ? 2 : 4);
+        QCOMPARE(product.end(SIGTERM), 0);
+        QCOMPARE(product.output().contains("\nt1 "), touch);
+    }
+
     void withoutSharedMemoryItSaysSoAndEnds()
     {
         const TestUnit unit(4);

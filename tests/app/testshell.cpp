@@ -183,6 +183,27 @@ private slots:
         QCOMPARE(saves(), locked);
     }
 
+    void savedCaptionsAreOnAllPages()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        MainWindow window;
+        window.show();
+        for (int i = 0; i < 3; ++i) {
+            tick(window);
+        }
+        for (const auto &[list, entry] : {std::pair("Input", "3"), {"Output", "4"}, {"Scene", "5"}}) {
+            window.OnMenuPressed(2);
+            QVERIFY(touch(window, list) && touch(window, entry));
+            QVERIFY(touch(*window.findChild<QMxKeyboard *>(), "z") && touch(window, "Enter"));
+            QVERIFY(touch(window, "Save"));
+        }
+        window.OnMenuPressed(0);
+        QVERIFY(button(window, "3z") != nullptr && button(window, "4z") != nullptr);
+        window.OnMenuPressed(1);
+        QVERIFY(button(window, "5z") != nullptr);
+    }
+
     void picturesMayBeMissing()
     {
         TestUnit unit(8, {{"system/images", "no) such; {%s} %1"}});
