@@ -2,7 +2,7 @@
 #include "product.h"
 #include "samples.h"
 #include "testunit.h"
-#include "touchscreen.h"
+#include "screens.h"
 
 #include <QThread>
 #include <csignal>

@@ -1,10 +1,11 @@
 // Measures the touchscreen: painting, refreshes, touches, page switches, start and memory.
 
-#include "touchscreen.h"
+#include "screens.h"
 
 #include "allocations.h"
 #include "mainwindow.h"
 #include "mxapplication.h"
+#include "paintcounter.h"
 #include "qmxscene.h"
 #include "qmxswitch.h"
 #include "samples.h"
@@ -23,19 +24,6 @@
 namespace
 {
 constexpr int RestMs = 10000;
-
-class PaintCounter : public QObject
-{
-public:
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint;
-        return false;
-    }
-};
 
 void send(QObject *receiver, QEvent &&event)
 {

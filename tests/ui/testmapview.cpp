@@ -1,3 +1,4 @@
+#include "paintcounter.h"
 #include "qmxwidget.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -39,19 +40,6 @@ bool isBlack(const QImage &image, const QRect &area)
     empty.fill(Qt::black);
     return image.copy(area) == empty;
 }
-
-class PaintCounter : public QObject
-{
-public:
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint;
-        return false;
-    }
-};
 } // namespace
 
 class TestMapView : public QObject
