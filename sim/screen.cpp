@@ -94,7 +94,7 @@ QString Screen::startServer(const Part &server, const QStringList &arguments)
 {
     const QStringList access{"-displayfd", "1", "-auth", m_cookieFile, "-nolisten", "tcp"};
     const QStringList steady{"-noreset", "-s", "0", "-dpms", "-dpi", "96"};
-    const QString error = bringUp(&m_server, server, arguments + access + steady);
+    QString error = bringUp(&m_server, server, arguments + access + steady);
     m_display = ":" + m_server.readLine().trimmed();
     return error;
 }
