@@ -15,7 +15,6 @@
 namespace
 {
 constexpr int LargestPanelMatrix = 40;
-constexpr int SleepNever = 4;
 constexpr unsigned long SplashStepMs = 50;
 
 void printTime(const char *what)
@@ -33,7 +32,7 @@ bool hasFrontPanel()
 /// The unit is operated from its front panel; the screen shows a picture.
 int runFrontPanel()
 {
-    g_mxConfig->sleep = SleepNever;
+    g_mxConfig->sleep = MxSleepNever;
     QSplashScreen splash(QPixmap(themed("./images/%1/startup_lcd.png")));
     splash.move(0, 0);
     splash.show();

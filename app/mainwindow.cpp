@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "page.h"
 #include "qmxscene.h"
 #include "qmxsetup.h"
 #include "qmxstatus.h"
@@ -16,7 +17,7 @@ namespace
 constexpr QSize ScreenSize(1024, 600);
 constexpr QRect HeaderArea(0, 0, 1024, 90);
 constexpr QRect SeparatorArea(0, 90, 1024, 5);
-constexpr QRect PageArea(0, 95, 1024, 505);
+constexpr QPoint PagePlace(0, 95);
 constexpr QSize LogoSize(224, 90);
 constexpr QSize MenuSize(200, 90);
 constexpr int CreationMs = 2000;
@@ -106,7 +107,7 @@ template <typename Page>
 Page *MainWindow::addPage()
 {
     auto *page = new Page(this);
-    page->setGeometry(PageArea);
+    page->setGeometry(QRect(PagePlace, PageSize));
     page->hide();
     return page;
 }

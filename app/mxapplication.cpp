@@ -8,9 +8,8 @@ namespace
 constexpr int TickMs = 1000;
 constexpr unsigned long WakeMs = 200;
 
-/// Seconds until the screen goes off, by the `sleep` setting.
+/// Seconds until the screen goes off, by the `sleep` setting. With other settings it never does.
 constexpr int SleepAfter[] = {60, 300, 900, 1800};
-constexpr unsigned SleepNever = 4; ///< as does any number above it, but without a count
 
 bool isTouch(const QEvent &event)
 {
@@ -28,14 +27,14 @@ MxApplication::MxApplication(int &argc, char **argv)
 void MxApplication::timerEvent(QTimerEvent *event)
 {
     // Qt's own timers of the application object arrive here as well.
-    if (event->timerId() != timerId() || m_asleep || g_mxConfig == nullptr) {
+    if (event->timerId() != timerId() || m_asleep) {
         return;
     }
     ++m_idleSeconds;
     const auto sleep = static_cast<unsigned>(g_mxConfig->sleep);
-    if (sleep == SleepNever) {
+    if (sleep == MxSleepNever) {
         m_idleSeconds = 0;
-    } else if (sleep < SleepNever && m_idleSeconds >= SleepAfter[sleep]) {
+    } else if (sleep < MxSleepNever && m_idleSeconds >= SleepAfter[sleep]) {
         m_asleep = true;
         g_mxComm->MxSetBacklight(0);
     }

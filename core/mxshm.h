@@ -11,6 +11,9 @@ constexpr int MxMaxPort = 160;
 constexpr int MxMinScene = 10;
 constexpr int MxMaxScene = 40;
 
+/// The `sleep` setting with which the screen stays on.
+constexpr int MxSleepNever = 4;
+
 /// The input number that means "no input": the output is dark.
 constexpr quint16 MxNoInput = 0xFFFF;
 

@@ -59,8 +59,8 @@ void QMxComm::stop()
 {
     m_stop = true;
     wait();
-    // What the loop wrote is visible behind this load. (It is behind `wait` as well, but by means inside Qt that the
-    // thread sanitizer cannot see.)
+    // What the loop wrote is visible behind this load. (It is behind `wait` as well, but by means inside Qt
+    // that the thread sanitizer cannot see.)
     m_ended.load(std::memory_order_acquire);
 }
 

@@ -37,7 +37,8 @@ public:
     int MxShmClose();
     int MxShmRemove();
 
-    /// The stores. Each load and the save of settings announce themselves by a signal.
+    /// The stores. Loads of settings and captions, and the save of settings, announce themselves
+    /// by a signal.
     void LoadConfig();
     void SaveConfig();
     void LoadCaption();

@@ -1,14 +1,11 @@
 #include "reply.h"
 
-#include "devicefiles.h"
+#include "temperature.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace
 {
-constexpr char SensorFile[] = "/sys/devices/virtual/thermal/thermal_zone0/temp";
-
 void append(Reply &reply, const char *text, int size)
 {
     std::memcpy(reply.text + reply.size, text, static_cast<size_t>(size));
@@ -64,12 +61,10 @@ Reply replyTo(int result, const MxShm &shm)
 
 Reply temperatureReply()
 {
-    unsigned char millidegrees[16];
-    const int count = DeviceFiles::read(SensorFile, millidegrees, sizeof millidegrees);
     Reply reply;
     reply.size = 0;
     append(reply, "temp=");
-    append(reply, reinterpret_cast<const char *>(millidegrees), std::max(0, std::min(count, 2)));
+    append(reply, readTemperature().text);
     append(reply, ".");
     return reply;
 }

@@ -23,16 +23,6 @@ void Routing::setMap(MxShm &shm, const quint16 *inputs)
     }
 }
 
-void Routing::copyMap(const MxShm &shm, int slot, quint16 *inputs)
-{
-    if (slot < 0 || slot > MxMaxScene) {
-        return;
-    }
-    for (int o = 0; o < portCount(shm); ++o) {
-        inputs[o] = shm.sceneMap[slot][o];
-    }
-}
-
 void Routing::oneToAll(MxShm &shm, quint16 input)
 {
     for (int o = 0; o < portCount(shm); ++o) {
@@ -58,5 +48,15 @@ void Routing::oneToNone(MxShm &shm, quint16 input)
         if (shm.map[o] == input) {
             shm.map[o] = MxNoInput;
         }
+    }
+}
+
+void Routing::copyMap(const MxShm &shm, int slot, quint16 *inputs)
+{
+    if (slot < 0 || slot > MxMaxScene) {
+        return;
+    }
+    for (int o = 0; o < portCount(shm); ++o) {
+        inputs[o] = shm.sceneMap[slot][o];
     }
 }

@@ -16,12 +16,13 @@ void oneToSome(MxShm &shm, quint16 input, const quint16 *outputs, int count);
 /// Copies one input per output from `inputs`, which holds `port` entries.
 void setMap(MxShm &shm, const quint16 *inputs);
 void oneToAll(MxShm &shm, quint16 input);
-/// Copies the map of a slot (0: the live map) to `inputs`, which has room for `port` entries; nothing for a
-/// slot that there is not.
-void copyMap(const MxShm &shm, int slot, quint16 *inputs);
 /// Input i to output i.
 void allToAll(MxShm &shm);
 void allToNone(MxShm &shm);
 /// Darkens every output that shows `input`.
 void oneToNone(MxShm &shm, quint16 input);
+
+/// Reads: copies the map of a slot (0: the live map) to `inputs`, which has room for `port` entries; nothing
+/// for a slot that there is not.
+void copyMap(const MxShm &shm, int slot, quint16 *inputs);
 } // namespace Routing

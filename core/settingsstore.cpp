@@ -1,6 +1,7 @@
 #include "settingsstore.h"
 
 #include "devicefiles.h"
+#include "ethernet.h"
 #include "inifile.h"
 #include "mxshm.h"
 
@@ -15,21 +16,7 @@ constexpr int DefaultBaudrate = 115200;
 constexpr int Baudrates[] = {300,   600,   1200,  2400,  4800,   9600,  19200,
                              38400, 57600, 76800, 96000, 115200, 230400};
 
-/// One Ethernet interface: its file, its fields in the record, and what a new unit has.
-struct Interface {
-    const char *file;
-    SharedText<32> MxShm::*fields[3];
-    const char *defaults[3];
-};
 constexpr const char *InterfaceKeys[3] = {"ADDRESS", "NETMASK", "GATEWAY"};
-constexpr Interface Interfaces[] = {
-    {"/etc/eth0.conf",
-     {&MxShm::eth0Address, &MxShm::eth0Netmask, &MxShm::eth0Gateway},
-     {"192.168.0.80", "255.255.255.0", "192.168.0.1"}},
-    {"/etc/eth1.conf",
-     {&MxShm::eth1Address, &MxShm::eth1Netmask, &MxShm::eth1Gateway},
-     {"192.168.1.80", "255.255.255.0", "192.168.1.1"}},
-};
 
 int number(const QSettings &file, const char *key)
 {
@@ -54,7 +41,7 @@ int acceptedBaudrate(int baudrate)
     return known ? baudrate : DefaultBaudrate;
 }
 
-void loadInterface(MxShm &shm, const Interface &interface)
+void loadInterface(MxShm &shm, const EthernetInterface &interface)
 {
     const IniFile file(interface.file);
     // The defaults go as a group: an address of its own never gets a foreign netmask or gateway.
@@ -65,7 +52,7 @@ void loadInterface(MxShm &shm, const Interface &interface)
     }
 }
 
-void saveInterface(const MxShm &shm, const Interface &interface)
+void saveInterface(const MxShm &shm, const EthernetInterface &interface)
 {
     DeviceFiles::removeLeftovers(interface.file);
     IniFile file(interface.file);
@@ -91,7 +78,7 @@ void SettingsStore::load(MxShm &shm)
     shm.baudrate = acceptedBaudrate(number(file, "system/baudrate"));
     shm.images.set(formatted(file, "system/images", "default"));
     shm.language.set(formatted(file, "system/language", "en"));
-    for (const Interface &interface : Interfaces) {
+    for (const EthernetInterface &interface : EthernetInterfaces) {
         loadInterface(shm, interface);
     }
 }
@@ -108,7 +95,7 @@ void SettingsStore::save(const MxShm &shm)
         file.endGroup();
         file.sync();
     }
-    for (const Interface &interface : Interfaces) {
+    for (const EthernetInterface &interface : EthernetInterfaces) {
         saveInterface(shm, interface);
     }
     DeviceFiles::syncToFlash();

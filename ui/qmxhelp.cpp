@@ -1,6 +1,7 @@
 #include "qmxhelp.h"
 
 #include "mxshm.h"
+#include "page.h"
 #include "touchbutton.h"
 
 #include <QFile>
@@ -8,7 +9,6 @@
 namespace
 {
 enum Action { Back, Forward, Return };
-constexpr QSize SheetSize(1024, 505);
 constexpr QSize ButtonSize(75, 70);
 constexpr int ButtonsTop = 420;
 
@@ -25,9 +25,9 @@ QMxHelp::QMxHelp(QWidget *parent)
     , m_sheet(new QWidget(this))
 {
     hide();
-    resize(SheetSize);
+    resize(PageSize);
     connectClicks(m_buttons, this, &QMxHelp::OnActionPressed);
-    m_sheet->resize(SheetSize);
+    m_sheet->resize(PageSize);
     m_sheet->setStyleSheet(QStringLiteral("background-color: #ffffff;"));
     addButton("<<", Back, 765);
     addButton(">>", Forward, 850);
@@ -36,7 +36,7 @@ QMxHelp::QMxHelp(QWidget *parent)
 
 void QMxHelp::addButton(const char *text, int id, int x)
 {
-    auto *button = new TouchButton(ButtonSize, tr(text), TouchButton::Plain, this);
+    auto *button = new TouchButton(ButtonSize, QLatin1String(text), TouchButton::Plain, this);
     button->move(x, ButtonsTop);
     m_buttons->addButton(button, id);
 }

@@ -14,6 +14,7 @@ public:
     explicit QMxHelp(QWidget *parent);
 
 public slots:
+    /// 0: a page back, 1: a page on, 2: leave.
     void OnActionPressed(int id);
     /// Hides `QWidget::show()`, which is not virtual: to be called on a `QMxHelp`.
     void show();

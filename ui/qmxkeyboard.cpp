@@ -1,5 +1,6 @@
 #include "qmxkeyboard.h"
 
+#include "page.h"
 #include "touchbutton.h"
 
 #include <QBoxLayout>
@@ -34,6 +35,15 @@ QString captionOf(const char *set, int key)
 {
     return QString(QLatin1Char(set[key]));
 }
+/// Behind the last digit, and not behind the blanks that a mask keeps for more.
+int endOfDigits(const QString &text)
+{
+    int end = text.size();
+    while (end > 0 && !text.at(end - 1).isDigit()) {
+        --end;
+    }
+    return end;
+}
 } // namespace
 
 QMxKeyboard::QMxKeyboard(QWidget *parent)
@@ -42,14 +52,15 @@ QMxKeyboard::QMxKeyboard(QWidget *parent)
     , m_editor(new QLineEdit)
 {
     hide();
-    setGeometry(0, 0, 1024, 505);
+    move(0, 0);
+    resize(PageSize);
     m_keys->setExclusive(false);
     connect(m_keys, static_cast<void (QButtonGroup::*)(int)>(&QButtonGroup::buttonReleased), this,
             &QMxKeyboard::onKeyClicked);
 
     QBoxLayout *rows[] = {makeTopRow(), makeKeyRow(0, KeysPerRow), makeKeyRow(KeysPerRow, 2 * KeysPerRow),
                           makeKeyRow(2 * KeysPerRow, 3 * KeysPerRow), makeKeyRow(3 * KeysPerRow, KeyCount)};
-    addKey(rows[4], tr("Capslock"), WideKeySize, Qt::Key_CapsLock)->setCheckable(true);
+    addKey(rows[4], QStringLiteral("Capslock"), WideKeySize, Qt::Key_CapsLock)->setCheckable(true);
     auto *layout = new QVBoxLayout(this);
     layout->setMargin(0);
     layout->setSpacing(0);
@@ -66,17 +77,17 @@ QMxKeyboard::QMxKeyboard(QWidget *parent)
 QBoxLayout *QMxKeyboard::makeTopRow()
 {
     QBoxLayout *row = makeRow();
-    addKey(row, tr("Esc"), KeySize, Qt::Key_Escape);
-    addKey(row, tr("<<"), KeySize, Qt::Key_Left);
+    addKey(row, QStringLiteral("Esc"), KeySize, Qt::Key_Escape);
+    addKey(row, QStringLiteral("<<"), KeySize, Qt::Key_Left);
     QFont font = m_editor->font();
     font.setPointSize(EditorFontSize);
     m_editor->setFont(font);
     m_editor->setFixedSize(EditorSize);
     m_editor->setStyleSheet(QStringLiteral("lineedit-password-character: 42"));
     row->addWidget(m_editor);
-    addKey(row, tr(">>"), KeySize, Qt::Key_Right);
-    addKey(row, tr("Backspace"), WideKeySize, Qt::Key_Backspace);
-    addKey(row, tr("Enter"), WideKeySize, Qt::Key_Enter);
+    addKey(row, QStringLiteral(">>"), KeySize, Qt::Key_Right);
+    addKey(row, QStringLiteral("Backspace"), WideKeySize, Qt::Key_Backspace);
+    addKey(row, QStringLiteral("Enter"), WideKeySize, Qt::Key_Enter);
     return row;
 }
 
@@ -113,8 +124,7 @@ void QMxKeyboard::showModal(QPushButton *target, int maxLength, int mode)
     }
     m_editor->setText(target != nullptr ? target->text() : QString());
     if (mode == Ipv4Address) {
-        // Behind the last digit, not behind the blanks that the mask keeps for more.
-        m_editor->setCursorPosition(m_editor->displayText().trimmed().size());
+        m_editor->setCursorPosition(endOfDigits(m_editor->displayText()));
     }
     m_editor->setFocus();
     show();

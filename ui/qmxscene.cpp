@@ -1,6 +1,7 @@
 #include "qmxscene.h"
 
 #include "mxshm.h"
+#include "page.h"
 #include "qmxcomm.h"
 #include "qmxwidget.h"
 #include "routing.h"
@@ -10,7 +11,6 @@
 
 namespace
 {
-constexpr int RefreshMs = 200;
 constexpr QSize ViewSize(200, 495);
 constexpr int Columns = 5;
 constexpr QSize ActionSize(180, 65);
@@ -81,7 +81,7 @@ QLayout *QMxScene::makeButtons()
 
 void QMxScene::OnLoadCaption()
 {
-    showCaptions(m_scenes, g_mxConfig->sceneCaption);
+    showCaptions(m_scenes, g_mxConfig->sceneCaption, sceneCount(*g_mxConfig));
 }
 
 void QMxScene::OnScenePressed(int) {}

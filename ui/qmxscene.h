@@ -18,6 +18,7 @@ public:
 public slots:
     void OnLoadCaption();
     void OnScenePressed(int scene);
+    /// 0: load, 1: save the selected scene.
     void OnSceneActionPressed(int action);
     /// Whether the user may store scenes.
     void setSaveEnabled(bool enabled);

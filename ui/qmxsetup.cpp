@@ -104,7 +104,7 @@ QLayout *QMxSetup::makeButtons()
     row->setMargin(Spacing);
     row->setSpacing(Spacing);
     const auto add = [row](QButtonGroup *group, int id, const char *text, TouchButton::Kind kind) {
-        auto *button = new TouchButton(ButtonSize, tr(text), kind);
+        auto *button = new TouchButton(ButtonSize, QLatin1String(text), kind);
         row->addWidget(button);
         group->addButton(button, id);
     };
@@ -134,17 +134,18 @@ void QMxSetup::OnCapSelectPressed(int list)
 {
     const Captions captions = captionsOf(list);
     if (captions.texts != nullptr) {
-        showCaptions(m_captions, captions.texts);
+        showCaptions(m_captions, captions.texts, captions.count);
         showEntries(captions.count);
     }
 }
 
 void QMxSetup::showEntries(int count)
 {
-    const QList<QAbstractButton *> buttons = m_captions->buttons();
-    for (int i = 0; i < buttons.size(); ++i) {
-        buttons.at(i)->setVisible(i < count);
-        m_numbers->buttons().at(i)->setVisible(i < count);
+    for (const QButtonGroup *group : {m_numbers, m_captions}) {
+        const QList<QAbstractButton *> buttons = group->buttons();
+        for (int i = 0; i < buttons.size(); ++i) {
+            buttons.at(i)->setVisible(i < count);
+        }
     }
 }
 

@@ -19,7 +19,9 @@ public:
 public slots:
     void OnLoadCaption();
     void OnCapPressed(int id);
+    /// 0: scenes, 1: inputs, 2: outputs.
     void OnCapSelectPressed(int list);
+    /// 0: default, 1: load, 2: save the list that is shown.
     void OnCapActionPressed(int action);
     /// Whether the user may store captions.
     void setSaveEnabled(bool enabled);

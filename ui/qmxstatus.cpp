@@ -1,9 +1,11 @@
 #include "qmxstatus.h"
 
-#include "mxshm.h"
+#include "ethernet.h"
+#include "gpio.h"
 #include "qmxcomm.h"
 #include "qmxhelp.h"
 #include "qmxkeyboard.h"
+#include "temperature.h"
 #include "touchbutton.h"
 #include "ui_qmxstatus.h"
 
@@ -16,25 +18,24 @@ constexpr int LockMs = 200;
 constexpr int MaxAddressLength = 15;
 constexpr int MaxPasswordLength = 8;
 constexpr char UnlockPassword[] = "40617295";
-constexpr char TemperatureFile[] = "/sys/devices/virtual/thermal/thermal_zone0/temp";
-constexpr int BuzzerLine = 4;
-
+constexpr int BuzzerLine = static_cast<int>(GpioLine::Buzzer);
 enum Action { Unlock, Lock, Default, Load, Save, Help };
 
-constexpr int AddressCount = 6;
-const char *const DefaultAddresses[AddressCount] = {"192.168.0.80", "255.255.255.0", "192.168.0.1",
-                                                    "192.168.1.80", "255.255.255.0", "192.168.1.1"};
+constexpr int AddressesPerInterface = 3;
+constexpr int AddressCount = 2 * AddressesPerInterface;
 constexpr int DefaultBrightness = 2; ///< "60%"
 constexpr int DefaultSleep = 2;      ///< "15Min"
 constexpr int DefaultBuzzer = 1;     ///< "On"
 
-/// The address of an Ethernet button, 0 to 5.
+/// The address of an Ethernet button, 0 to 5, and what a new unit has there.
 SharedText<32> &address(int id)
 {
-    MxShm &shm = *g_mxConfig;
-    SharedText<32> *const addresses[AddressCount] = {&shm.eth0Address, &shm.eth0Netmask, &shm.eth0Gateway,
-                                                     &shm.eth1Address, &shm.eth1Netmask, &shm.eth1Gateway};
-    return *addresses[id];
+    return g_mxConfig->*EthernetInterfaces[id / AddressesPerInterface].fields[id % AddressesPerInterface];
+}
+
+QLatin1String defaultAddress(int id)
+{
+    return QLatin1String(EthernetInterfaces[id / AddressesPerInterface].defaults[id % AddressesPerInterface]);
 }
 
 void addButtons(QButtonGroup *group, std::initializer_list<QPushButton *> buttons)
@@ -43,14 +44,6 @@ void addButtons(QButtonGroup *group, std::initializer_list<QPushButton *> button
     for (QPushButton *button : buttons) {
         group->addButton(button, id++);
     }
-}
-
-/// Whole degrees: the first two digits of what the sensor gives in thousandths.
-QString temperature()
-{
-    unsigned char text[16] = {};
-    const int size = g_mxComm->MxRead(TemperatureFile, text, sizeof text);
-    return QString::fromLatin1(reinterpret_cast<const char *>(text), qBound(0, size, 2));
 }
 
 void beep()
@@ -170,7 +163,7 @@ void QMxStatus::showDefaults()
 {
     m_form->buttonDefault->setEnabled(false);
     for (int id = 0; id < AddressCount; ++id) {
-        m_ethernet->button(id)->setText(QLatin1String(DefaultAddresses[id]));
+        m_ethernet->button(id)->setText(defaultAddress(id));
     }
     clickButton(m_brightness, DefaultBrightness);
     clickButton(m_sleep, DefaultSleep);
@@ -226,5 +219,6 @@ void QMxStatus::timerEvent(QTimerEvent *)
     const int uptime = g_mxConfig->uptime;
     m_form->labelStatus->setText(QString::asprintf("%04d %02d:%02d:%02d / ", uptime / 86400,
                                                    uptime / 3600 % 24, uptime / 60 % 60, uptime % 60) +
-                                 temperature() + QStringLiteral("C / %1").arg(int(g_mxConfig->baudrate)));
+                                 QLatin1String(readTemperature().text) +
+                                 QStringLiteral("C / %1").arg(int(g_mxConfig->baudrate)));
 }

@@ -23,10 +23,12 @@ public:
 public slots:
     /// Shows what the record holds, and applies it: each setting's button is clicked.
     void OnLoadConfig();
+    /// 0 to 2: address, netmask and gateway of the first interface, 3 to 5: of the second.
     void OnEthPressed(int id);
     void OnBlPressed(int id);
     void OnSleepPressed(int id);
     void OnBeepPressed(int id);
+    /// 0: unlock, 1: lock, 2: default, 3: load, 4: save, 5: help.
     void OnActPressed(int id);
     void onEnter(const QString &text);
     void onCancel();

@@ -1,6 +1,7 @@
 #include "qmxswitch.h"
 
 #include "mxshm.h"
+#include "page.h"
 #include "qmxcomm.h"
 #include "qmxwidget.h"
 #include "routing.h"
@@ -13,7 +14,6 @@
 
 namespace
 {
-constexpr int RefreshMs = 200;
 constexpr QSize MapSize(200, 485);
 constexpr QSize ActionSize(150, 75);
 constexpr int ScrollStep = 480; ///< ten rows of the smallest buttons
@@ -33,10 +33,10 @@ constexpr AreaSizes Sizes[] = {{10, {155, 95}, 2, true, ""},
                                {40, {102, 46}, 4, false, ""},
                                {MxMaxPort, {75, 45}, 5, false, "font-size: 12px"}};
 
-const AreaSizes &areaSizes()
+const AreaSizes &areaSizes(int ports)
 {
     const AreaSizes *sizes = Sizes;
-    while (portCount(*g_mxConfig) > sizes->upToPorts) {
+    while (ports > sizes->upToPorts) {
         ++sizes;
     }
     return *sizes;
@@ -50,7 +50,8 @@ QMxSwitch::QMxSwitch(QWidget *parent)
     , m_actions(new QButtonGroup(this))
 {
     hide();
-    setStyleSheet(QLatin1String(areaSizes().styleSheet));
+    const int ports = portCount(*g_mxConfig);
+    setStyleSheet(QLatin1String(areaSizes(ports).styleSheet));
     m_outputs->setExclusive(false);
     connectClicks(m_inputs, this, &QMxSwitch::OnInputPressed);
     connectClicks(m_outputs, this, &QMxSwitch::OnOutputPressed);
@@ -59,15 +60,15 @@ QMxSwitch::QMxSwitch(QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setMargin(0);
     layout->setSpacing(0);
-    layout->addWidget(makeArea(m_inputs));
-    if (areaSizes().hasMap) {
+    layout->addWidget(makeArea(m_inputs, ports));
+    if (areaSizes(ports).hasMap) {
         m_map = new QMxWidget;
         m_map->setFixedSize(MapSize);
         layout->addWidget(m_map);
     } else {
         layout->addSpacing(2);
     }
-    layout->addWidget(makeArea(m_outputs));
+    layout->addWidget(makeArea(m_outputs, ports));
     layout->addSpacing(2);
     layout->addLayout(makeActions());
 
@@ -76,14 +77,14 @@ QMxSwitch::QMxSwitch(QWidget *parent)
     startTimer(RefreshMs, Qt::CoarseTimer);
 }
 
-QScrollArea *QMxSwitch::makeArea(QButtonGroup *group)
+QScrollArea *QMxSwitch::makeArea(QButtonGroup *group, int ports)
 {
-    const AreaSizes &sizes = areaSizes();
+    const AreaSizes &sizes = areaSizes(ports);
     auto *buttons = new QWidget;
     auto *grid = new QGridLayout(buttons);
     grid->setMargin(3);
     grid->setSpacing(3);
-    for (int i = 0; i < portCount(*g_mxConfig); ++i) {
+    for (int i = 0; i < ports; ++i) {
         auto *button = new TouchButton(sizes.button, QString(), TouchButton::Checkable);
         grid->addWidget(button, i / sizes.columns, i % sizes.columns);
         group->addButton(button, i);
@@ -120,8 +121,8 @@ void QMxSwitch::selectInput(int input)
 
 void QMxSwitch::OnLoadCaption()
 {
-    showCaptions(m_inputs, g_mxConfig->inputCaption);
-    showCaptions(m_outputs, g_mxConfig->outputCaption);
+    showCaptions(m_inputs, g_mxConfig->inputCaption, portCount(*g_mxConfig));
+    showCaptions(m_outputs, g_mxConfig->outputCaption, portCount(*g_mxConfig));
 }
 
 void QMxSwitch::OnInputPressed(int) {}
@@ -150,6 +151,7 @@ void QMxSwitch::OnActionPressed(int action)
     case AllOff:
         return g_mxComm->MxCmdAllToNone();
     case Scenes:
+    case ActionCount: // the same, by tradition; no button has it
         emit scenesWanted();
     }
 }

@@ -24,6 +24,7 @@ public slots:
     void OnLoadCaption();
     void OnInputPressed(int input);
     void OnOutputPressed(int output);
+    /// 0: selected input to all outputs, 1: off all outputs, 2: input i to output i, 3: all off, 4: scenes.
     void OnActionPressed(int action);
 
 signals:
@@ -34,7 +35,7 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    QScrollArea *makeArea(QButtonGroup *group);
+    QScrollArea *makeArea(QButtonGroup *group, int ports);
     QBoxLayout *makeActions();
 
     QButtonGroup *m_inputs;

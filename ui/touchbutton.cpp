@@ -45,10 +45,10 @@ void clickButton(const QButtonGroup *group, int id)
     }
 }
 
-void showCaptions(const QButtonGroup *group, const SharedText<32> *captions)
+void showCaptions(const QButtonGroup *group, const SharedText<32> *captions, int count)
 {
     const QList<QAbstractButton *> buttons = group->buttons();
-    for (int i = 0; i < buttons.size(); ++i) {
+    for (int i = 0; i < qMin(buttons.size(), count); ++i) {
         buttons.at(i)->setText(QString::fromLatin1(captions[i].get()));
     }
 }

@@ -34,5 +34,5 @@ void connectClicks(const QButtonGroup *group, Receiver *receiver, void (Receiver
 /// Clicks the button with this id; nothing when there is none.
 void clickButton(const QButtonGroup *group, int id);
 
-/// Puts the captions on the buttons of the group, in the order in which these were added.
-void showCaptions(const QButtonGroup *group, const SharedText<32> *captions);
+/// Puts the captions on the first `count` buttons of the group, in the order in which these were added.
+void showCaptions(const QButtonGroup *group, const SharedText<32> *captions, int count);

@@ -6,7 +6,9 @@
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const MxApplication application(argc, argv);
+    MxApplication application(argc, argv);
+    // Its seconds come from the tests.
+    application.QTimer::stop();
     QDir::setCurrent(MxApplication::applicationDirPath() + QLatin1String("/.."));
     return runTests(MxApplication::arguments());
 }

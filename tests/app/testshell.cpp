@@ -89,7 +89,7 @@ private slots:
         idle((seconds < 0 ? 5000 : seconds) - 1);
         QCOMPARE(unit.hardware().backlight(), 4);
         deliver(pad, QEvent::MouseButtonDblClick); // counts for nothing
-        deliver(pad, QEvent::MouseButtonRelease);
+        deliver(pad, QEvent::MouseMove);
         idle((seconds < 0 ? 5000 : seconds) - 1);
         QCOMPARE(unit.hardware().backlight(), 4);
         idle(1);
@@ -106,6 +106,42 @@ private slots:
         QCOMPARE(clicks, seconds < 0 ? 1 : 0);
         QTest::mouseClick(&button, Qt::LeftButton);
         QCOMPARE(clicks, seconds < 0 ? 2 : 1);
+    }
+
+    void theSettingMayChangeMeanwhile()
+    {
+        TestUnit unit(8, {{"system/sleep", "7"}});
+        unit.start(false);
+        idle(100);
+        unit.shm().sleep = 4;
+        idle(1);
+        unit.shm().sleep = 0;
+        idle(59);
+        QCOMPARE(unit.hardware().backlight(), 1);
+        QWidget pad;
+        deliver(pad, QEvent::MouseMove);
+        unit.shm().sleep = 7;
+        idle(100);
+        unit.shm().sleep = 0;
+        idle(1);
+        QCOMPARE(unit.hardware().backlight(), 0);
+        deliver(pad, QEvent::MouseMove);
+        QCOMPARE(unit.hardware().backlight(), 1);
+    }
+
+    void aMenuOpensWhenTheFingerLeavesIt()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        MainWindow window;
+        window.show();
+        tick(window);
+        QAbstractButton *button = menu(window, 1);
+        QTest::mousePress(button, Qt::LeftButton);
+        QCOMPARE(shownPage(window), 0);
+        QMouseEvent slide(QEvent::MouseMove, QPointF(10, 200), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(button, &slide);
+        QCOMPARE(shownPage(window), -1);
     }
 
     void thePagesComeOneByOne()
@@ -204,17 +240,25 @@ private slots:
         QVERIFY(button(window, "5z") != nullptr);
     }
 
+    void picturesMayBeMissing_data()
+    {
+        QTest::addColumn<QString>("images");
+        QTest::newRow("no such folder") << "none";
+        QTest::newRow("no name for a folder") << "no) such; {%s} %1";
+    }
+
     void picturesMayBeMissing()
     {
-        TestUnit unit(8, {{"system/images", "no) such; {%s} %1"}});
+        QFETCH(QString, images);
+        TestUnit unit(8, {{"system/images", images.toStdString()}});
         unit.start(false);
         qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
         MainWindow window;
         window.show();
         tick(window);
-        QCOMPARE(window.grab().toImage().pixelColor(500, 92), QColor(0x01AFF4));
         QTest::mouseClick(menu(window, 2), Qt::LeftButton);
-        QVERIFY(menu(window, 2)->isChecked());
+        QCOMPARE(colourAt(*menu(window, 2), {100, 45}), QColor(0x01AFF4));
+        QCOMPARE(colourAt(*menu(window, 1), {100, 45}), QColor(0x888888));
         window.OnMenuPressed(0);
         QVERIFY(touch(window, "3", 1));
         QCOMPARE(int(unit.shm().map[2]), int(MxNoInput)); // it did carry input 1

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimerEvent>
@@ -14,7 +15,7 @@ template <typename Page>
 std::unique_ptr<Page> open()
 {
     auto page = std::make_unique<Page>(nullptr);
-    page->resize(1024, 505);
+    page->setFixedSize(1024, 505);
     page->show();
     QCoreApplication::processEvents();
     return page;
@@ -52,11 +53,23 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
     return found != nullptr;
 }
 
+/// The colour of a dot of the widget as it is painted.
+inline QColor colourAt(QWidget &widget, const QPoint &place)
+{
+    return widget.grab().toImage().pixelColor(place);
+}
+
 /// Delivers what a timer of the page would. (The number 0 is taken: Qt has it for a timer that does not run.)
 inline void tick(QObject &page)
 {
     QTimerEvent event(-1);
     QCoreApplication::sendEvent(&page, &event);
+}
+
+inline bool scrolls(const QWidget *widget)
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget);
+    return area != nullptr || (widget->parentWidget() != nullptr && scrolls(widget->parentWidget()));
 }
 
 /// Visible buttons that a finger would miss: cut off by what they lie in, over each other, or too small.
@@ -67,7 +80,8 @@ inline QStringList misplaced(const QWidget &page)
     for (int i = 0; i < all.size(); ++i) {
         const QAbstractButton *button = all.at(i);
         const auto complain = [&](const char *what) { wrong.append(button->text() + QLatin1String(what)); };
-        if (!button->parentWidget()->rect().contains(button->geometry())) {
+        const QWidget &within = scrolls(button) ? *button->parentWidget() : page;
+        if (!within.rect().contains(QRect(button->mapTo(&within, QPoint()), button->size()))) {
             complain(" is cut off");
         }
         if (button->width() < 45 || button->height() < 45) {

@@ -36,6 +36,12 @@ std::vector<int> checkedOutputs(const QMxSwitch &page, int ports)
 }
 
 using Numbers = std::vector<int>;
+
+/// Where the lines of an input (1-based) begin in the map view of a small matrix.
+QPoint lineStart(int ports, int input, int viewHeight = 485)
+{
+    return {40, (input - 1) * ((viewHeight - 1 - 17) / (ports - 1)) + 12};
+}
 } // namespace
 
 /// The pages of the routing: switch and scene.
@@ -83,10 +89,12 @@ private slots:
             const QScrollArea *scroll = page->findChildren<QScrollArea *>().at(area);
             QVERIFY(scroll->widget()->width() <= scroll->viewport()->width());
             QCOMPARE(scroll->verticalScrollBar()->isVisible(), scrolls);
+            QCOMPARE(scroll->verticalScrollBar()->singleStep(), 480);
             QVERIFY(!scroll->horizontalScrollBar()->isVisible());
         }
         const auto *view = page->findChild<QMxWidget *>();
         QCOMPARE(view != nullptr, map);
+        QCOMPARE(button(*page, "1")->font().pixelSize(), ports > 40 ? 12 : -1);
         QVERIFY(!map || (view->size() == QSize(200, 485) && page->rect().contains(view->geometry())));
     }
 
@@ -103,6 +111,9 @@ private slots:
         QVERIFY(unit.boardShows({1, 3, 1, 3}));
         tick(*page);
         QCOMPARE(checkedOutputs(*page, 4), Numbers({2, 4}));
+        QCOMPARE(colourAt(*button(*page, "2", 1), {10, 10}), QColor(0x01AFF4));
+        QCOMPARE(colourAt(*button(*page, "1", 1), {10, 10}), QColor(0x888888));
+        QCOMPARE(colourAt(*page->findChild<QMxWidget *>(), lineStart(4, 3)), QMxWidget::lineColor(2));
         QVERIFY(touch(*page, "2", 1));
         QVERIFY(unit.boardShows({1, 0, 1, 3}));
         QCOMPARE(unit.talk(sim::Wire::Control0, "3x1."), QByteArray("OK."));
@@ -153,15 +164,23 @@ private slots:
         TestUnit unit(4);
         unit.start(false);
         const auto page = open<QMxSwitch>();
+        const auto scenes = open<QMxScene>();
+        auto *view = scenes->findChildren<QMxWidget *>().at(0);
         page->selectInput(0);
         tick(*page);
+        tick(*scenes);
         page->hide();
+        scenes->hide();
         unit.comm().MxCmdAllToNone();
         tick(*page);
+        tick(*scenes);
+        QCOMPARE(colourAt(*view, lineStart(4, 1, 495)), QMxWidget::lineColor(0));
         page->show();
+        scenes->show();
         QCOMPARE(checkedOutputs(*page, 4), Numbers({1, 2, 3, 4}));
         QTest::qWait(250);
         QCOMPARE(checkedOutputs(*page, 4), Numbers());
+        QVERIFY(colourAt(*view, lineStart(4, 1, 495)) != QMxWidget::lineColor(0));
     }
 
     void captionsAreShownAsTheyAre()
@@ -259,11 +278,17 @@ private slots:
         QVERIFY(touch(*page, "save >>"));
         QCOMPARE(unit.fileContent("/home/app/data/scene3"), QByteArray::fromHex("0000010002000300"));
         tick(*page);
-        QCOMPARE(views[0]->grab().toImage(), views[1]->grab().toImage());
+        const auto shows = [&](int view, int input) {
+            return colourAt(*views[view], lineStart(4, input, 495)) ==
+                   QMxWidget::lineColor(quint16(input - 1));
+        };
+        QVERIFY(shows(0, 4) && shows(1, 4));
         QVERIFY(touch(*page, "1"));
         tick(*page);
-        QVERIFY(views[0]->grab().toImage() != views[1]->grab().toImage());
+        QVERIFY(shows(0, 4) && !shows(1, 4) && shows(1, 1));
         unit.comm().MxCmdAllToNone();
+        tick(*page);
+        QVERIFY(!shows(0, 4) && shows(1, 1));
         QVERIFY(touch(*page, "3"));
         QVERIFY(touch(*page, "<< load"));
         QVERIFY(unit.boardShows({1, 2, 3, 4}));
