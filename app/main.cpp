@@ -5,11 +5,11 @@
 #include "qmxtcp.h"
 #include "qmxudp.h"
 #include "signalquit.h"
+#include "startpicture.h"
 #include "stylesheet.h"
 #include "theme.h"
 
 #include <QDateTime>
-#include <QSplashScreen>
 #include <cstdio>
 
 namespace
@@ -33,7 +33,7 @@ bool hasFrontPanel()
 int runFrontPanel()
 {
     g_mxConfig->sleep = MxSleepNever;
-    QSplashScreen splash(QPixmap(themed("./images/%1/startup_lcd.png")));
+    StartPicture splash(QPixmap(themed("./images/%1/startup_lcd.png")));
     splash.move(0, 0);
     splash.show();
     return QApplication::exec();
@@ -53,7 +53,7 @@ int runTouchscreen()
 {
     qApp->setStyleSheet(QString::fromLatin1(touchscreenStyleSheet));
     QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
-    QSplashScreen splash(QPixmap(themed("./images/%1/startup.png")));
+    StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
     splash.show();
     MainWindow window;
     pMw = &window;

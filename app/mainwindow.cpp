@@ -92,7 +92,7 @@ bool MainWindow::makeNextPage()
     if (m_switch == nullptr) {
         makeSwitchPage();
     } else if (m_scene == nullptr) {
-        m_scene = addPage<QMxScene>();
+        makeScenePage();
     } else if (m_setup == nullptr) {
         makeSetupPage();
     } else if (m_status == nullptr) {
@@ -120,9 +120,17 @@ void MainWindow::makeSwitchPage()
     m_switch->selectInput(0);
 }
 
+void MainWindow::makeScenePage()
+{
+    m_scene = addPage<QMxScene>();
+    // Locked from the start, also while the page with the lock is not there yet.
+    m_scene->setSaveEnabled(false);
+}
+
 void MainWindow::makeSetupPage()
 {
     m_setup = addPage<QMxSetup>();
+    m_setup->setSaveEnabled(false);
     connect(m_setup, &QMxSetup::captionsStored, m_switch, &QMxSwitch::OnLoadCaption);
     connect(m_setup, &QMxSetup::captionsStored, m_scene, &QMxScene::OnLoadCaption);
 }
@@ -132,8 +140,6 @@ void MainWindow::makeStatusPage()
     m_status = addPage<QMxStatus>();
     connect(m_status, &QMxStatus::saveEnabled, m_scene, &QMxScene::setSaveEnabled);
     connect(m_status, &QMxStatus::saveEnabled, m_setup, &QMxSetup::setSaveEnabled);
-    m_scene->setSaveEnabled(!m_status->isLocked());
-    m_setup->setSaveEnabled(!m_status->isLocked());
 }
 
 void MainWindow::OnMenuPressed(int id)

@@ -32,6 +32,7 @@ private:
     void InitEarly();
     bool makeNextPage();
     void makeSwitchPage();
+    void makeScenePage();
     void makeSetupPage();
     void makeStatusPage();
     template <typename Page>

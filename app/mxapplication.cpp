@@ -3,6 +3,9 @@
 #include "mxshm.h"
 #include "qmxcomm.h"
 
+#include <QMouseEvent>
+#include <utility>
+
 namespace
 {
 constexpr int TickMs = 1000;
@@ -15,6 +18,13 @@ bool isTouch(const QEvent &event)
 {
     return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonRelease ||
            event.type() == QEvent::MouseMove;
+}
+
+/// On the screen.
+QPoint placeOf(const QEvent &touch)
+{
+    const auto *mouse = dynamic_cast<const QMouseEvent *>(&touch);
+    return mouse != nullptr ? mouse->globalPos() : QPoint();
 }
 } // namespace
 
@@ -45,16 +55,28 @@ bool MxApplication::notify(QObject *receiver, QEvent *event)
     if (isTouch(*event)) {
         m_idleSeconds = 0;
         if (m_asleep) {
-            wake();
+            wake(*event);
+            return true;
+        }
+        if (continuesWakingTouch(*event)) {
             return true;
         }
     }
     return QApplication::notify(receiver, event);
 }
 
-void MxApplication::wake()
+void MxApplication::wake(const QEvent &touch)
 {
-    g_mxComm->MxSetBacklight(g_mxConfig->backlight + 1);
+    g_mxComm->MxSetBacklight(backlightLevel(*g_mxConfig));
     QThread::msleep(WakeMs);
     m_asleep = false;
+    m_wokenByMove = touch.type() == QEvent::MouseMove;
+    m_wakingPlace = placeOf(touch);
+}
+
+/// A touch at a new place arrives as a move to it, which has then woken the screen, and a press.
+bool MxApplication::continuesWakingTouch(const QEvent &touch)
+{
+    const bool next = std::exchange(m_wokenByMove, false);
+    return next && touch.type() == QEvent::MouseButtonPress && placeOf(touch) == m_wakingPlace;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QPoint>
 #include <QTimer>
 
 /// The application, which puts the screen to sleep when nobody touches it, and wakes it at the next touch.
@@ -17,8 +18,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    void wake();
+    void wake(const QEvent &touch);
+    bool continuesWakingTouch(const QEvent &touch);
 
     int m_idleSeconds = 0;
     bool m_asleep = false;
+    bool m_wokenByMove = false; ///< and nothing has come since
+    QPoint m_wakingPlace;
 };

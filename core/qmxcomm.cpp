@@ -67,7 +67,7 @@ void QMxComm::stop()
 void QMxComm::loadState()
 {
     LoadConfig();
-    MxSetBacklight(g_mxConfig->backlight + 1);
+    MxSetBacklight(backlightLevel(*g_mxConfig));
     LoadCaption();
     LoadScene();
 }

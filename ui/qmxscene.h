@@ -28,6 +28,7 @@ protected:
 
 private:
     QLayout *makeButtons();
+    void load(int scene);
 
     QButtonGroup *m_scenes;
     QButtonGroup *m_actions;

@@ -200,11 +200,6 @@ void QMxStatus::onEnter(const QString &text)
 
 void QMxStatus::onCancel() {}
 
-bool QMxStatus::isLocked() const
-{
-    return !m_form->buttonSave->isEnabled();
-}
-
 void QMxStatus::setSaveEnabled(bool enabled)
 {
     m_form->buttonSave->setEnabled(enabled);

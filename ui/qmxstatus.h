@@ -18,8 +18,6 @@ public:
     explicit QMxStatus(QWidget *parent = nullptr);
     ~QMxStatus() override;
 
-    bool isLocked() const;
-
 public slots:
     /// Shows what the record holds, and applies it: each setting's button is clicked.
     void OnLoadConfig();

@@ -3,11 +3,19 @@
 #include <QEvent>
 #include <QStyleOptionButton>
 #include <QStylePainter>
+#include <algorithm>
 
 namespace
 {
 constexpr int TextMargin = 4; ///< kept free at either side
+
+QString onOneLine(QString text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return c < QLatin1Char(' '); }, QLatin1Char(' '));
+    return text;
 }
+} // namespace
 
 TouchButton::TouchButton(QWidget *parent)
     : QPushButton(parent)
@@ -33,7 +41,7 @@ void TouchButton::paintEvent(QPaintEvent *)
 {
     QStyleOptionButton option;
     initStyleOption(&option);
-    option.text = fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * TextMargin);
+    option.text = fontMetrics().elidedText(onOneLine(text()), Qt::ElideRight, width() - 2 * TextMargin);
     option.text.replace(QLatin1Char('&'), QLatin1String("&&"));
     QStylePainter(this).drawControl(QStyle::CE_PushButton, option);
 }

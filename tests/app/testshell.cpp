@@ -27,11 +27,9 @@ void idle(int seconds)
     }
 }
 
-void deliver(QWidget &widget, QEvent::Type type)
+void deliver(QWidget &widget, QEvent::Type type, const QPoint &place = QPoint(5, 5))
 {
-    const QPointF place = widget.rect().center();
-    QMouseEvent event(type, place, widget.mapToGlobal(place.toPoint()), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
+    QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
 }
 
@@ -106,6 +104,30 @@ private slots:
         QCOMPARE(clicks, seconds < 0 ? 1 : 0);
         QTest::mouseClick(&button, Qt::LeftButton);
         QCOMPARE(clicks, seconds < 0 ? 2 : 1);
+    }
+
+    void theWholeTouchThatWakesIsSwallowed()
+    {
+        TestUnit unit(8, {{"system/sleep", "0"}});
+        unit.start(false);
+        QPushButton button;
+        button.resize(100, 100);
+        int clicks = 0;
+        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+        button.show();
+        for (const bool elsewhere : {false, true}) {
+            idle(60);
+            QCOMPARE(unit.hardware().backlight(), 0);
+            deliver(button, QEvent::MouseMove, elsewhere ? QPoint(10, 10) : QPoint(20, 20));
+            deliver(button, QEvent::MouseButtonPress, {20, 20});
+            deliver(button, QEvent::MouseButtonRelease, {20, 20});
+            QCOMPARE(clicks, elsewhere ? 1 : 0);
+        }
+        idle(60);
+        deliver(button, QEvent::MouseButtonPress);
+        deliver(button, QEvent::MouseButtonPress);
+        deliver(button, QEvent::MouseButtonRelease);
+        QCOMPARE(clicks, 2);
     }
 
     void theSettingMayChangeMeanwhile()
@@ -196,9 +218,13 @@ private slots:
         unit.start(false);
         MainWindow window;
         window.show();
-        for (int i = 0; i < 4; ++i) {
+        tick(window);
+        for (const char *save : {"save >>", "Save"}) {
             tick(window);
+            window.OnMenuPressed(*save == 's' ? 1 : 2);
+            QVERIFY(!button(window, save)->isEnabled());
         }
+        tick(window);
         const auto saves = [&] {
             QList<bool> enabled;
             for (int id = 1; id < 4; ++id) {
@@ -228,6 +254,7 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             tick(window);
         }
+        window.findChild<QMxSetup *>()->setSaveEnabled(true);
         for (const auto &[list, entry] : {std::pair("Input", "3"), {"Output", "4"}, {"Scene", "5"}}) {
             window.OnMenuPressed(2);
             QVERIFY(touch(window, list) && touch(window, entry));

@@ -292,6 +292,10 @@ private slots:
         QVERIFY(touch(*page, "3"));
         QVERIFY(touch(*page, "<< load"));
         QVERIFY(unit.boardShows({1, 2, 3, 4}));
+        unit.comm().MxCmdAllToNone();
+        QVERIFY(touch(*page, "<< load")); // as impatient people do, while it was loading
+        QCOMPARE(routing(), Numbers({0, 0, 0, 0}));
+        QTRY_VERIFY(button(*page, "<< load")->isEnabled());
         page->setSaveEnabled(false);
         QVERIFY(touch(*page, "10"));
         QVERIFY(touch(*page, "save >>"));
