@@ -4,7 +4,6 @@
 
 #include "allocations.h"
 #include "mainwindow.h"
-#include "mxapplication.h"
 #include "paintcounter.h"
 #include "qmxscene.h"
 #include "qmxswitch.h"
@@ -12,6 +11,7 @@
 #include "stylesheet.h"
 #include "testunit.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QDir>
 #include <QElapsedTimer>
@@ -148,11 +148,11 @@ void measurePages(int ports)
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const MxApplication application(argc, argv);
+    const QApplication application(argc, argv);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    QDir::setCurrent(MxApplication::applicationDirPath() + QLatin1String("/.."));
+    QDir::setCurrent(QApplication::applicationDirPath() + QLatin1String("/.."));
     qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
-    MxApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
+    QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
     measureMapView();
     measurePages(16);
     measurePages(160);
