@@ -33,6 +33,23 @@ void deliver(QWidget &widget, QEvent::Type type, const QPoint &place = QPoint(5,
     QCoreApplication::sendEvent(&widget, &event);
 }
 
+/// A running unit with its window, which has made so many of its pages.
+struct Shell {
+    explicit Shell(int pages = 0, const TestUnit::Settings &settings = {})
+        : unit(8, settings)
+    {
+        unit.start(false);
+        window.reset(new MainWindow);
+        window->show();
+        for (int i = 0; i < pages; ++i) {
+            tick(*window);
+        }
+    }
+
+    TestUnit unit;
+    std::unique_ptr<MainWindow> window;
+};
+
 QAbstractButton *menu(const MainWindow &window, int id)
 {
     return window.findChild<QButtonGroup *>()->button(id);
@@ -153,11 +170,8 @@ private slots:
 
     void aMenuOpensWhenTheFingerLeavesIt()
     {
-        TestUnit unit(8);
-        unit.start(false);
-        MainWindow window;
-        window.show();
-        tick(window);
+        const Shell shell(1);
+        MainWindow &window = *shell.window;
         QAbstractButton *button = menu(window, 1);
         QTest::mousePress(button, Qt::LeftButton);
         QCOMPARE(shownPage(window), 0);
@@ -168,10 +182,8 @@ private slots:
 
     void thePagesComeOneByOne()
     {
-        TestUnit unit(8);
-        unit.start(false);
-        MainWindow window;
-        window.show();
+        const Shell shell;
+        MainWindow &window = *shell.window;
         QCOMPARE(window.size(), QSize(1024, 600));
         QCOMPARE(misplaced(window), QStringList());
         QVERIFY(menu(window, 0)->isChecked());
@@ -214,11 +226,8 @@ private slots:
 
     void oneLockForThreePages()
     {
-        TestUnit unit(8);
-        unit.start(false);
-        MainWindow window;
-        window.show();
-        tick(window);
+        const Shell shell(1);
+        MainWindow &window = *shell.window;
         for (const char *save : {"save >>", "Save"}) {
             tick(window);
             window.OnMenuPressed(*save == 's' ? 1 : 2);
@@ -247,13 +256,8 @@ private slots:
 
     void savedCaptionsAreOnAllPages()
     {
-        TestUnit unit(8);
-        unit.start(false);
-        MainWindow window;
-        window.show();
-        for (int i = 0; i < 3; ++i) {
-            tick(window);
-        }
+        const Shell shell(3);
+        MainWindow &window = *shell.window;
         window.findChild<QMxSetup *>()->setSaveEnabled(true);
         for (const auto &[list, entry] : {std::pair("Input", "3"), {"Output", "4"}, {"Scene", "5"}}) {
             window.OnMenuPressed(2);
@@ -277,18 +281,15 @@ private slots:
     void picturesMayBeMissing()
     {
         QFETCH(QString, images);
-        TestUnit unit(8, {{"system/images", images.toStdString()}});
-        unit.start(false);
         qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
-        MainWindow window;
-        window.show();
-        tick(window);
+        const Shell shell(1, {{"system/images", images.toStdString()}});
+        MainWindow &window = *shell.window;
         QTest::mouseClick(menu(window, 2), Qt::LeftButton);
         QCOMPARE(colourAt(*menu(window, 2), {100, 45}), QColor(0x01AFF4));
         QCOMPARE(colourAt(*menu(window, 1), {100, 45}), QColor(0x888888));
         window.OnMenuPressed(0);
         QVERIFY(touch(window, "3", 1));
-        QCOMPARE(int(unit.shm().map[2]), int(MxNoInput)); // it did carry input 1
+        QCOMPARE(int(g_mxConfig->map[2]), int(MxNoInput)); // it did carry input 1
         qApp->setStyleSheet(QString());
     }
 };

@@ -16,8 +16,6 @@ public:
         m_udp.reset(new QMxUdp(nullptr));
         m_tcp.reset(new QMxTcp(nullptr));
     }
-    quint16 tcpPort() const { return MxSite::tcpPort(); }
-    quint16 udpPort() const { return MxSite::udpPort(); }
 
 private:
     std::unique_ptr<QMxUdp> m_udp;

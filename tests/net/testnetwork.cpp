@@ -82,87 +82,56 @@ private slots:
         m_unit.reset();
     }
 
-    void commands_data()
-    {
-        QTest::addColumn<QByteArray>("block");
-        QTest::addColumn<QByteArray>("replies");
-        const auto row = [](const char *name, const QByteArray &block, const char *replies) {
-            QTest::newRow(name) << block << QByteArray(replies);
-        };
-        row("two in one block", "1X2!3x4\r\n", "OK.OK.");
-        row("no terminator", "2x3", "OK.");
-        row("each terminator", "1x1.1x2!1x3$1x4%1x5\r1x6\n1x7", "OK.OK.OK.OK.OK.OK.OK.");
-        row("question", "0all.3x1&4.3?", "OK.OK.3x1&4.");
-        row("question without an answer", "0all.2?", "OK.2x.");
-        row("no temperature here", "temp.", "ERR.");
-        row("errors do not end the block", "bad.0x.9?.4?..1x1", "ERR.OK.ERR.4x.OK.");
-        row("only empty lines", "\r\n..", "");
-        row("recall of a scene beyond the last", "recall11.save11", "ERR.ERR.");
-        row("NUL bytes", QByteArray("1\0x2.3x1", 8), "OK.OK.");
-        row("not quite a frame", QByteArray("\xEB", 1), "ERR.");
-        row("frame bytes behind text", QByteArray("1x2.\xEB\x90", 6), "OK.ERR.");
-        row("one long line", QByteArray(60000, 'q'), "ERR.");
-        row("many short lines", QByteArray("..........").repeated(6000) + "1x2", "OK.");
-    }
-
     void commands()
     {
-        QFETCH(QByteArray, block);
-        QFETCH(QByteArray, replies);
-        QCOMPARE(askTcp(m_unit->tcpPort(), block, replies.size()), replies);
-        for (int i = 0; i < 8; ++i) {
-            QCOMPARE(askUdp(static_cast<quint16>(m_unit->udpPort() + i), block), asDatagrams(replies));
+        for (const auto &[name, block, replies] :
+             {std::tuple<const char *, QByteArray, QByteArray>("no terminator", "2x3", "OK."),
+              {"each terminator", "1X1.1x2!1x3$1x4%1x5\r1x6\n1x7\r\n", "OK.OK.OK.OK.OK.OK.OK."},
+              {"questions", "0all.3x1&4.3?.2?", "OK.OK.3x1&4.2x."},
+              {"errors do not end it", "bad.0x.9?.4?..recall11.temp.1x1", "ERR.OK.ERR.4x.ERR.ERR.OK."},
+              {"only empty lines", "\r\n..", ""},
+              {"NUL bytes", QByteArray("1\0x2.3x1", 8), "OK.OK."},
+              {"not quite a frame", "\xEB", "ERR."},
+              {"frame bytes behind text", "1x2.\xEB\x90", "OK.ERR."},
+              {"one long line", QByteArray(60000, 'q'), "ERR."},
+              {"many short lines", QByteArray("..........").repeated(6000) + "1x2", "OK."}}) {
+            QVERIFY2(askTcp(MxSite::tcpPort(), block, replies.size()) == replies, name);
+            for (int i = 0; i < 8; ++i) {
+                const auto port = static_cast<quint16>(MxSite::udpPort() + i);
+                QVERIFY2(askUdp(port, block) == asDatagrams(replies), name);
+            }
         }
-    }
-
-    void blocksForTheBoardComeBack_data()
-    {
-        QTest::addColumn<QByteArray>("block");
-        QTest::newRow("a frame") << QByteArray::fromHex("EB900007000000");
-        QTest::newRow("with commands in it")
-            << QByteArray::fromHex("EB90000A") + "3all." + QByteArray(1, '\0');
-        QTest::newRow("two frames") << QByteArray::fromHex("EB900007112200EB900007334400");
     }
 
     void blocksForTheBoardComeBack()
     {
-        QFETCH(QByteArray, block);
-        const auto boardGot = [&](int times) {
-            return runUntil([&] {
-                const std::vector<uint8_t> all = m_unit->hardware().board().bytes();
-                const QByteArray bytes(reinterpret_cast<const char *>(all.data()), int(all.size()));
-                return bytes.count(block) == times;
-            });
-        };
-        QCOMPARE(askTcp(m_unit->tcpPort(), block, block.size()), block);
-        QVERIFY(boardGot(1));
-        QCOMPARE(askUdp(m_unit->udpPort(), block), "[" + block + "]");
-        QVERIFY(boardGot(2));
+        for (const QByteArray &block :
+             {QByteArray::fromHex("EB900007000000"),
+              QByteArray::fromHex("EB90000A") + "3all." + QByteArray(1, '\0'), // with a command in it
+              QByteArray::fromHex("EB900007112200EB900007334400")}) {
+            const auto boardGot = [&](int times) {
+                return runUntil([&] {
+                    const std::vector<uint8_t> all = m_unit->hardware().board().bytes();
+                    const QByteArray bytes(reinterpret_cast<const char *>(all.data()), int(all.size()));
+                    return bytes.count(block) == times;
+                });
+            };
+            QCOMPARE(askTcp(MxSite::tcpPort(), block, block.size()), block);
+            QVERIFY(boardGot(1));
+            QCOMPARE(askUdp(MxSite::udpPort(), block), "[" + block + "]");
+            QVERIFY(boardGot(2));
+        }
         QCOMPARE(m_unit->hardware().board().routing(), std::vector<uint16_t>(8, 0));
     }
 
     void aBlockTheBoardDidNotTakeHasNoAnswer()
     {
         const QByteArray frame = QByteArray::fromHex("EB900007000000");
-        m_unit.reset();
-        m_unit.reset(new NetworkUnit(8));
         m_unit->hardware().unplug(sim::Wire::Matrix);
         m_unit->stop();
         m_unit->start();
-        QCOMPARE(askTcp(m_unit->tcpPort(), frame, 0), QByteArray());
-        QCOMPARE(askUdp(m_unit->udpPort(), frame), QByteArray());
-    }
-
-    void aCommandInPiecesIsSeveral()
-    {
-        QTcpSocket client;
-        client.connectToHost(Here, m_unit->tcpPort());
-        QByteArray replies;
-        for (const char *piece : {"3x", "2x1", "4"}) {
-            client.write(piece);
-            replies += receive(client, 3);
-        }
-        QCOMPARE(replies, QByteArray("OK.OK.ERR."));
+        QCOMPARE(askTcp(MxSite::tcpPort(), frame, 0), QByteArray());
+        QCOMPARE(askUdp(MxSite::udpPort(), frame), QByteArray());
     }
 
 private:

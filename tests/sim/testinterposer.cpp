@@ -62,12 +62,6 @@ private slots:
 
     void spiRequestsAreCopied()
     {
-        const uint32_t speed = 0x01234567;
-        QCOMPARE(ioctl(m_fifo.get(), SPI_IOC_WR_MAX_SPEED_HZ, &speed), 0);
-        QCOMPARE(takeRecords(),
-                 bytesOf(IoctlRecord{20, SPI_IOC_WR_MAX_SPEED_HZ, reinterpret_cast<uintptr_t>(&speed)}) +
-                     bytesOf(speed));
-
         const QByteArray sent("\x10\x00\x7F", 3);
         spi_ioc_transfer transfers[2] = {};
         transfers[0].len = 5; // reads only
@@ -77,20 +71,6 @@ private slots:
         const IoctlRecord head = {16 + sizeof transfers + 3, SPI_IOC_MESSAGE(2),
                                   reinterpret_cast<uintptr_t>(transfers)};
         QCOMPARE(takeRecords(), bytesOf(head) + bytesOf(transfers) + sent);
-    }
-
-    void otherRequestsReachTheKernel()
-    {
-        QCOMPARE(write(m_fifo.get(), "abc", 3), ssize_t(3));
-        int waiting = 0;
-        QCOMPARE(ioctl(m_fifo.get(), FIONREAD, &waiting), 0);
-        QCOMPARE(waiting, 3);
-        QCOMPARE(ioctl(m_fifo.get(), 2, 4), -1); // no level, no request of a FIFO either
-        QCOMPARE(takeRecords(), QByteArray("abc"));
-
-        const sim::Descriptor other(open("/dev/null", O_RDWR | O_CLOEXEC));
-        QCOMPARE(ioctl(other.get(), 1, 4), -1);
-        QCOMPARE(errno, ENOTTY);
     }
 
 private:

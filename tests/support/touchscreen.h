@@ -1,5 +1,7 @@
 #pragma once
 
+#include "testunit.h"
+
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QCoreApplication>
@@ -10,10 +12,13 @@
 /// What a finger does, and what an eye sees. For tests that link the pages.
 namespace Touchscreen
 {
-/// A page of the size that the window gives it, visible.
+/// A page of the size that the window gives it, visible. Starts the unit if that has not been done.
 template <typename Page>
-std::unique_ptr<Page> open()
+std::unique_ptr<Page> open(TestUnit &unit)
 {
+    if (g_mxComm == nullptr) {
+        unit.start(false);
+    }
     auto page = std::make_unique<Page>(nullptr);
     page->setFixedSize(1024, 505);
     page->show();

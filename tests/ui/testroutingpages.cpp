@@ -75,8 +75,7 @@ private slots:
         QFETCH(bool, map);
         QFETCH(bool, scrolls);
         TestUnit unit(ports);
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
+        const auto page = open<QMxSwitch>(unit);
         QCOMPARE(misplaced(*page), QStringList());
         QCOMPARE(buttons(*page).size(), 2 * ports + 5);
         for (int area = 0; area < 2; ++area) {
@@ -102,7 +101,7 @@ private slots:
     {
         TestUnit unit(4);
         unit.start();
-        const auto page = open<QMxSwitch>();
+        const auto page = open<QMxSwitch>(unit);
         page->selectInput(0);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         QVERIFY(touch(*page, "3"));
@@ -128,8 +127,7 @@ private slots:
     void theFiveActions()
     {
         TestUnit unit(4);
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
+        const auto page = open<QMxSwitch>(unit);
         page->selectInput(1);
         const auto act = [&](int action) { return touch(*page, QString(), action); };
         QVERIFY(act(2));
@@ -149,8 +147,7 @@ private slots:
     void withoutASelectionAnOutputIsTakenOff()
     {
         TestUnit unit(4);
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
+        const auto page = open<QMxSwitch>(unit);
         unit.shm().map[2] = MxNoInput;
         tick(*page);
         QCOMPARE(checkedOutputs(*page, 4), Numbers());
@@ -162,9 +159,8 @@ private slots:
     void aHiddenPageRests()
     {
         TestUnit unit(4);
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
-        const auto scenes = open<QMxScene>();
+        const auto page = open<QMxSwitch>(unit);
+        const auto scenes = open<QMxScene>(unit);
         auto *view = scenes->findChildren<QMxWidget *>().at(0);
         page->selectInput(0);
         tick(*page);
@@ -187,8 +183,7 @@ private slots:
     {
         TestUnit unit(8);
         unit.makeFolder("/home/app/config");
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
+        const auto page = open<QMxSwitch>(unit);
         const QImage before = page->findChildren<QScrollArea *>().at(0)->grab().toImage();
         const QByteArray name = "A&B \"100%s\" %1 \xFC\xDF\xFF 0123456789";
         unit.shm().inputCaption[0].set(name);
@@ -216,9 +211,8 @@ private slots:
     void idsOutOfRangeAreIgnored()
     {
         TestUnit unit(8);
-        unit.start(false);
-        const auto page = open<QMxSwitch>();
-        const auto scenes = open<QMxScene>();
+        const auto page = open<QMxSwitch>(unit);
+        const auto scenes = open<QMxScene>(unit);
         page->selectInput(3);
         const Numbers before = routing();
         for (const int id : {-1, 8, 160, 1024, 65536, 1 << 30, INT_MIN}) {
@@ -253,8 +247,7 @@ private slots:
     {
         QFETCH(int, scenes);
         TestUnit unit(160, {{"system/scene", std::to_string(scenes)}});
-        unit.start(false);
-        const auto page = open<QMxScene>();
+        const auto page = open<QMxScene>(unit);
         QCOMPARE(misplaced(*page), QStringList());
         QCOMPARE(buttons(*page).size(), scenes + 2);
         for (int i = 0; i < scenes; ++i) {
@@ -271,7 +264,7 @@ private slots:
         TestUnit unit(4);
         unit.start();
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        const auto page = open<QMxScene>();
+        const auto page = open<QMxScene>(unit);
         const QList<QMxWidget *> views = page->findChildren<QMxWidget *>();
         unit.comm().MxCmdAllToAll();
         QVERIFY(touch(*page, "3"));

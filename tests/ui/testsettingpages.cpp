@@ -219,8 +219,7 @@ private slots:
         QFETCH(int, ports);
         QFETCH(int, scenes);
         TestUnit unit(ports, {{"system/scene", std::to_string(scenes)}});
-        unit.start(false);
-        const auto page = open<QMxSetup>();
+        const auto page = open<QMxSetup>(unit);
         const QScrollArea *area = page->findChild<QScrollArea *>();
         for (const auto &list : {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
             QVERIFY(touch(*page, list.first));
@@ -234,8 +233,7 @@ private slots:
     void aListShowsNothingBeyondItsEnd()
     {
         TestUnit unit(160);
-        unit.start(false);
-        const auto page = open<QMxSetup>();
+        const auto page = open<QMxSetup>(unit);
         unit.comm().MxCmdOneToAll(0x4141); // lies behind the captions of the scenes
         QVERIFY(touch(*page, "Input") && touch(*page, "Scene"));
         for (const QAbstractButton *each : page->findChildren<QAbstractButton *>()) {
@@ -246,8 +244,7 @@ private slots:
     void captionsAreTypedAndStored()
     {
         TestUnit unit(8);
-        unit.start(false);
-        const auto page = open<QMxSetup>();
+        const auto page = open<QMxSetup>(unit);
         QVERIFY(touch(*page, "Output"));
         QVERIFY(touch(*page, "8"));
         QVERIFY(type(*page, {"Backspace", "Capslock", "T", "V", "Capslock", " ", "1", "Enter"}));
@@ -276,8 +273,7 @@ private slots:
     void theSettingsAreAppliedAndStored()
     {
         TestUnit unit(8, {{"system/backlight", "4"}, {"system/sleep", "3"}, {"system/beep", "1"}});
-        unit.start(false);
-        const auto page = open<QMxStatus>();
+        const auto page = open<QMxStatus>(unit);
         QCOMPARE(misplaced(*page), QStringList());
         for (const char *chosen : {"100%", "30Min", "On"}) {
             QVERIFY(button(*page, chosen)->isChecked());
@@ -309,8 +305,7 @@ private slots:
     void itIsLockedUntilThePasswordComes()
     {
         TestUnit unit(8);
-        unit.start(false);
-        const auto page = open<QMxStatus>();
+        const auto page = open<QMxStatus>(unit);
         const auto isLocked = [&] { return !button(*page, "Save")->isEnabled(); };
         const QSignalSpy enabled(page.get(), &QMxStatus::saveEnabled);
         QVERIFY(isLocked());
@@ -330,8 +325,7 @@ private slots:
     {
         TestUnit unit(8, {{"system/backlight", "4"}, {"system/sleep", "0"}});
         unit.writeFile("/etc/eth1.conf", "[IP]\nADDRESS=10.0.0.9\nNETMASK=255.0.0.0\nGATEWAY=10.0.0.1\n");
-        unit.start(false);
-        const auto page = open<QMxStatus>();
+        const auto page = open<QMxStatus>(unit);
         QVERIFY(touch(*page, "Default"));
         QVERIFY(button(*page, "10.0.0.9") == nullptr && button(*page, "192.168.1.80") != nullptr);
         for (const char *chosen : {"60%", "15Min", "On"}) {
@@ -347,8 +341,7 @@ private slots:
     void anyNumberInTheSettingsIsKept()
     {
         TestUnit unit(8, {{"system/backlight", "6"}, {"system/sleep", "-7"}, {"system/beep", "2147483647"}});
-        unit.start(false);
-        const auto page = open<QMxStatus>();
+        const auto page = open<QMxStatus>(unit);
         for (const int id : {-1, 5, 6, 1000, INT_MIN}) {
             page->OnBlPressed(id);
             page->OnSleepPressed(id);
@@ -360,7 +353,7 @@ private slots:
         QCOMPARE(int(unit.shm().sleep), -7);
         QCOMPARE(int(unit.shm().beep), INT_MAX);
         QVERIFY(page->findChild<QMxKeyboard *>()->isHidden());
-        const auto setup = open<QMxSetup>();
+        const auto setup = open<QMxSetup>(unit);
         unit.shm().port = 160;
         for (const int id : {-1, 3, 10, 160, INT_MAX, INT_MIN}) {
             setup->OnCapPressed(id == 3 ? 300 : id);
@@ -374,8 +367,7 @@ private slots:
     void theStatusLine()
     {
         TestUnit unit(8);
-        unit.start(false);
-        const auto page = open<QMxStatus>();
+        const auto page = open<QMxStatus>(unit);
         const auto *line = page->findChild<QLabel *>("labelStatus");
         const auto shown = [&](int uptime, const char *sensor) {
             unit.shm().uptime = uptime;
