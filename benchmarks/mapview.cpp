@@ -1,7 +1,7 @@
 #include "qmxwidget.h"
 #include "samples.h"
-#include "testunit.h"
 #include "screens.h"
+#include "testunit.h"
 
 #include <QPainter>
 #include <cstdio>

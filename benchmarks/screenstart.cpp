@@ -1,8 +1,8 @@
 #include "processinfo.h"
 #include "product.h"
 #include "samples.h"
-#include "testunit.h"
 #include "screens.h"
+#include "testunit.h"
 
 #include <QThread>
 #include <csignal>
