@@ -51,8 +51,7 @@ void countUp(QSplashScreen &splash)
 
 int runTouchscreen()
 {
-    qApp->setStyleSheet(QString::fromLatin1(touchscreenStyleSheet));
-    QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
+    setTouchscreenStyle();
     StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
     splash.show();
     MainWindow window;

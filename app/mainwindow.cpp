@@ -46,9 +46,9 @@ void MainWindow::setUp()
 
 void MainWindow::InitEarly()
 {
-    m_header = new QWidget(this);
-    m_header->setGeometry(HeaderArea);
-    auto *layout = new QHBoxLayout(m_header);
+    auto *header = new QWidget(this);
+    header->setGeometry(HeaderArea);
+    auto *layout = new QHBoxLayout(header);
     layout->setMargin(0);
     layout->setSpacing(0);
 

@@ -38,7 +38,6 @@ private:
     template <typename Page>
     Page *addPage();
 
-    QWidget *m_header = nullptr;
     QButtonGroup *m_menu = nullptr;
     QMxSwitch *m_switch = nullptr;
     QMxScene *m_scene = nullptr;

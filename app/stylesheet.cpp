@@ -1,8 +1,13 @@
 #include "stylesheet.h"
 
+#include <QApplication>
+#include <QFont>
+
+namespace
+{
 // The rules whose selectors begin with an underscore match nothing: an alternative look of the scroll bar,
 // switched off.
-const char *const touchscreenStyleSheet =
+constexpr char styleSheet[] =
     "QPushButton {border: solid 0; border-radius:5px; background-color: #888888; color:#ffffff;}"
     "QPushButton:checked {background-color: #01AFF4; color:#000000;}"
     "QPushButton:pressed {background-color: #01AFF4; color:#000000;}"
@@ -21,3 +26,10 @@ const char *const touchscreenStyleSheet =
     "border-radius:5px; width: 32px; height: 32px; background-color: #dddddd; }"
     "_QScrollBar:vertical {border: solid 0; background-color: #cccccc; color:#000000; width: 40px; }"
     "_QScrollBar:handle:vertical {background-color: #aaaaaa; color:#000000; margin: 41px 0px 41px 0px;}";
+} // namespace
+
+void setTouchscreenStyle()
+{
+    qApp->setStyleSheet(QLatin1String(styleSheet));
+    QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
+}

@@ -1,4 +1,4 @@
 #pragma once
 
-/// The look of the touchscreen.
-extern const char *const touchscreenStyleSheet;
+/// Gives the application the look of the touchscreen: style sheet and font. GUI thread only.
+void setTouchscreenStyle();

@@ -1,3 +1,4 @@
+#include "mapgeometry.h"
 #include "qmxwidget.h"
 #include "samples.h"
 #include "screens.h"
@@ -21,24 +22,16 @@ struct Drawing {
     std::vector<Line> lines;
 };
 
-struct Scale {
-    int ports;
-    int pitch;
-    int dot;
-    int penWidth;
-};
-
-Drawing drawingOf(const Scale &scale, int width, const quint16 *map)
+Drawing drawingOf(int ports, QSize view, const quint16 *map)
 {
-    Drawing drawing{scale.penWidth, {}, {}};
-    for (int row = 0; row < scale.ports; ++row) {
-        const int top = row * scale.pitch + scale.dot / 2;
-        drawing.dots.emplace_back(24, top, scale.dot, scale.dot);
-        drawing.dots.emplace_back(width - 24 - scale.dot, top, scale.dot, scale.dot);
-        const QPen pen(QMxWidget::lineColor(map[row]), scale.penWidth, Qt::SolidLine, Qt::RoundCap,
+    const MapGeometry geometry(ports, view);
+    Drawing drawing{geometry.penWidth(), {}, {}};
+    for (int row = 0; row < ports; ++row) {
+        drawing.dots.push_back(geometry.inputDot(row));
+        drawing.dots.push_back(geometry.outputDot(row));
+        const QPen pen(QMxWidget::lineColor(map[row]), geometry.penWidth(), Qt::SolidLine, Qt::RoundCap,
                        Qt::RoundJoin);
-        drawing.lines.push_back({pen, QLine(28 + scale.dot, map[row] * scale.pitch + scale.dot,
-                                            width - 28 - scale.dot, row * scale.pitch + scale.dot)});
+        drawing.lines.push_back({pen, geometry.line(map[row], row)});
     }
     return drawing;
 }
@@ -56,18 +49,18 @@ void paint(QPainter &painter, const Drawing &drawing)
 }
 
 /// One paint event each, alternately, into the same picture.
-void measureSize(const Scale &scale)
+void measureSize(int ports)
 {
-    TestUnit unit(scale.ports);
+    TestUnit unit(ports);
     unit.start(false);
     quint16 map[MxMaxPort];
-    for (int output = 0; output < scale.ports; ++output) {
-        map[output] = static_cast<quint16>((output * 7 + 3) % scale.ports);
+    for (int output = 0; output < ports; ++output) {
+        map[output] = static_cast<quint16>((output * 7 + 3) % ports);
     }
     QMxWidget view;
     view.resize(200, 485);
     view.setMap(map);
-    const Drawing drawing = drawingOf(scale, view.width(), map);
+    const Drawing drawing = drawingOf(ports, view.size(), map);
     QImage picture(view.size(), QImage::Format_RGB32);
     picture.fill(Qt::white);
     Samples product;
@@ -82,16 +75,15 @@ void measureSize(const Scale &scale)
         painter.end();
         bare.add(nowMicroseconds() - start);
     }
-    std::printf("    %3d ports, median             %8.1f us   %8.1f us   %7.2f   (at most 1.30)\n",
-                scale.ports, product.median(), bare.median(), product.median() / bare.median());
+    std::printf("    %3d ports, median             %8.1f us   %8.1f us   %7.2f   (at most 1.30)\n", ports,
+                product.median(), bare.median(), product.median() / bare.median());
 }
 } // namespace
 
 void measureMapView()
 {
     std::printf("\npainting the map view              product    bare painter    ratio\n");
-    for (const Scale &scale :
-         {Scale{8, 66, 12, 2}, Scale{20, 24, 8, 2}, Scale{80, 6, 4, 1}, Scale{160, 3, 2, 1}}) {
-        measureSize(scale);
+    for (const int ports : {8, 20, 80, 160}) {
+        measureSize(ports);
     }
 }

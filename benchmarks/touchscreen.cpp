@@ -151,8 +151,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     QDir::setCurrent(QApplication::applicationDirPath() + QLatin1String("/.."));
-    qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
-    QApplication::setFont(QFont(QStringLiteral("Ubuntu"), 12, QFont::Bold));
+    setTouchscreenStyle();
     measureMapView();
     measurePages(16);
     measurePages(160);

@@ -35,6 +35,7 @@ QString captionOf(const char *set, int key)
 {
     return QString(QLatin1Char(set[key]));
 }
+
 /// Behind the last digit, and not behind the blanks that a mask keeps for more.
 int endOfDigits(const QString &text)
 {
@@ -51,7 +52,6 @@ QMxKeyboard::QMxKeyboard(QWidget *parent)
     , m_keys(new QButtonGroup(this))
     , m_editor(new QLineEdit)
 {
-    hide();
     move(0, 0);
     resize(PageSize);
     m_keys->setExclusive(false);

@@ -19,6 +19,7 @@ constexpr int MaxAddressLength = 15;
 constexpr int MaxPasswordLength = 8;
 constexpr char UnlockPassword[] = "40617295";
 constexpr int BuzzerLine = static_cast<int>(GpioLine::Buzzer);
+
 enum Action { Unlock, Lock, Default, Load, Save, Help };
 
 constexpr int AddressesPerInterface = 3;

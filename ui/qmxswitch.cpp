@@ -151,7 +151,7 @@ void QMxSwitch::OnActionPressed(int action)
     case AllOff:
         return g_mxComm->MxCmdAllToNone();
     case Scenes:
-    case ActionCount: // the same, by tradition; no button has it
+    case ActionCount: // no button has it; whoever calls with it means the scenes
         emit scenesWanted();
     }
 }

@@ -281,7 +281,7 @@ private slots:
     void picturesMayBeMissing()
     {
         QFETCH(QString, images);
-        qApp->setStyleSheet(QLatin1String(touchscreenStyleSheet));
+        setTouchscreenStyle();
         const Shell shell(1, {{"system/images", images.toStdString()}});
         MainWindow &window = *shell.window;
         QTest::mouseClick(menu(window, 2), Qt::LeftButton);
