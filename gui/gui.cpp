@@ -1,0 +1,64 @@
+#include "gui.h"
+
+#include "drawing.h"
+#include "hooks.h"
+#include "messages.h"
+#include "window.h"
+
+#include <algorithm>
+
+namespace
+{
+/// How long `GUI_Delay` lets what is invalid wait.
+constexpr std::uint32_t PaintEveryMs = 10;
+} // namespace
+
+int GUI_Init()
+{
+    resetFocus();
+    resetWindows();
+    resetDrawing();
+    WIDGET_SetDefaultEffect_Simple();
+    BUTTON_SetDefaultBkColor(BUTTON_RELEASED, GUI_WHITE);
+    BUTTON_SetDefaultTextColor(BUTTON_RELEASED, GUI_BLACK);
+    BUTTON_SetDefaultBkColor(BUTTON_PRESSED, GUI_BLACK);
+    BUTTON_SetDefaultTextColor(BUTTON_PRESSED, GUI_WHITE);
+    FRAMEWIN_SetDefaultBorderSize(1);
+    FRAMEWIN_SetDefaultClientColor(GUI_WHITE);
+    GUI_X_Init();
+    const int error = LCD_L0_Init();
+    if (error != 0) {
+        return error;
+    }
+    LCD_L0_On();
+    GUI_Clear();
+    return 0;
+}
+
+std::uint32_t GUI_GetTime()
+{
+    return GUI_X_GetTime();
+}
+
+void GUI_Delay(std::uint32_t ms)
+{
+    const std::uint32_t start = GUI_X_GetTime();
+    std::uint32_t passed = 0;
+    do {
+        GUI_Exec();
+        passed = GUI_X_GetTime() - start;
+        if (passed < ms) {
+            GUI_X_Delay(std::min(ms - passed, PaintEveryMs));
+            passed = GUI_X_GetTime() - start;
+        }
+    } while (passed < ms);
+}
+
+int GUI_Exec()
+{
+    const int hasPainted = WM_Exec();
+    if (hasPainted == 0) {
+        GUI_X_ExecIdle();
+    }
+    return hasPainted;
+}

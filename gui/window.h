@@ -1,0 +1,103 @@
+#pragma once
+
+#include "geometry.h"
+
+#include <memory>
+
+/// A node of the window tree. What a kind of window adds are its hooks; messages, order, geometry and
+/// invalidation are here. All rectangles are on the display unless said otherwise.
+///
+/// A callback may delete any window, so nobody touches a window after it has sent a message: whoever goes on
+/// does so by handle.
+class Window
+{
+public:
+    Window() = default;
+    virtual ~Window() = default;
+    Window(const Window &) = delete;
+    Window &operator=(const Window &) = delete;
+
+    /// Where children lie; its upper left corner is the origin of their places.
+    virtual Rect clientRect() const { return m_rect; }
+    /// Draws all of it, with drawing operations relative to the window.
+    virtual void paint() {}
+    virtual void key(int /*key*/, bool /*pressed*/) {}
+    /// Called after the focus has come or gone. Sends no messages.
+    virtual void focusChanged(bool /*gained*/) {}
+
+    WM_Handle handle() const { return m_handle; }
+    int id() const { return m_id; }
+    const Rect &rect() const { return m_rect; }
+    bool isShown() const { return m_shown; }
+    Window *parent() const { return m_parent; }
+    Window *firstChild() const { return m_lowestChild; }
+    Window *above() const { return m_above; }
+    /// The next one from back to front that is neither this window nor in it.
+    Window *following() const;
+    const Window *root() const;
+    /// What ancestors and display leave of it; empty when it or one of them is hidden.
+    Rect exposed() const;
+
+    /// Puts it on top of the children of `parent`, or makes it the desktop if that is null.
+    void attach(Window *parent, const Rect &rect, bool shown, WM_Handle handle, int id);
+    /// Takes it out of the tree; it is hidden then.
+    void detach();
+    void setShown(bool shown);
+    void setRect(const Rect &rect);
+    void raise();
+    void lower();
+
+    /// Has what is exposed of `area` painted, not counting children.
+    void invalidate(const Rect &area);
+    /// The same with `area` relative to the window.
+    void invalidateLocal(const Rect &area) { invalidate(moved(area, m_rect.x0, m_rect.y0)); }
+    void invalidateTree(const Rect &area);
+    /// What is to be painted; from now on nothing.
+    Rect takeInvalid();
+
+    WM_Callback callback = nullptr;
+    unsigned turn = 0; ///< number of the last round of painting in which it had its turn
+
+protected:
+    /// Children follow the client area, which was at `before`; all is painted anew.
+    void clientRectChanged(const Rect &before);
+
+private:
+    void invalidateExposed(const Rect &area);
+    void uncover(const Rect &area);
+    void moveChildren(int dx, int dy);
+    void link(Window *parent, Window *below);
+    void unlink();
+
+    WM_Handle m_handle = 0;
+    int m_id = 0;
+    bool m_shown = false;
+    Rect m_rect = NoRect;
+    Rect m_invalid = NoRect;
+    Window *m_parent = nullptr;
+    Window *m_lowestChild = nullptr;
+    Window *m_topChild = nullptr;
+    Window *m_below = nullptr; ///< among its siblings
+    Window *m_above = nullptr;
+};
+
+/// Size and place of a window within its parent, as the application gave it.
+struct Place {
+    int x, y, width, height;
+};
+
+/// Creates a window as `WM_CreateWindow` says. \return its handle, 0 if there can be none
+WM_Handle addWindow(std::unique_ptr<Window> window, const Place &place, WM_Handle parent, int flags, int id = 0);
+
+/// All windows go, without a message; the desktop comes anew.
+void resetWindows();
+
+/// The window of a handle, null if that is dead.
+Window *findWindow(WM_Handle handle);
+
+/// The same for one kind of window; null for any other kind.
+template <class Kind>
+Kind *find(WM_Handle handle)
+{
+    return dynamic_cast<Kind *>(findWindow(handle));
+}
