@@ -5,8 +5,13 @@
 /// Lines of the GPIO device that the control side drives.
 enum class GpioLine {
     BacklightPower = 0,
+    LcdReset = 1, ///< of the front panel's LCD; low resets it
+    PanelLight = 2,
+    PanelLight2 = 3, ///< always as the one before
     Buzzer = 4,
-    Switching = 8, ///< high while a switch frame is built and sent
+    Switching = 8,       ///< high while a switch frame is built and sent
+    SceneIndicator = 9,  ///< front panel: the SCENE page is shown
+    SwitchIndicator = 10 ///< front panel: the SWITCH page is shown
 };
 
 /// The GPIO character device "/dev/gpiodev". Any thread.

@@ -85,6 +85,7 @@ public:
     int MxWrite(const char *path, unsigned char *buf, int len);
     int MxPrintf(const char *path, const char *format, ...) __attribute__((format(printf, 3, 4)));
     int MxGpioWrite(int line, int level);
+    int MxGpioWrite(GpioLine line, int level) { return MxGpioWrite(static_cast<int>(line), level); }
 
     /// Touchscreen backlight: 0 switches it off, 1..7 are the levels, anything else counts as 7.
     void MxSetBacklight(int level);

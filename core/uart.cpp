@@ -30,12 +30,17 @@ speed_t speedOf(int baud)
 int openUart(const char *path, int baud)
 {
     const int fd = ::open(MxSite::path(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (fd <= 0) {
-        return fd;
+    if (fd > 0) {
+        configureUart(fd, IGNBRK | IGNPAR, baud);
     }
+    return fd;
+}
+
+void configureUart(int fd, unsigned inputFlags, int baud)
+{
     termios attributes{};
     ::tcgetattr(fd, &attributes);
-    attributes.c_iflag = IGNBRK | IGNPAR;
+    attributes.c_iflag = inputFlags;
     attributes.c_oflag = 0;
     attributes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
     attributes.c_cc[VTIME] = 0;
@@ -43,5 +48,4 @@ int openUart(const char *path, int baud)
     ::cfsetispeed(&attributes, speedOf(baud));
     ::cfsetospeed(&attributes, speedOf(baud));
     ::tcsetattr(fd, TCSANOW, &attributes);
-    return fd;
 }

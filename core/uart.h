@@ -5,3 +5,6 @@
 /// the driver had them. \return the descriptor, or the result of the failed open; a descriptor of 0 counts as
 /// failed and is returned unconfigured
 int openUart(const char *path, int baud);
+
+/// Makes an open serial device raw at `baud`, as `openUart` does; `inputFlags` are its input modes.
+void configureUart(int fd, unsigned inputFlags, int baud);

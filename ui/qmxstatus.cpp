@@ -18,7 +18,6 @@ constexpr int LockMs = 200;
 constexpr int MaxAddressLength = 15;
 constexpr int MaxPasswordLength = 8;
 constexpr char UnlockPassword[] = "40617295";
-constexpr int BuzzerLine = static_cast<int>(GpioLine::Buzzer);
 
 enum Action { Unlock, Lock, Default, Load, Save, Help };
 
@@ -49,9 +48,9 @@ void addButtons(QButtonGroup *group, std::initializer_list<QPushButton *> button
 
 void beep()
 {
-    g_mxComm->MxGpioWrite(BuzzerLine, 1);
+    g_mxComm->MxGpioWrite(GpioLine::Buzzer, 1);
     QThread::msleep(10);
-    g_mxComm->MxGpioWrite(BuzzerLine, 0);
+    g_mxComm->MxGpioWrite(GpioLine::Buzzer, 0);
 }
 } // namespace
 
