@@ -1,6 +1,8 @@
+#include "displayport.h"
 #include "mainwindow.h"
 #include "mxapplication.h"
 #include "mxshm.h"
+#include "pages.h"
 #include "qmxcomm.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
@@ -14,7 +16,6 @@
 
 namespace
 {
-constexpr int LargestPanelMatrix = 40;
 constexpr unsigned long SplashStepMs = 50;
 
 void printTime(const char *what)
@@ -26,7 +27,7 @@ void printTime(const char *what)
 
 bool hasFrontPanel()
 {
-    return g_mxConfig->keypad > 0 && g_mxConfig->port <= LargestPanelMatrix;
+    return g_mxConfig->keypad > 0 && g_mxConfig->port <= PanelMaxPort;
 }
 
 /// The unit is operated from its front panel; the screen shows a picture.
@@ -36,7 +37,12 @@ int runFrontPanel()
     StartPicture splash(QPixmap(themed("./images/%1/startup_lcd.png")));
     splash.move(0, 0);
     splash.show();
-    return QApplication::exec();
+    // The panel takes its start picture from the screen: it has to be there.
+    QApplication::processEvents();
+    LCD_GUI_Init();
+    const int result = QApplication::exec();
+    LCD_GUI_DeInit();
+    return result;
 }
 
 void countUp(QSplashScreen &splash)

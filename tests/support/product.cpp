@@ -10,11 +10,11 @@ namespace
 constexpr int DeadlineMs = 20000;
 }
 
-Product::Product(bool awaitStart)
+Product::Product(bool awaitStart, const char *platform)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QLatin1String(platform));
     m_process.setProcessEnvironment(environment);
     // Its pictures are beside the folder that the program is in.
     m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));

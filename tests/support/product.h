@@ -7,8 +7,8 @@
 class Product
 {
 public:
-    /// Starts it; with `awaitStart` returns when it serves its wires.
-    explicit Product(bool awaitStart = true);
+    /// Starts it on this Qt platform; with `awaitStart` returns when it serves its wires.
+    explicit Product(bool awaitStart = true, const char *platform = "offscreen");
     /// Kills it if it still runs.
     ~Product();
 

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+/// Takes LED bytes for the key board: n is the LED of key n off, 0x80 | n on, 0 all off.
+using LedWriter = std::function<void(const std::uint8_t *bytes, int n)>;
+
+constexpr std::uint8_t LedOn = 0x80;
+constexpr std::uint8_t AllLedsOff = 0x00;
+
+/// The LEDs of the key board. They are sent again and again, so that a board that was plugged in late shows
+/// them as well.
+class KeyLeds
+{
+public:
+    explicit KeyLeds(LedWriter writer)
+        : m_writer(std::move(writer))
+    {
+    }
+
+    void send(const std::uint8_t *bytes, int n) { m_writer(bytes, n); }
+    void allOff() { send(&AllLedsOff, 1); }
+
+    /// Counts a cycle. \return whether as many have gone by since this was last so; at first it is
+    bool isDue(int cycles)
+    {
+        if (++m_cycles < cycles) {
+            return false;
+        }
+        m_cycles = 0;
+        return true;
+    }
+
+private:
+    LedWriter m_writer;
+    int m_cycles = 100;
+};

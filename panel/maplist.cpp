@@ -1,0 +1,55 @@
+#include "maplist.h"
+
+#include "mxshm.h"
+#include "routing.h"
+
+#include <cstdio>
+
+MapList::MapList(Page page, int cycles, Rest rest)
+    : m_page(page)
+    , m_period(cycles)
+    , m_rest(rest)
+{
+}
+
+void MapList::restart()
+{
+    m_cycles = 0;
+    m_secondHalf = false;
+}
+
+void MapList::show(int slot)
+{
+    const int ports = portCount(*g_mxConfig);
+    if (ports > PanelMaxPort) {
+        return;
+    }
+    if (m_cycles == m_period) {
+        m_cycles = 0;
+        m_secondHalf = !m_secondHalf;
+    }
+    ++m_cycles;
+
+    quint16 inputs[MxMaxPort];
+    Routing::copyMap(*g_mxConfig, slot, inputs);
+    const bool isSecond = m_secondHalf && ports > MapButtons;
+    showFrom(isSecond ? MapButtons : 0, ports, inputs);
+}
+
+void MapList::showFrom(int first, int ports, const unsigned short *inputs) const
+{
+    char text[32];
+    for (int i = 0; i < MapButtons; ++i) {
+        const int output = first + i;
+        if (output < ports && inputs[output] < ports) {
+            std::snprintf(text, sizeof text, "%02d>%02d", inputs[output] + 1, output + 1);
+        } else if (output < ports) {
+            std::snprintf(text, sizeof text, "  >%02d", output + 1);
+        } else if (m_rest == Rest::Clear || ports > MapButtons) {
+            text[0] = '\0';
+        } else {
+            break;
+        }
+        setButtonText(m_page, IdButton + i, text);
+    }
+}

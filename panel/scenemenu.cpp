@@ -1,0 +1,78 @@
+#include "scenemenu.h"
+
+#include "keys.h"
+#include "mxshm.h"
+#include "qmxcomm.h"
+
+#include <cstdio>
+
+namespace
+{
+constexpr int HalfCycles = 300;
+constexpr int LedCycles = 10;
+constexpr int KeypadWithSetup = 1; ///< the `keypad` setting with which there is a SETUP page
+} // namespace
+
+SceneMenu::SceneMenu(KeyLeds &leds)
+    : m_leds(leds)
+    , m_list(ScenePage, HalfCycles, MapList::Rest::Clear)
+{
+    labelButtons(ScenePage, sceneCount(*g_mxConfig));
+}
+
+void SceneMenu::enter()
+{
+    g_mxComm->MxGpioWrite(GpioLine::SwitchIndicator, 0);
+    g_mxComm->MxGpioWrite(GpioLine::SceneIndicator, 1);
+    m_list.restart();
+}
+
+void SceneMenu::show()
+{
+    if (m_leds.isDue(LedCycles)) {
+        const std::uint8_t bytes[] = {AllLedsOff, LedOn};
+        m_leds.send(bytes, sizeof bytes);
+    }
+    constexpr const char *Suffixes[] = {"", " saved", " loaded"};
+    char status[24];
+    std::snprintf(status, sizeof status, "%d%s", m_scene, Suffixes[static_cast<int>(m_status)]);
+    setHeader("SCENE", status);
+    m_list.show(m_scene);
+}
+
+Mode SceneMenu::press(int key)
+{
+    const int scenes = sceneCount(*g_mxConfig);
+    switch (key) {
+    case KeyMenu:
+        return leave();
+    case KeyLeft:
+        m_scene = m_scene > 1 ? m_scene - 1 : scenes;
+        break;
+    case KeyRight:
+        m_scene = m_scene < scenes ? m_scene + 1 : 1;
+        break;
+    case KeySave:
+        g_mxComm->SaveScene(m_scene);
+        m_status = Status::Saved;
+        break;
+    case KeyLoad:
+        g_mxComm->LoadScene(m_scene);
+        m_status = Status::Loaded;
+        break;
+    default:
+        if (key <= scenes) {
+            m_scene = key;
+            m_status = Status::None;
+            m_list.restart();
+        }
+    }
+    return Mode::Scene;
+}
+
+Mode SceneMenu::leave() const
+{
+    const bool hasSetup = g_mxConfig->keypad == KeypadWithSetup;
+    bringToFront(hasSetup ? SetupPage : SwitchPage);
+    return hasSetup ? Mode::Setup : Mode::Switch;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "keyleds.h"
+#include "menupage.h"
+
+/// The SWITCH page: chooses an input and switches it to outputs.
+class SwitchMenu : public MenuPage
+{
+public:
+    /// Labels the outputs.
+    explicit SwitchMenu(KeyLeds &leds);
+    void enter() override;
+    void show() override;
+    Mode press(int key) override;
+
+private:
+    bool isRouted(int output) const;
+    void sendLeds(int ports);
+    void toggle(int output);
+
+    KeyLeds &m_leds;
+    int m_input = 0; ///< selected, 0-based
+};

@@ -1,0 +1,40 @@
+#include "viewmenu.h"
+
+#include "keys.h"
+#include "mxshm.h"
+
+#include <cstdio>
+
+namespace
+{
+constexpr int LiveMap = 0;
+constexpr int HalfCycles = 500;
+} // namespace
+
+ViewMenu::ViewMenu()
+    : m_list(ViewPage, HalfCycles, MapList::Rest::Keep)
+{
+}
+
+void ViewMenu::enter()
+{
+    m_list.restart();
+}
+
+void ViewMenu::show()
+{
+    const int ports = portCount(*g_mxConfig);
+    char size[16];
+    std::snprintf(size, sizeof size, "%dx%d", ports, ports);
+    setHeader("VIEW", size);
+    m_list.show(LiveMap);
+}
+
+Mode ViewMenu::press(int key)
+{
+    if (key != KeyMenu) {
+        return Mode::View;
+    }
+    bringToFront(SwitchPage);
+    return Mode::Switch;
+}

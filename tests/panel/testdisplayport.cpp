@@ -1,0 +1,170 @@
+#include "displayport.h"
+#include "framememory.h"
+#include "hooks.h"
+#include "lcdframe.h"
+#include "pages.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QTest>
+#include <random>
+
+namespace
+{
+constexpr int DeadlineMs = 10000;
+
+bool isLitInMemory(int x, int y)
+{
+    return pLcdBuffer[x + LCD_XSIZE * y] == 0;
+}
+
+/// Whether the LCD shows what is in the frame memory.
+bool lcdFollows(const sim::LcdModule &lcd)
+{
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        for (int x = 0; x < LCD_XSIZE; ++x) {
+            if (lcd.isLit(x, y) != isLitInMemory(x, y)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+} // namespace
+
+/// The way from the frame memory to the LCD, the panel's devices and its threads.
+class TestDisplayPort : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void frameBytes()
+    {
+        std::mt19937 random(5);
+        for (std::uint16_t &dot : pLcdBuffer) {
+            const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
+            dot = values[random() % 7];
+        }
+        LcdFrame::Rows rows;
+        LcdFrame::pack(pLcdBuffer, rows);
+        for (int line = 0; line < 32; ++line) {
+            const LcdFrame::AddressTransfer address = LcdFrame::address(line);
+            const quint8 expected[] = {0xF8, quint8(0x80 | (line & 0x70)), quint8(line << 4), 0x80, 0};
+            QVERIFY(std::equal(address.begin(), address.end(), expected));
+            const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
+            QCOMPARE(int(data[0]), 0xFA);
+            for (int dot = 0; dot < 256; ++dot) {
+                const int byte = data[size_t(1 + dot / 8 * 2)] | data[size_t(2 + dot / 8 * 2)] >> 4;
+                QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
+                         isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
+            }
+        }
+        QCOMPARE(LcdFrame::instruction(0x36), (LcdFrame::Instruction{0xF8, 0x30, 0x60}));
+    }
+
+    void frameMemoryCursorAndFlag()
+    {
+        LCD_L0_Init();
+        nLcdBufferChanged = 0;
+        BSP_LCD_SetPixel(3, 2, 7);
+        QVERIFY(BSP_LCD_GetPixel(3, 2) == 7 && nLcdBufferChanged == 0);
+        BSP_LCD_SetCursor(127, 62);
+        for (const std::uint16_t value : {1, 2}) {
+            BSP_LCD_WriteData(value);
+        }
+        QVERIFY(nLcdBufferChanged == 1);
+        QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && BSP_LCD_GetPixel(0, 63) == 2);
+        BSP_LCD_SetCursor(127, 63);
+        BSP_LCD_WriteData(0x1FF);
+        QCOMPARE(int(BSP_LCD_ReadData()), 0); // at (0, 0)
+        QCOMPARE(LCD_L0_GetPixelIndex(127, 63), 0xFF);
+        LCD_L0_XorPixel(0, 0);
+        LCD_L0_XorPixel(127, 62);
+        QVERIFY(!isLitInMemory(0, 0) && isLitInMemory(127, 62));
+        for (const int outside : {-1, 128, -100000, 100000}) {
+            BSP_LCD_SetPixel(outside, outside, 1);
+            BSP_LCD_SetCursor(outside, outside);
+            BSP_LCD_WriteData(1);
+        }
+    }
+
+    void startedAndStoppedAgainAndAgain()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        LCD_GUI_DeInit();
+        sim::VirtualUnit &hardware = unit.hardware();
+        for (const bool stops : {true, false, false, true}) {
+            const uint64_t before = hardware.lcd().frameCount();
+            QCOMPARE(LCD_GUI_Init(), 0);
+            QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() > before; }, DeadlineMs));
+            if (stops) {
+                LCD_GUI_DeInit();
+            }
+        }
+        QVERIFY(hardware.panelLight());
+        const termios keys = hardware.attributes(sim::Wire::Keys);
+        QVERIFY(keys.c_iflag == IGNPAR && keys.c_oflag == 0 && cfgetispeed(&keys) == B115200);
+        QVERIFY((keys.c_lflag & (ICANON | ECHO | ISIG)) == 0);
+        QCOMPARE(hardware.attributes(sim::Wire::Infrared).c_iflag, keys.c_iflag);
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void anUnchangedFrameIsSentOnce()
+    {
+        TestUnit unit(8);
+        unit.start(false);
+        QCOMPARE(LCD_GUI_Init(), 0);
+        sim::VirtualUnit &hardware = unit.hardware();
+        // LEDs are refreshed every 50 ms once the menu runs.
+        const auto refreshes = [&](uint64_t count) {
+            const uint64_t bytes = hardware.keys().byteCount() + 16 * count;
+            return hardware.waitFor([&] { return hardware.keys().byteCount() > bytes; }, DeadlineMs);
+        };
+        QVERIFY(refreshes(3));
+        const uint64_t frames = hardware.lcd().frameCount();
+        QVERIFY(lcdFollows(hardware.lcd()));
+        QVERIFY(refreshes(5));
+        QCOMPARE(hardware.lcd().frameCount(), frames);
+        hardware.pressKey(2);
+        QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() == frames + 1; }, DeadlineMs));
+        QVERIFY(refreshes(5));
+        QCOMPARE(hardware.lcd().frameCount(), frames + 1);
+        QVERIFY(lcdFollows(hardware.lcd()));
+        LCD_GUI_DeInit();
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void missingDevices()
+    {
+        const sim::Wire devices[] = {sim::Wire::Spi, sim::Wire::Keys, sim::Wire::Infrared, sim::Wire::Gpio};
+        for (int missing = 1; missing < 16; ++missing) {
+            TestUnit unit(8);
+            for (int i = 0; i < 4; ++i) {
+                if ((missing & (1 << i)) != 0) {
+                    unit.hardware().unplug(devices[i]);
+                }
+            }
+            unit.start(false);
+            // Without GPIO the panel runs, although the LCD then stays in its reset.
+            QCOMPARE(LCD_GUI_Init(), missing == 8 ? 0 : -1);
+            LCD_GUI_DeInit();
+        }
+    }
+
+    void tooManyPorts()
+    {
+        TestUnit unit(41);
+        unit.start(false);
+        QCOMPARE(LCD_GUI_Init(), 0);
+        QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().lcd().frameCount() >= 2; }, DeadlineMs));
+        unit.hardware().pressKey(115);
+        LCD_GUI_DeInit();
+        QVERIFY(unit.hardware().takeReceived(sim::Wire::Keys).empty());
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+};
+
+static const RegisteredTest<TestDisplayPort> registered;
+
+#include "testdisplayport.moc"

@@ -1,0 +1,190 @@
+#include "lcdtext.h"
+#include "product.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QImage>
+#include <QTest>
+#include <csignal>
+
+namespace
+{
+constexpr int DeadlineMs = 10000;
+const TestUnit::Settings WithPanel = {{"system/keypad", "1"}};
+} // namespace
+
+/// The product, operated from its front panel: keys and the remote go in; what the LCD, the LEDs, the
+/// switching board and the files show comes out.
+class TestFrontPanel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void walk()
+    {
+        TestUnit unit(8, WithPanel);
+        m_hardware = &unit.hardware();
+        Product product;
+        QVERIFY(shows("SWITCH", "01>"));
+        QVERIFY(lights({1, 51, 52, 58}) && !m_hardware->keys().isLit(2));
+
+        press(3);
+        QVERIFY(shows("SWITCH", "03>"));
+        QVERIFY(lights({3}) && !m_hardware->keys().isLit(1) && !m_hardware->keys().isLit(51));
+        press(52);
+        QVERIFY(unit.boardShows({1, 3, 1, 1, 1, 1, 1, 1}));
+        QVERIFY(lights({52}));
+        QCOMPARE(switchButton(1), QByteArray("02"));
+        type("5X1N");
+        QVERIFY(shows("SWITCH", "05>"));
+        QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
+
+        press(115);
+        QVERIFY(shows("SCENE", "1"));
+        press(112);
+        press(113);
+        QVERIFY(shows("SCENE", "2 saved"));
+        QCOMPARE(unit.fileContent("/home/app/data/scene2").left(4), QByteArray("\4\0\2\0", 4));
+        QVERIFY(holds([&] { return mapButton(0) == "05>01" && mapButton(1) == "03>02"; }));
+
+        press(115);
+        QVERIFY(shows("SETUP", ""));
+        QCOMPARE(text({32, 14, 127, 21}), QByteArray("192.168.000.080"));
+        for (const int key : {116, 10, 1, 10, 112, 112, 112, 10, 10, 7}) {
+            press(key);
+        }
+        QVERIFY(holds([&] { return text({32, 14, 127 - 12, 21}) == "010.168.007.0"; }));
+        QVERIFY(m_hardware->lcd().isLit(32 + 1 + 12 * 6, 21)); // the cursor, on the next digit
+        press(113);
+        QVERIFY(holds([&] { return unit.fileContent("/etc/eth0.conf").contains("ADDRESS=10.168.7.80\n"); }));
+
+        press(115);
+        QVERIFY(shows("VIEW", "8x8"));
+        QCOMPARE(mapButton(1), QByteArray("03>02"));
+        QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
+        QVERIFY(holds([&] { return mapButton(1) == ">02"; }));
+        type("2R");
+        QVERIFY(shows("SCENE", "2 loaded"));
+        QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
+        QCOMPARE(product.end(SIGTERM), 0);
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    /// The LCD begins with what the program has put on its screen.
+    void startPicture()
+    {
+        TestUnit unit(8, WithPanel);
+        m_hardware = &unit.hardware();
+        const QByteArray frameBuffer = unit.path("/dev/fb0").toLocal8Bit();
+        Product product(true, "linuxfb:fb=" + frameBuffer + ":nographicsmodeswitch");
+        const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
+        QCOMPARE(picture.size(), QSize(128, 64));
+        QVERIFY(holds([&] {
+            const sim::LcdModule lcd = m_hardware->lcd();
+            for (int i = 0; i < 128 * 64; ++i) {
+                if (lcd.isLit(i % 128, i / 128) != (qGray(picture.pixel(i % 128, i / 128)) == 0)) {
+                    return false;
+                }
+            }
+            return true;
+        }));
+        QVERIFY(shows("SWITCH", "01>"));
+    }
+
+    void missingDevicesAreNamed()
+    {
+        const std::pair<sim::Wire, const char *> devices[] = {{sim::Wire::Infrared, "/dev/ttymxc0"},
+                                                              {sim::Wire::Keys, "/dev/ttymxc1"},
+                                                              {sim::Wire::Spi, "/dev/spidev2.0"}};
+        TestUnit unit(8, WithPanel);
+        for (const auto &[wire, name] : devices) {
+            unit.hardware().unplug(wire);
+            Product product;
+            QVERIFY(product.await((QByteArray("can't open file ") + name + "\n").constData()));
+            // It serves its other wires.
+            QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
+            QCOMPARE(product.end(SIGTERM), 0);
+        }
+    }
+
+    void anyBytesOnTheLinks()
+    {
+        TestUnit unit(8, WithPanel);
+        m_hardware = &unit.hardware();
+        unit.hardware().removeFrameBuffer();
+        Product product;
+        QVERIFY(shows("SWITCH", "01>"));
+        std::string bytes;
+        for (int i = 0; i < 256; ++i) {
+            // Without the keys that take a second (load) or write files (save).
+            const bool isHarmless = i != (0x80 | 113) && i != (0x80 | 114) && i != 'R' && i != 'S';
+            bytes += isHarmless ? static_cast<char>(i) : '\0';
+        }
+        unit.hardware().send(sim::Wire::Keys, bytes);
+        unit.hardware().send(sim::Wire::Infrared, bytes + bytes);
+        type("3X");
+        press(3);
+        QVERIFY(shows("SWITCH", "03>"));
+        QCOMPARE(product.end(SIGTERM), 0);
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+private:
+    bool holds(const std::function<bool()> &condition) const
+    {
+        return m_hardware->waitFor(condition, DeadlineMs);
+    }
+
+    void press(int key) const
+    {
+        m_hardware->pressKey(key);
+        m_hardware->releaseKey(key);
+    }
+
+    void type(const char *characters) const
+    {
+        for (; *characters != '\0'; ++characters) {
+            m_hardware->pressRemote(*characters);
+        }
+    }
+
+    QByteArray text(const GUI_Rect &area, bool inverted = false) const
+    {
+        const sim::LcdModule lcd = m_hardware->lcd();
+        return lcdText([&](int x, int y) { return lcd.isLit(x, y); }, area, inverted);
+    }
+
+    QByteArray mapButton(int index) const
+    {
+        const int x = index % 4 * 33;
+        const int y = 14 + index / 4 * 10;
+        return text({x, y, x + 31, y + 9});
+    }
+
+    /// Of an output that shows the selected input.
+    QByteArray switchButton(int index) const
+    {
+        const int x = index % 8 * 16 + 1;
+        const int y = 14 + index / 8 * 10;
+        return text({x, y, std::min(x + 15, 127), y + 9}, true);
+    }
+
+    bool shows(const char *title, const char *status) const
+    {
+        return holds([&] { return text({1, 1, 46, 10}, true) == title && text({49, 1, 126, 10}) == status; });
+    }
+
+    bool lights(const std::vector<int> &keys) const
+    {
+        return holds([&] {
+            const sim::KeyPanel panel = m_hardware->keys();
+            return std::all_of(keys.begin(), keys.end(), [&](int key) { return panel.isLit(key); });
+        });
+    }
+
+    sim::VirtualUnit *m_hardware = nullptr;
+};
+
+static const RegisteredTest<TestFrontPanel> registered;
+
+#include "testfrontpanel.moc"

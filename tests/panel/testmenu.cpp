@@ -1,0 +1,199 @@
+#include "panelunit.h"
+#include "testregistry.h"
+
+#include <QTest>
+
+/// The menu by its keys: what the pages show, what is switched, what the LEDs are told.
+class TestMenu : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void pagesFollowEachOther()
+    {
+        for (const auto &[keypad, round] :
+             {std::pair("1", "SCENE|1 SETUP| VIEW|8x8 SWITCH|01>"), {"2", "SCENE|1 SWITCH|01>"}}) {
+            PanelUnit unit(8, {{"system/keypad", keypad}});
+            unit.step();
+            QCOMPARE(unit.header(), QByteArray("SWITCH|01>"));
+            for (const QByteArray &next : QByteArray(round).split(' ')) {
+                unit.act("menu");
+                QCOMPARE(unit.header(), next);
+            }
+        }
+    }
+
+    void keys_data()
+    {
+        QTest::addColumn<int>("ports");
+        QTest::addColumn<QByteArray>("actions");
+        QTest::addColumn<QByteArray>("header");
+        QTest::addColumn<QByteArray>("map");
+        const auto row = [](const char *name, int ports, const char *actions, const char *header,
+                            const char *map = "1,1,1,1") {
+            QTest::newRow(name) << ports << QByteArray(actions) << QByteArray(header) << QByteArray(map);
+        };
+        row("connects an output", 4, "in3 out2", "SWITCH|03>", "1,3,1,1");
+        row("takes it off again", 4, "in3 out2 out2", "SWITCH|03>", "1,0,1,1");
+        row("and back", 4, "in3 out2 out2 out2", "SWITCH|03>", "1,3,1,1");
+        row("all", 4, "in4 left", "SWITCH|04>", "4,4,4,4");
+        row("none of this input", 4, "in2 out1 out3 right", "SWITCH|02>", "0,1,0,1");
+        row("last keys of the matrix", 4, "in4 out4 in5 out5 key45", "SWITCH|04>", "1,1,1,4");
+        row("keys without a use", 4, "save load edit key0 key50 key91 key110 key117 key127", "SWITCH|01>");
+        row("VIEW takes no key but menu", 4, "menu menu menu in2 out1 left right save load edit", "VIEW|4x4");
+        row("remote selects and toggles", 4, "ir3X ir4N ir1N", "SWITCH|03>", "3,1,1,3");
+        row("remote out of range", 4, "ir5X ir0X irX ir5N ir0N irN ir11R irR ir0S irS", "SWITCH|01>");
+        row("a letter empties the number", 4, "ir3N irX ir2 irA irX", "SWITCH|02>", "1,1,0,1");
+        row("N has no effect elsewhere", 4, "menu ir2N ir3 irX", "SWITCH|03>");
+        row("remote leaves SETUP", 4, "menu menu ir2X", "SWITCH|02>");
+        row("a 17th digit begins anew", 4, "ir00000000000000003X ir00000000000000012X", "SWITCH|02>");
+        row("16 digits are one number", 4, "ir0000000000000004X ir9999999999999999X", "SWITCH|04>");
+        row("previous scene of the first", 4, "menu left", "SCENE|10");
+        row("next scene of the last", 4, "menu in10 right", "SCENE|1");
+        row("scene by number", 4, "menu in10 in11 key51 edit", "SCENE|10");
+        row("saved, kept over a step, not over a number", 4, "menu in3 save right", "SCENE|4 saved");
+        row("a number forgets saved", 4, "menu in3 save in2", "SCENE|2");
+        row("remote saves", 4, "ir7S", "SCENE|7 saved");
+        row("loaded", 4, "in2 left menu in3 save menu menu menu in4 left ir3R", "SCENE|3 loaded", "2,2,2,2");
+    }
+
+    void keys()
+    {
+        QFETCH(int, ports);
+        QFETCH(QByteArray, actions);
+        PanelUnit unit(ports);
+        unit.act(actions);
+        QTEST(unit.header(), "header");
+        QTEST(unit.map(), "map");
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void aKeyOfTheBoardStandsUnlessTheRemoteHasACommand()
+    {
+        PanelUnit unit(4);
+        unit.step(2, '3');
+        unit.step(53, 'N'); // output 3 off by the remote, not by the key
+        unit.step(1, 'Q');
+        unit.step();
+        QCOMPARE(unit.header(), QByteArray("SWITCH|01>"));
+        QCOMPARE(unit.map(), QByteArray("1,1,2,1"));
+    }
+
+    void savedSceneComesBack()
+    {
+        PanelUnit unit(4);
+        unit.act("in3 out2 ir5S");
+        QCOMPARE(unit.fileContent("/home/app/data/scene5"), QByteArray("\0\0\2\0\0\0\0\0", 8));
+        QCOMPARE(unit.texts(ScenePage, 0, 6), QByteArray("01>01,03>02,01>03,01>04,,"));
+    }
+
+    void switchPageShowsTheSelectedInputsOutputs()
+    {
+        PanelUnit unit(40);
+        QCOMPARE(unit.texts(SwitchPage, 38, 2), QByteArray("39,40"));
+        unit.act("in39 out40 out1");
+        QCOMPARE(unit.pressed(), QByteArray("1,40"));
+        unit.act("in1");
+        QCOMPARE(unit.pressed().left(5), QByteArray("2,3,4"));
+        QCOMPARE(unit.pressed().right(5), QByteArray("38,39"));
+    }
+
+    void ledsAndIndicators()
+    {
+        PanelUnit unit(2);
+        unit.step();
+        QCOMPARE(unit.takeLeds(), QByteArray("00"
+                                             "8102"
+                                             "b3b4"));
+        unit.act("in2 out1 wait1");
+        QCOMPARE(unit.takeLeds(), QByteArray());
+        unit.step();
+        QCOMPARE(unit.takeLeds(), QByteArray("0182"
+                                             "b334"));
+        const auto indicators = [&](int scene, int onSwitch) {
+            return unit.hardware().waitFor(
+                [&] {
+                    return unit.hardware().gpio().level(9) == scene &&
+                           unit.hardware().gpio().level(10) == onSwitch;
+                },
+                5000);
+        };
+        QVERIFY(indicators(0, 1));
+        unit.act("menu");
+        QCOMPARE(unit.takeLeds(), QByteArray("00"));
+        QVERIFY(indicators(1, 0));
+        unit.act("wait6");
+        QCOMPARE(unit.takeLeds(), QByteArray("0080"));
+        unit.act("menu wait50");
+        QCOMPARE(unit.takeLeds(), QByteArray("00"));
+        unit.act("menu wait50");
+        QCOMPARE(unit.takeLeds(), QByteArray("00"));
+    }
+
+    void mapsOfMoreThan20PortsTakeTurns()
+    {
+        PanelUnit unit(25);
+        const QByteArray first = "01>01,02>02,  >03";
+        const QByteArray second = "01>21,01>22,01>23,01>24,25>25,,,,,,,,,,,,,,,";
+        unit.act("in2 out2 in25 out25 in1 out3 menu");
+        QCOMPARE(unit.texts(ScenePage, 17, 3), QByteArray("01>18,01>19,01>20"));
+        unit.shm().sceneMap[1][20] = 6;
+        unit.act("wait298");
+        QCOMPARE(unit.texts(ScenePage, 0, 2), QByteArray("01>01,01>02"));
+        unit.step();
+        QCOMPARE(unit.texts(ScenePage, 0, 6), QByteArray("07>21,01>22,01>23,01>24,01>25,"));
+        unit.act("in2");
+        QCOMPARE(unit.texts(ScenePage, 0, 1), QByteArray("01>01"));
+
+        unit.act("menu menu");
+        QCOMPARE(unit.texts(ViewPage, 0, 3), first);
+        unit.act("wait498");
+        QCOMPARE(unit.texts(ViewPage, 0, 3), first);
+        unit.step();
+        QCOMPARE(unit.texts(ViewPage, 0, 20), second);
+        unit.act("wait498");
+        QCOMPARE(unit.texts(ViewPage, 0, 20), second);
+        unit.step();
+        QCOMPARE(unit.texts(ViewPage, 0, 3), first);
+    }
+
+    void inputsBeyondTheMatrixShowAsNone()
+    {
+        PanelUnit unit(4);
+        unit.shm().map[0] = 4;
+        unit.shm().map[1] = 3;
+        unit.act("menu menu menu");
+        QCOMPARE(unit.texts(ViewPage, 0, 5), QByteArray("  >01,04>02,01>03,01>04,"));
+    }
+
+    /// Any process may write the record.
+    void aMatrixThatGrowsBeyondThePanelDoesNoHarm()
+    {
+        PanelUnit unit(8);
+        unit.shm().port = 160;
+        unit.shm().scene = 1000;
+        unit.act("ir60X in41 key91 wait10 left");
+        QCOMPARE(unit.header(), QByteArray("SWITCH|01>"));
+        QVERIFY(!unit.takeLeds().contains("a9"));
+        unit.act("menu in40 wait400 menu menu");
+        QCOMPARE(unit.header(), QByteArray("VIEW|160x160"));
+        QCOMPARE(unit.texts(ViewPage, 0, 1), QByteArray(""));
+    }
+
+    void anIdleCycleDrawsNothing()
+    {
+        PanelUnit unit(40);
+        for (const char *page : {"", "menu", "menu", "menu"}) {
+            unit.act(page);
+            WM_Exec();
+            for (int i = 0; i < 20; ++i) {
+                unit.step();
+                QCOMPARE(WM_Exec(), 0);
+            }
+        }
+    }
+};
+
+static const RegisteredTest<TestMenu> registered;
+
+#include "testmenu.moc"
