@@ -309,11 +309,10 @@ private slots:
     void ledBytes()
     {
         sim::KeyPanel keys;
-        std::vector<uint8_t> on;
         for (int key = 0; key < 128; ++key) {
-            on.push_back(uint8_t(0x80 | key));
+            const auto on = uint8_t(0x80 | key);
+            keys.feed(&on, 1, 0);
         }
-        keys.feed(on.data(), on.size(), 0);
         QByteArray lit;
         for (int key = -1; key <= 128; ++key) {
             lit += keys.isLit(key) ? QByteArray::number(key) + " " : "";
