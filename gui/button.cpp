@@ -9,8 +9,8 @@ int indexOf(BUTTON_State state)
     return state == BUTTON_RELEASED ? 0 : 1;
 }
 
-/// A box with one line of text or a picture, released or pressed. Draws background, text or picture, edge. Owns
-/// its text, not its pictures.
+/// A box with one line of text or a picture, released or pressed. Draws background, text or picture, edge.
+/// Owns its text, not its pictures.
 class Button : public Widget
 {
 public:
@@ -82,8 +82,12 @@ void Button::focusChanged(bool gained)
 
 void Button::setPressed(bool pressed)
 {
-    if (pressed != m_pressed) {
-        m_pressed = pressed;
+    if (pressed == m_pressed) {
+        return;
+    }
+    m_pressed = pressed;
+    if (m_bitmaps[0] != m_bitmaps[1] || !looksSame(m_look.background, m_pressedLook.background) ||
+        !looksSame(m_look.text, m_pressedLook.text)) {
         invalidateLocal(bounds());
     }
 }

@@ -138,7 +138,8 @@ void GUI_DrawLine(int x0, int y0, int x1, int y1)
         while (end <= last && side(end) == across) {
             ++end;
         }
-        Display::fill(steep ? Rect{across, start, across, end - 1} : Rect{start, across, end - 1, across}, index);
+        Display::fill(steep ? Rect{across, start, across, end - 1} : Rect{start, across, end - 1, across},
+                      index);
     }
 }
 
@@ -178,8 +179,8 @@ void GUI_DrawBitmap(const GUI_Bitmap &bitmap, int x, int y)
         indices[i] = LCD_L0_Color2Index(bitmap.palette[i]);
     }
     if (count > 0) {
-        Display::drawBits(bounded(x) + s_state.origin.x, bounded(y) + s_state.origin.y,
-                          {bitmap.data, bitmap.bytesPerLine, depth, 0, bitmap.width, bitmap.height, indices,
-                           count});
+        Display::drawBits(
+            bounded(x) + s_state.origin.x, bounded(y) + s_state.origin.y,
+            {bitmap.data, bitmap.bytesPerLine, depth, 0, bitmap.width, bitmap.height, indices, count});
     }
 }

@@ -48,6 +48,7 @@ FrameWin::FrameWin()
 
 void FrameWin::paint()
 {
+    GUI_SetColor(m_look.background);
     for (const Rect &side : Remainder(bounds(), client())) {
         GUI_FillRect(side);
     }

@@ -43,15 +43,11 @@ std::uint32_t GUI_GetTime()
 void GUI_Delay(std::uint32_t ms)
 {
     const std::uint32_t start = GUI_X_GetTime();
-    std::uint32_t passed = 0;
-    do {
+    GUI_Exec();
+    for (std::uint32_t passed = 0; passed < ms; passed = GUI_X_GetTime() - start) {
+        GUI_X_Delay(std::min(ms - passed, PaintEveryMs));
         GUI_Exec();
-        passed = GUI_X_GetTime() - start;
-        if (passed < ms) {
-            GUI_X_Delay(std::min(ms - passed, PaintEveryMs));
-            passed = GUI_X_GetTime() - start;
-        }
-    } while (passed < ms);
+    }
 }
 
 int GUI_Exec()

@@ -10,8 +10,8 @@ bool s_painting = false;
 unsigned s_turn = 0;
 unsigned s_treeVersion = 0;
 
-/// Paints the visible pieces of a window: what is left of a rectangle after cutting out whatever lies in front
-/// of it. Once a callback has changed the tree it stops, and touches no window any more.
+/// Paints the visible pieces of a window: what is left of a rectangle after cutting out whatever lies in
+/// front of it. Once a callback has changed the tree it stops, and touches no window any more.
 class PiecePainter
 {
 public:
@@ -98,8 +98,8 @@ Window *nextInvalid(Window *from, Rect &area)
     return nullptr;
 }
 
-/// In each round a window has one turn, so that callbacks that invalidate something whenever they paint do not
-/// keep the round from ending. What they leave invalid waits for the next round.
+/// In each round a window has one turn, so that callbacks that invalidate something whenever they paint do
+/// not keep the round from ending. What they leave invalid waits for the next round.
 bool paintRound()
 {
     bool hasPainted = false;

@@ -1,11 +1,14 @@
 #include "widget.h"
 
+namespace
+{
 /// A line of text on a background, without an edge at first. Owns its text.
 class Text : public Widget
 {
 public:
     Text() { m_edge = WIDGET_Effect_None.width; }
 };
+} // namespace
 
 WM_Handle TEXT_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
                         const char *text)

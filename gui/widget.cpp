@@ -13,9 +13,14 @@ constexpr int WidestEdge = 32;
 int s_defaultEdge = 1;
 } // namespace
 
+bool looksSame(GUI_Color a, GUI_Color b)
+{
+    return LCD_L0_Color2Index(a) == LCD_L0_Color2Index(b);
+}
+
 bool changeColor(GUI_Color &color, GUI_Color value)
 {
-    const bool differs = LCD_L0_Color2Index(color) != LCD_L0_Color2Index(value);
+    const bool differs = !looksSame(color, value);
     color = value;
     return differs;
 }
@@ -43,6 +48,7 @@ void Widget::paintText(const Look &look) const
     GUI_SetColor(look.text);
     GUI_SetBkColor(look.background);
     GUI_SetFont(m_font);
+    GUI_SetTextMode(GUI_TEXT_SOLID);
     GUI_DispStringInRect(m_text.c_str(), textArea(), m_align);
 }
 
@@ -61,14 +67,14 @@ void Widget::setText(std::string_view text)
     }
     const Rect before = textCells();
     const Point placeBefore = textPlace();
-    const auto same = std::mismatch(text.begin(), text.begin() + std::min(text.size(), m_text.size()), m_text.begin());
-    const auto firstNew = static_cast<int>(same.first - text.begin());
+    const auto common = std::min({text.size(), m_text.size(), size_t{LongestText}});
+    const auto differing = std::mismatch(text.begin(), text.begin() + common, m_text.begin());
+    const auto unchanged = static_cast<int>(differing.first - text.begin());
     m_text.assign(text);
     const Rect after = textCells();
     Rect changed = united(before, after);
     if (placeBefore == textPlace()) {
-        const Rect unchanged = cells(0, firstNew);
-        changed.x0 = std::max(changed.x0, unchanged.x1 + 1);
+        changed.x0 = std::max(changed.x0, cells(unchanged, unchanged).x0);
     }
     invalidateLocal(changed);
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+bool looksSame(GUI_Color a, GUI_Color b);
 /// Stores a colour. \return true if it looks different from the one before
 bool changeColor(GUI_Color &color, GUI_Color value);
 
@@ -13,8 +14,9 @@ struct Look {
     GUI_Color text;
 };
 
-/// A window that looks like something by itself: a background, one line of text, an edge, drawn in that order.
-/// Rectangles are relative to the window. Setters bound, compare, store, and invalidate what looks different.
+/// A window that looks like something by itself: a background, one line of text, an edge, drawn in that
+/// order. Rectangles are relative to the window. Setters bound, compare, store, and invalidate what looks
+/// different.
 class Widget : public Window
 {
 public:

@@ -87,7 +87,8 @@ struct Place {
 };
 
 /// Creates a window as `WM_CreateWindow` says. \return its handle, 0 if there can be none
-WM_Handle addWindow(std::unique_ptr<Window> window, const Place &place, WM_Handle parent, int flags, int id = 0);
+WM_Handle addWindow(std::unique_ptr<Window> window, const Place &place, WM_Handle parent, int flags,
+                    int id = 0);
 
 /// All windows go, without a message; the desktop comes anew.
 void resetWindows();

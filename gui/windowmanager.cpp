@@ -1,11 +1,12 @@
 #include "handles.h"
+#include "hooks.h"
 #include "messages.h"
 #include "widget.h"
 
 namespace
 {
-/// Sizes, and places within the parent, go up to this. With the number of windows bounded by their handles, no
-/// sum of places overflows.
+/// Sizes, and places within the parent, go up to this. With the number of windows bounded by their handles,
+/// no sum of places overflows.
 constexpr int FarthestPlace = 16383;
 
 class Desktop : public Window
@@ -60,10 +61,12 @@ WM_Handle addWindow(std::unique_ptr<Window> window, const Place &place, WM_Handl
     }
     Window &added = *window;
     const WM_Handle handle = Handles::add(window);
-    if (handle != 0) {
-        added.attach(in, placed(*in, place.x, place.y, place.width, place.height), (flags & WM_VISIBLE) != 0,
-                     handle, id);
+    if (handle == 0) {
+        GUI_X_Warn("gui: too many windows");
+        return 0;
     }
+    added.attach(in, placed(*in, place.x, place.y, place.width, place.height), (flags & WM_VISIBLE) != 0,
+                 handle, id);
     return handle;
 }
 
@@ -155,7 +158,8 @@ void WM_MoveBy(WM_Handle window, int dx, int dy)
 {
     if (const Window *const shifted = findMovable(window)) {
         const Rect client = shifted->parent()->clientRect();
-        WM_MoveTo(window, shifted->rect().x0 - client.x0 + bounded(dx), shifted->rect().y0 - client.y0 + bounded(dy));
+        WM_MoveTo(window, shifted->rect().x0 - client.x0 + bounded(dx),
+                  shifted->rect().y0 - client.y0 + bounded(dy));
     }
 }
 

@@ -67,4 +67,13 @@ FifoNode::FifoNode(const std::string &path)
         fail();
     }
 }
+
+MemoryNode::MemoryNode(const std::string &path, size_t size)
+    : DeviceNode(path)
+{
+    m_far.reset(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (m_far.get() < 0 || ftruncate(m_far.get(), static_cast<off_t>(size)) < 0) {
+        fail();
+    }
+}
 } // namespace sim

@@ -66,4 +66,11 @@ class FifoNode : public DeviceNode
 public:
     explicit FifoNode(const std::string &path);
 };
+
+/// A regular file of `size` bytes, zero at first, in place of a device's memory.
+class MemoryNode : public DeviceNode
+{
+public:
+    MemoryNode(const std::string &path, size_t size);
+};
 } // namespace sim

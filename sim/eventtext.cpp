@@ -1,5 +1,7 @@
 #include "eventtext.h"
 
+#include "hex.h"
+
 #include <map>
 
 namespace sim
@@ -34,12 +36,11 @@ std::string group(uint16_t input, const std::vector<size_t> &outputs)
     return input == dark ? numbers + " dark" : "input " + std::to_string(input + 1) + " on " + numbers;
 }
 
-std::string hex(const std::vector<uint8_t> &bytes)
+std::string hexBytes(const std::vector<uint8_t> &bytes)
 {
-    static const char digits[] = "0123456789ABCDEF";
     std::string text;
     for (size_t i = 0; i < bytes.size() && i < shownBytes; ++i) {
-        text += std::string{' ', digits[bytes[i] >> 4], digits[bytes[i] & 15]};
+        text += ' ' + hex(bytes[i]);
     }
     return bytes.size() > shownBytes ? text + " ... (" + std::to_string(bytes.size()) + " bytes)" : text;
 }
@@ -74,7 +75,7 @@ std::string EventText::describe(const SpliceFrame &frame) const
 
 std::string EventText::describe(const PassedFrame &frame) const
 {
-    return "passed  " + hex(frame.bytes);
+    return "passed  " + hexBytes(frame.bytes);
 }
 
 std::string EventText::describe(const LineWrite &write)

@@ -33,7 +33,8 @@ void GpioLines::takeRecord(int64_t nowUs)
     memcpy(&record, m_record.data(), sizeof record);
     WireEvent event;
     if (record.size == sizeof record && record.request <= 1 && record.argument < m_levels.size()) {
-        const LineWrite write{nowUs, static_cast<int>(record.argument), static_cast<int>(record.request)};
+        const LineWrite write{record.timeUs, static_cast<int>(record.argument),
+                              static_cast<int>(record.request)};
         m_levels[record.argument] = write.level;
         m_history.add(write);
         event = write;

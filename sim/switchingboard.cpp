@@ -1,5 +1,7 @@
 #include "switchingboard.h"
 
+#include "hex.h"
+
 #include <array>
 
 namespace sim
@@ -52,12 +54,6 @@ std::vector<uint16_t> hexGroups(const uint8_t *text, size_t groups)
 size_t declaredSize(const std::vector<uint8_t> &frame)
 {
     return static_cast<size_t>(frame[2] << 8 | frame[3]);
-}
-
-std::string hex(uint8_t byte)
-{
-    static const char digits[] = "0123456789ABCDEF";
-    return {digits[byte >> 4], digits[byte & 15]};
 }
 } // namespace
 

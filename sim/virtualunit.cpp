@@ -1,7 +1,9 @@
 #include "virtualunit.h"
 
+#include "framebuffer.h"
 #include "unitsettings.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -20,6 +22,10 @@ constexpr size_t maxReceived = 1 << 20;
 constexpr std::array<const char *, allWires.size()> devices = {
     "/dev/ttymxc0", "/dev/ttymxc1", "/dev/ttymxc2",  "/dev/ttymxc3",
     "/dev/ttymxc4", "/dev/gpiodev", "/dev/spidev2.0"};
+constexpr int lcdResetLine = 1;
+constexpr std::array<int, 2> panelLightLines = {2, 3};
+
+const char frameBufferFile[] = "/dev/fb0";
 const char brightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
 const char temperatureFile[] = "/sys/devices/virtual/thermal/thermal_zone0/temp";
 
@@ -36,6 +42,12 @@ int64_t nowUs()
     return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch()).count();
 }
 
+/// Drops what is before the last `size` bytes.
+void keepEnd(std::string *bytes, size_t size)
+{
+    bytes->erase(0, bytes->size() - std::min(bytes->size(), size));
+}
+
 bool writeFile(const std::string &path, const std::string &text)
 {
     std::ofstream file(path, std::ios::trunc);
@@ -47,7 +59,16 @@ bool writeFile(const std::string &path, const std::string &text)
 VirtualUnit::VirtualUnit(const std::string &root, int ports, const WireObserver &observer)
     : m_root(root)
     , m_board(ports, observer)
-    , m_gpio(observer)
+    , m_lcd(observer)
+    , m_keys(observer)
+    , m_gpio([this, observer](const WireEvent &event) {
+        if (const auto *write = std::get_if<LineWrite>(&event); write && write->line == lcdResetLine) {
+            m_lcd.setResetLine(write->level, write->timeUs);
+        }
+        if (observer) {
+            observer(event);
+        }
+    })
 {
     makeFiles();
     if (m_error.empty()) {
@@ -76,6 +97,14 @@ void VirtualUnit::unplug(Wire wire)
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_error.empty()) {
         node(wire).removeFile();
+    }
+}
+
+void VirtualUnit::removeFrameBuffer()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_error.empty()) {
+        m_frameBuffer->removeFile();
     }
 }
 
@@ -110,10 +139,46 @@ GpioLines VirtualUnit::gpio() const
     return m_gpio;
 }
 
+LcdModule VirtualUnit::lcd() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_lcd;
+}
+
+KeyPanel VirtualUnit::keys() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_keys;
+}
+
+bool VirtualUnit::panelLight() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return std::all_of(panelLightLines.begin(), panelLightLines.end(),
+                       [this](int line) { return m_gpio.level(line) == 1; });
+}
+
+void VirtualUnit::pressKey(int key)
+{
+    sendKey(key, 0x80);
+}
+
+void VirtualUnit::releaseKey(int key)
+{
+    sendKey(key, 0);
+}
+
+void VirtualUnit::pressRemote(char key)
+{
+    send(Wire::Infrared, {key});
+}
+
 std::string VirtualUnit::takeReceived(Wire wire)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::exchange(m_received[index(wire)], {});
+    std::string received = std::exchange(m_received[index(wire)], {});
+    keepEnd(&received, maxReceived);
+    return received;
 }
 
 void VirtualUnit::send(Wire wire, const std::string &bytes)
@@ -204,6 +269,8 @@ void VirtualUnit::makeDevices()
         }
         fail(node(wire).error());
     }
+    m_frameBuffer = std::make_unique<MemoryNode>(m_root + frameBufferFile, FrameBufferSize);
+    fail(m_frameBuffer->error());
 }
 
 /// Keeps the first error; an empty one is none.
@@ -246,9 +313,17 @@ bool VirtualUnit::serveWires()
     const std::lock_guard<std::mutex> lock(m_mutex);
     // Taken before reading: what is not there now has truly not come for as long as the board is told.
     const int64_t startUs = nowUs();
-    bool arrived = false;
+    std::array<std::string, allWires.size()> arrived;
+    // Backwards, so that what the program did to the GPIO lines before an SPI transfer is there with it.
+    for (size_t i = allWires.size(); i-- > 0;) {
+        arrived[i] = receive(allWires[i]);
+    }
+    bool hasArrived = false;
     for (const Wire wire : allWires) {
-        arrived = serve(wire) || arrived;
+        if (!arrived[index(wire)].empty()) {
+            handle(wire, arrived[index(wire)]);
+            hasArrived = true;
+        }
     }
     for (size_t i = 0; i < m_cables.size(); ++i) {
         serveCable(i);
@@ -257,26 +332,22 @@ bool VirtualUnit::serveWires()
         link->flush(nowUs());
     }
     m_board.idle(startUs);
-    m_arrivals += arrived;
-    return arrived;
+    m_arrivals += hasArrived;
+    return hasArrived;
 }
 
-bool VirtualUnit::serve(Wire wire)
+std::string VirtualUnit::receive(Wire wire)
 {
     if (wire == Wire::Matrix && isInjected(Fault::MatrixStuck)) {
-        return false;
+        return {};
     }
-    const std::string bytes = node(wire).receive();
-    if (bytes.empty()) {
-        return false;
-    }
+    std::string bytes = node(wire).receive();
     std::string &received = m_received[index(wire)];
     received += bytes;
-    if (received.size() > maxReceived) {
-        received.erase(0, received.size() - maxReceived);
+    if (received.size() > 2 * maxReceived) { // seldom, since it moves the whole
+        keepEnd(&received, maxReceived);
     }
-    handle(wire, bytes);
-    return true;
+    return bytes;
 }
 
 void VirtualUnit::handle(Wire wire, const std::string &bytes)
@@ -298,10 +369,21 @@ void VirtualUnit::handle(Wire wire, const std::string &bytes)
     case Wire::Gpio:
         m_gpio.feed(data, bytes.size(), nowUs());
         break;
-    case Wire::Infrared:
-    case Wire::Keys:
     case Wire::Spi:
+        m_lcd.feed(data, bytes.size(), nowUs());
         break;
+    case Wire::Keys:
+        m_keys.feed(data, bytes.size(), nowUs());
+        break;
+    case Wire::Infrared:
+        break;
+    }
+}
+
+void VirtualUnit::sendKey(int key, int direction)
+{
+    if (key >= 1 && key <= 127) {
+        send(Wire::Keys, {static_cast<char>(key | direction)});
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "gpiolines.h"
+#include "keypanel.h"
+#include "lcdmodule.h"
 #include "seriallink.h"
 #include "switchingboard.h"
 
@@ -42,8 +44,8 @@ class VirtualUnit
 public:
     /// Makes the files below `root` and starts to serve the wires. Files that a unit keeps (home, etc) stay
     /// as they are; the devices and the files of the kernel are made anew. `ports` is the size of the
-    /// board, 2..160. The observer hears of the events of board and GPIO lines on the unit's thread; it must
-    /// not call the unit.
+    /// board, 2..160. The observer hears of the events of all far ends on the unit's thread; it must not call
+    /// the unit.
     VirtualUnit(const std::string &root, int ports, const WireObserver &observer = {});
 
     /// Stops serving and takes the device files away; the other files stay.
@@ -61,6 +63,10 @@ public:
     /// Removes the device file, as if the device were missing. To be called before the program starts.
     void unplug(Wire wire);
 
+    /// The same for the frame buffer "/dev/fb0", a file that the program may map: the interposer has it pass
+    /// for one of 1024x600 dots in RGB565.
+    void removeFrameBuffer();
+
     /// Links two more serial ports below root, "serial1" and "serial2", for terminal programs: they are
     /// bridged both ways to control ports 0 and 1. False, with error() set, when they cannot be made. To be
     /// called at most once, by the thread that made the unit.
@@ -72,6 +78,18 @@ public:
     /// Snapshots of the far ends.
     SwitchingBoard board() const;
     GpioLines gpio() const;
+    LcdModule lcd() const;
+    KeyPanel keys() const;
+
+    /// Whether the light of the front panel is on.
+    bool panelLight() const;
+
+    /// A key of the front panel goes down, or up; a number that is not 1..127 does nothing.
+    void pressKey(int key);
+    void releaseKey(int key);
+
+    /// Someone presses a key of the remote control that stands for this character.
+    void pressRemote(char key);
 
     /// What the program wrote to this device since the last call, at most the last MiB. For Gpio and Spi
     /// these are the records of the ioctl interposer.
@@ -104,9 +122,10 @@ private:
     void run();
     void awaitInput();
     bool serveWires();
-    bool serve(Wire wire);
+    std::string receive(Wire wire);
     void serveCable(size_t cable);
     void handle(Wire wire, const std::string &bytes);
+    void sendKey(int key, int direction);
     DeviceNode &node(Wire wire);
     SerialLink *serialLink(Wire wire) const;
     bool isInjected(Fault fault) const { return m_injected.count(fault) != 0; }
@@ -120,9 +139,12 @@ private:
     std::array<std::unique_ptr<SerialLink>, serialWireCount> m_serial;
     std::array<std::unique_ptr<FifoNode>, allWires.size() - serialWireCount> m_fifos;
     std::array<std::unique_ptr<PatchCable>, 2> m_cables; ///< at control ports 0 and 1, when plugged in
+    std::unique_ptr<MemoryNode> m_frameBuffer;
     std::array<std::string, allWires.size()> m_received;
     std::set<Fault> m_injected;
     SwitchingBoard m_board;
+    LcdModule m_lcd;
+    KeyPanel m_keys;
     GpioLines m_gpio;
 
     std::atomic<bool> m_stop{false};

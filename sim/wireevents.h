@@ -30,7 +30,7 @@ struct PassedFrame {
     std::vector<uint8_t> bytes;
 };
 
-/// One write of a GPIO line, whether or not it changed the level.
+/// One write of a GPIO line, whether or not it changed the level; the time is that of the program's request.
 struct LineWrite {
     int64_t timeUs;
     int line;  ///< 0..31

@@ -1,15 +1,20 @@
 /* Takes the place of the C library's ioctl(). A device that is a FIFO gets its GPIO and SPI requests as
- * records (see ioctlrecord.h); everything else goes to the kernel. */
+ * records (see ioctlrecord.h), the frame buffer's file is described as one; everything else goes to the
+ * kernel. */
 #define _GNU_SOURCE
+#include "framebuffer.h"
 #include "ioctlrecord.h"
 
 #include <errno.h>
+#include <linux/fb.h>
 #include <linux/spi/spidev.h>
 #include <stdarg.h>
+#include <string.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
+#include <time.h>
 #include <unistd.h>
 
 enum { MaxTransfers = 511, MaxParts = 1 + 2 * MaxTransfers }; /* what _IOC_SIZE can count */
@@ -18,6 +23,12 @@ static int isFifo(int fd)
 {
     struct stat status;
     return fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+static int isFrameBuffer(int fd)
+{
+    struct stat status;
+    return fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == FrameBufferSize;
 }
 
 static int isSpiMessage(unsigned long request)
@@ -53,9 +64,16 @@ static int result(unsigned long request, const struct spi_ioc_transfer *transfer
     return bytes;
 }
 
+static int64_t nowUs(void)
+{
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * INT64_C(1000000) + now.tv_nsec / 1000;
+}
+
 static int record(int fd, unsigned long request, void *argument)
 {
-    struct IoctlRecord head = {sizeof head, (uint32_t)request, (uintptr_t)argument};
+    struct IoctlRecord head = {sizeof head, (uint32_t)request, (uintptr_t)argument, nowUs()};
     struct iovec parts[MaxParts];
     parts[0] = (struct iovec){&head, sizeof head};
     const int count = _IOC_TYPE(request) == SPI_IOC_MAGIC ? addPayload(parts, 1, request, argument) : 1;
@@ -70,6 +88,46 @@ static int record(int fd, unsigned long request, void *argument)
     return -1;
 }
 
+static void describeDots(struct fb_var_screeninfo *info)
+{
+    memset(info, 0, sizeof *info);
+    info->xres = info->xres_virtual = FrameBufferWidth;
+    info->yres = info->yres_virtual = FrameBufferHeight;
+    info->bits_per_pixel = 16;
+    info->red = (struct fb_bitfield){.offset = 11, .length = 5};
+    info->green = (struct fb_bitfield){.offset = 5, .length = 6};
+    info->blue = (struct fb_bitfield){.offset = 0, .length = 5};
+}
+
+static void describeMemory(struct fb_fix_screeninfo *info)
+{
+    memset(info, 0, sizeof *info);
+    memcpy(info->id, "mxsim", sizeof "mxsim");
+    info->smem_len = FrameBufferSize;
+    info->type = FB_TYPE_PACKED_PIXELS;
+    info->visual = FB_VISUAL_TRUECOLOR;
+    info->line_length = FrameBufferRowBytes;
+}
+
+/* What it is asked to change stays as it is. Returns whether a frame buffer knows the request. */
+static int answerAsFrameBuffer(unsigned long request, void *argument)
+{
+    switch (request) {
+    case FBIOGET_VSCREENINFO:
+        describeDots(argument);
+        return 1;
+    case FBIOGET_FSCREENINFO:
+        describeMemory(argument);
+        return 1;
+    case FBIOPUT_VSCREENINFO:
+    case FBIOPAN_DISPLAY:
+    case FBIOBLANK:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
 int ioctl(int fd, unsigned long request, ...)
 {
     va_list arguments;
@@ -80,5 +138,8 @@ int ioctl(int fd, unsigned long request, ...)
     const int known = request <= 1 || _IOC_TYPE(request) == SPI_IOC_MAGIC;
     if (known && isFifo(fd))
         return record(fd, request, argument);
+    if (_IOC_TYPE(request) == FrameBufferRequest && isFrameBuffer(fd) &&
+        answerAsFrameBuffer(request, argument))
+        return 0;
     return (int)syscall(SYS_ioctl, fd, request, argument);
 }

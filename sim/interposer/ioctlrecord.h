@@ -14,4 +14,5 @@ struct IoctlRecord {
     uint32_t size; /* of the whole record, this head included */
     uint32_t request;
     uint64_t argument;
+    int64_t timeUs; /* CLOCK_MONOTONIC; puts the requests for different devices in order */
 };

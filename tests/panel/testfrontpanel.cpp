@@ -75,8 +75,7 @@ private slots:
     {
         TestUnit unit(8, WithPanel);
         m_hardware = &unit.hardware();
-        const QByteArray frameBuffer = unit.path("/dev/fb0").toLocal8Bit();
-        Product product(true, "linuxfb:fb=" + frameBuffer + ":nographicsmodeswitch");
+        Product product(true, QStringLiteral("linuxfb:nographicsmodeswitch:fb=") + unit.path("/dev/fb0"));
         const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
         QCOMPARE(picture.size(), QSize(128, 64));
         QVERIFY(holds([&] {

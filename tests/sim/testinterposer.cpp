@@ -6,6 +6,8 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <chrono>
+#include <cstring>
 #include <fcntl.h>
 #include <linux/spi/spidev.h>
 #include <sys/ioctl.h>
@@ -20,6 +22,11 @@ QByteArray bytesOf(const T &what)
     return QByteArray(reinterpret_cast<const char *>(&what), sizeof what);
 }
 
+int64_t nowUs()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+}
 } // namespace
 
 /// The interposer, linked into this program, and the GPIO lines that eat its records.
@@ -41,10 +48,11 @@ private slots:
             QCOMPARE(ioctl(m_fifo.get(), level, line), 0);
         }
         QByteArray records = takeRecords();
-        for (const IoctlRecord &bad : {IoctlRecord{16, 1, 32}, {16, 1, 1ull << 63}, {16, 2, 4}, {15, 1, 4}}) {
+        for (const IoctlRecord &bad :
+             {IoctlRecord{24, 1, 32, 0}, {24, 1, 1ull << 63, 0}, {24, 2, 4, 0}, {23, 1, 4, 0}}) {
             records += bytesOf(bad);
         }
-        records += bytesOf(IoctlRecord{16, 0, 4});
+        records += bytesOf(IoctlRecord{24, 0, 4, 0});
         sim::EventText words;
         QString heard;
         sim::GpioLines lines(
@@ -67,10 +75,14 @@ private slots:
         transfers[0].len = 5; // reads only
         transfers[1].tx_buf = reinterpret_cast<uintptr_t>(sent.constData());
         transfers[1].len = 3;
+        const int64_t earliestUs = nowUs();
         QCOMPARE(ioctl(m_fifo.get(), SPI_IOC_MESSAGE(2), transfers), 8);
-        const IoctlRecord head = {16 + sizeof transfers + 3, SPI_IOC_MESSAGE(2),
-                                  reinterpret_cast<uintptr_t>(transfers)};
-        QCOMPARE(takeRecords(), bytesOf(head) + bytesOf(transfers) + sent);
+        const QByteArray record = takeRecords();
+        IoctlRecord head = {24 + sizeof transfers + 3, SPI_IOC_MESSAGE(2),
+                            reinterpret_cast<uintptr_t>(transfers), 0};
+        memcpy(&head.timeUs, record.constData() + offsetof(IoctlRecord, timeUs), sizeof head.timeUs);
+        QCOMPARE(record, bytesOf(head) + bytesOf(transfers) + sent);
+        QVERIFY(head.timeUs >= earliestUs && head.timeUs <= nowUs());
     }
 
 private:

@@ -7,8 +7,8 @@
 class Product
 {
 public:
-    /// Starts it on this Qt platform; with `awaitStart` returns when it serves its wires.
-    explicit Product(bool awaitStart = true, const char *platform = "offscreen");
+    /// Starts it on one of Qt's platforms; with `awaitStart` returns when it serves its wires.
+    explicit Product(bool awaitStart = true, const QString &platform = QStringLiteral("offscreen"));
     /// Kills it if it still runs.
     ~Product();
 

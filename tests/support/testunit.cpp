@@ -99,11 +99,13 @@ bool TestUnit::boardShows(const std::vector<int> &inputs)
 QByteArray TestUnit::faults() const
 {
     QByteArray text;
-    for (const sim::WireFault &fault : m_hardware->board().faults()) {
-        text += "board: " + QByteArray::fromStdString(fault.text) + "\n";
-    }
-    for (const sim::WireFault &fault : m_hardware->gpio().faults()) {
-        text += "gpio: " + QByteArray::fromStdString(fault.text) + "\n";
+    for (const auto &[wire, faults] : {std::pair("board", m_hardware->board().faults()),
+                                       {"gpio", m_hardware->gpio().faults()},
+                                       {"lcd", m_hardware->lcd().faults()},
+                                       {"keys", m_hardware->keys().faults()}}) {
+        for (const sim::WireFault &fault : faults) {
+            text += wire + QByteArray(": ") + QByteArray::fromStdString(fault.text) + "\n";
+        }
     }
     return text;
 }

@@ -40,7 +40,7 @@ public:
 
     /// Waits until the board shows this routing (1-based inputs, 0 for none), or until it times out.
     bool boardShows(const std::vector<int> &inputs);
-    /// The faults that board and GPIO lines have recorded, one a line; empty when there are none.
+    /// The faults that the far ends of the wires have recorded, one a line; empty when there are none.
     QByteArray faults() const;
 
     /// Files, by their path on the device.
