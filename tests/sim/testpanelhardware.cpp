@@ -52,7 +52,7 @@ QByteArray halves(const char *sync, const QByteArray &bytes)
     QByteArray wire = QByteArray::fromHex(sync);
     for (const char byte : QByteArray::fromHex(bytes)) {
         wire += char(byte & 0xF0);
-        wire += char(byte << 4);
+        wire += char(uint8_t(byte) << 4);
     }
     return wire;
 }
