@@ -21,11 +21,7 @@ public:
     {
     }
 
-    void paint(const Rect &area)
-    {
-        const Window *child = m_window.firstChild();
-        cut(area, child != nullptr ? child : m_window.following());
-    }
+    void paint(const Rect &area) { cut(area, m_window.next()); }
 
     bool hasPainted() const { return m_hasPainted; }
     /// What it could not paint any more.
@@ -34,7 +30,8 @@ public:
 
 private:
     /// `obstacle` is the lowest window that may lie in front and has not been cut out yet: the following ones
-    /// are all in front, too.
+    /// are all in front, too. The recursion is as deep as there are windows, which are few.
+    // NOLINTNEXTLINE(misc-no-recursion)
     void cut(const Rect &area, const Window *obstacle)
     {
         for (; obstacle != nullptr; obstacle = obstacle->following()) {
@@ -47,6 +44,7 @@ private:
         paintPiece(area);
     }
 
+    // NOLINTNEXTLINE(misc-no-recursion)
     void cutAround(const Rect &area, const Rect &hole, const Window *next)
     {
         for (const Rect &piece : Remainder(area, hole)) {
@@ -92,8 +90,7 @@ Window *nextInvalid(Window *from, Rect &area)
                 return window;
             }
         }
-        const bool descends = window->isShown() && window->firstChild() != nullptr;
-        window = descends ? window->firstChild() : window->following();
+        window = window->isShown() ? window->next() : window->following();
     }
     return nullptr;
 }

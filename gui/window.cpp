@@ -2,6 +2,11 @@
 
 #include "paint.h"
 
+Window *Window::next() const
+{
+    return m_lowestChild != nullptr ? m_lowestChild : following();
+}
+
 Window *Window::following() const
 {
     const Window *window = this;
@@ -79,7 +84,7 @@ void Window::setRect(const Rect &rect)
     const Rect before = exposed();
     const Rect clientBefore = clientRect();
     const bool moves = rect.x0 != m_rect.x0 || rect.y0 != m_rect.y0;
-    moveChildren(rect.x0 - m_rect.x0, rect.y0 - m_rect.y0);
+    moveDescendants(rect.x0 - m_rect.x0, rect.y0 - m_rect.y0);
     m_rect = rect;
     for (const Rect &left : Remainder(before, rect)) {
         uncover(left);
@@ -134,7 +139,11 @@ void Window::invalidate(const Rect &area)
 
 void Window::invalidateTree(const Rect &area)
 {
-    invalidateExposed(intersection(area, exposed()));
+    invalidate(area);
+    const Window *const end = following();
+    for (Window *window = m_lowestChild; window != nullptr && window != end; window = window->next()) {
+        window->invalidate(area);
+    }
 }
 
 Rect Window::takeInvalid()
@@ -151,42 +160,24 @@ void Window::clientRectChanged(const Rect &before)
 {
     Painter::treeChanged();
     const Rect after = clientRect();
-    moveChildren(after.x0 - before.x0, after.y0 - before.y0);
+    moveDescendants(after.x0 - before.x0, after.y0 - before.y0);
     invalidateTree(m_rect);
-}
-
-/// `area` is within what the ancestors leave.
-void Window::invalidateExposed(const Rect &area)
-{
-    const Rect part = intersection(area, m_rect);
-    if (!m_shown || isEmpty(part)) {
-        return;
-    }
-    m_invalid = united(m_invalid, part);
-    Painter::request();
-    const Rect inner = intersection(part, clientRect());
-    for (Window *child = m_lowestChild; child != nullptr; child = child->m_above) {
-        child->invalidateExposed(inner);
-    }
 }
 
 /// The window no longer covers `area`, which it did so far.
 void Window::uncover(const Rect &area)
 {
-    if (m_parent == nullptr || isEmpty(area)) {
-        return;
-    }
     m_parent->invalidate(area);
     for (Window *sibling = m_below; sibling != nullptr; sibling = sibling->m_below) {
         sibling->invalidateTree(area);
     }
 }
 
-void Window::moveChildren(int dx, int dy)
+void Window::moveDescendants(int dx, int dy)
 {
-    for (Window *child = m_lowestChild; child != nullptr; child = child->m_above) {
-        child->m_rect = moved(child->m_rect, dx, dy);
-        child->moveChildren(dx, dy);
+    const Window *const end = following();
+    for (Window *window = m_lowestChild; window != nullptr && window != end; window = window->next()) {
+        window->m_rect = moved(window->m_rect, dx, dy);
     }
 }
 

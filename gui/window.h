@@ -32,7 +32,8 @@ public:
     Window *parent() const { return m_parent; }
     Window *firstChild() const { return m_lowestChild; }
     Window *above() const { return m_above; }
-    /// The next one from back to front that is neither this window nor in it.
+    /// The next one from back to front; `following` skips those in this window.
+    Window *next() const;
     Window *following() const;
     const Window *root() const;
     /// What ancestors and display leave of it; empty when it or one of them is hidden.
@@ -63,9 +64,8 @@ protected:
     void clientRectChanged(const Rect &before);
 
 private:
-    void invalidateExposed(const Rect &area);
     void uncover(const Rect &area);
-    void moveChildren(int dx, int dy);
+    void moveDescendants(int dx, int dy);
     void link(Window *parent, Window *below);
     void unlink();
 

@@ -201,7 +201,7 @@ WM_Handle WM_GetDialogItem(WM_Handle window, int id)
     const Window *const end = top->following();
     const Window *item = top->firstChild();
     while (item != nullptr && item != end && item->id() != id) {
-        item = item->firstChild() != nullptr ? item->firstChild() : item->following();
+        item = item->next();
     }
     return item != nullptr && item != end ? item->handle() : 0;
 }

@@ -13,7 +13,7 @@ public:
         : TestUnit(ports, settings)
     {
         start(false);
-        run = 0; // no waiting for the start picture
+        ::run = 0; // no waiting for the start picture
         GUI_Task();
         m_menu.reset(new Menu([this](const std::uint8_t *bytes, int n) {
             m_leds.append(reinterpret_cast<const char *>(bytes), n);

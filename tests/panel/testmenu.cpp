@@ -122,7 +122,7 @@ private slots:
         unit.act("menu");
         QCOMPARE(unit.takeLeds(), QByteArray("00"));
         QVERIFY(indicators(1, 0));
-        unit.act("wait6");
+        unit.act("wait7");
         QCOMPARE(unit.takeLeds(), QByteArray("0080"));
         unit.act("menu wait50");
         QCOMPARE(unit.takeLeds(), QByteArray("00"));
