@@ -31,7 +31,6 @@ public:
     bool isShown() const { return m_shown; }
     Window *parent() const { return m_parent; }
     Window *firstChild() const { return m_lowestChild; }
-    Window *above() const { return m_above; }
     /// The next one from back to front; `following` skips those in this window.
     Window *next() const;
     Window *following() const;

@@ -34,7 +34,7 @@ private slots:
         press(52);
         QVERIFY(unit.boardShows({1, 3, 1, 1, 1, 1, 1, 1}));
         QVERIFY(lights({52}));
-        QCOMPARE(switchButton(1), QByteArray("02"));
+        QVERIFY(holds([&] { return switchButton(1) == "02"; }));
         type("5X1N");
         QVERIFY(shows("SWITCH", "05>"));
         QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
@@ -49,7 +49,7 @@ private slots:
 
         press(115);
         QVERIFY(shows("SETUP", ""));
-        QCOMPARE(text({32, 14, 127, 21}), QByteArray("192.168.000.080"));
+        QVERIFY(holds([&] { return text({32, 14, 127, 21}) == "192.168.000.080"; }));
         for (const int key : {116, 10, 1, 10, 112, 112, 112, 10, 10, 7}) {
             press(key);
         }
@@ -60,7 +60,7 @@ private slots:
 
         press(115);
         QVERIFY(shows("VIEW", "8x8"));
-        QCOMPARE(mapButton(1), QByteArray("03>02"));
+        QVERIFY(holds([&] { return mapButton(1) == "03>02"; }));
         QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
         QVERIFY(holds([&] { return mapButton(1) == ">02"; }));
         type("2R");
