@@ -3,6 +3,7 @@
 #include "devicefiles.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace
 {
@@ -14,6 +15,6 @@ Temperature readTemperature()
     unsigned char millidegrees[16];
     const int count = DeviceFiles::read(SensorFile, millidegrees, sizeof millidegrees);
     Temperature degrees = {};
-    std::copy_n(millidegrees, std::max(0, std::min(count, 2)), degrees.text);
+    std::memcpy(degrees.text, millidegrees, static_cast<size_t>(std::max(0, std::min(count, 2))));
     return degrees;
 }

@@ -2,12 +2,7 @@
 
 #include "paint.h"
 
-Window *Window::next() const
-{
-    return m_lowestChild != nullptr ? m_lowestChild : following();
-}
-
-Window *Window::following() const
+Window *Window::followingAncestors() const
 {
     const Window *window = this;
     while (window != nullptr && window->m_above == nullptr) {

@@ -32,8 +32,8 @@ public:
     Window *parent() const { return m_parent; }
     Window *firstChild() const { return m_lowestChild; }
     /// The next one from back to front; `following` skips those in this window.
-    Window *next() const;
-    Window *following() const;
+    Window *next() const { return m_lowestChild != nullptr ? m_lowestChild : following(); }
+    Window *following() const { return m_above != nullptr ? m_above : followingAncestors(); }
     const Window *root() const;
     /// What ancestors and display leave of it; empty when it or one of them is hidden.
     Rect exposed() const;
@@ -63,6 +63,7 @@ protected:
     void clientRectChanged(const Rect &before);
 
 private:
+    Window *followingAncestors() const;
     void uncover(const Rect &area);
     void moveDescendants(int dx, int dy);
     void link(Window *parent, Window *below);
