@@ -48,6 +48,7 @@ int GUI_Exec();
 // Drawing ---------------------------------------------------------------------------------------------------
 
 /// What is drawn with; `GUI_Init` and each painting begin with black on white and `GUI_Font6x8`, solid text.
+/// A null font is ignored.
 void GUI_SetColor(GUI_Color color);
 void GUI_SetBkColor(GUI_Color color);
 GUI_Color GUI_GetColor();
@@ -62,7 +63,8 @@ enum GUI_TextMode {
 };
 void GUI_SetTextMode(GUI_TextMode mode);
 
-/// A rectangle from (x0, y0) to (x1, y1), both included; empty when x1 < x0 or y1 < y0.
+/// A rectangle from (x0, y0) to (x1, y1), both included; empty when x1 < x0 or y1 < y0. Coordinates of
+/// drawing are bounded to ±16777215.
 struct GUI_Rect {
     int x0, y0, x1, y1;
 };
@@ -82,7 +84,8 @@ void GUI_ClearRect(const GUI_Rect &rect);
 void GUI_InvertRect(const GUI_Rect &rect);
 
 /// A picture of `width` x `height` dots, rows `bytesPerLine` apart. With 1 bit per dot the leftmost dot is in
-/// bit 7. A dot's value is the number of a colour in the palette; values beyond it count as 0.
+/// bit 7. A dot's value is the number of a colour in the palette; values beyond it count as 0. A bitmap of
+/// another depth, without data or palette, or with rows that overlap is not drawn.
 struct GUI_Bitmap {
     std::uint16_t width;
     std::uint16_t height;
@@ -110,7 +113,7 @@ void GUI_DispStringAt(const char *text, int x, int y);
 /// Within the rectangle, clipped by it; `align` is a sum of `GUI_Align`. A text that is wider than the
 /// rectangle begins at its left edge, whatever the alignment.
 void GUI_DispStringInRect(const char *text, const GUI_Rect &rect, int align);
-/// Width in dots, in the current font.
+/// Width in dots, in the current font. Characters from number 1048576 on do not count.
 int GUI_GetStringWidth(const char *text);
 
 // Windows ---------------------------------------------------------------------------------------------------
@@ -125,13 +128,13 @@ enum WM_MessageId {
     WM_SET_FOCUS,     ///< it has got the focus
     WM_KILL_FOCUS,    ///< it has lost the focus
     WM_NOTIFY_PARENT, ///< the child `source` has something to tell: `value` is a `WM_Notification`
-    WM_DELETE,        ///< it is about to be deleted; its children are already gone
+    WM_DELETE,        ///< it is about to be deleted; it is out of the tree, its children are already gone
     WM_USER = 0x400   ///< from here on: the application's own
 };
 
 enum WM_Notification {
     WM_CLICKED = 1,  ///< a button went down by key
-    WM_RELEASED,     ///< a button went up by key
+    WM_RELEASED,     ///< a button went up by key; not when it did by losing the focus
     WM_VALUE_CHANGED ///< an edit field's text was changed by key
 };
 
@@ -156,11 +159,12 @@ void WM_SetDesktopColor(GUI_Color color);
 
 /// A window on top of its siblings in the client area of `parent` (0: the desktop), without a look of its
 /// own: the callback paints all of it. Sizes below 0 count as 0, sizes and places are bounded to ±16383.
-/// A window is opaque: what lies below it is not painted. \return its handle, 0 when the parent is dead
+/// A window is opaque: what lies below it is not painted. \return its handle; 0 when the parent is dead or
+/// about to be deleted, or when there are 4095 windows
 WM_Handle WM_CreateWindow(int x, int y, int width, int height, WM_Handle parent, int flags,
                           WM_Callback callback);
-/// Deletes the window and all of its children. The desktop cannot be deleted. A window that is deleted out
-/// of its own callback goes at once; the callback must not touch it after that.
+/// Deletes the window and all of its children. The desktop cannot be deleted, hidden, moved or sized. A
+/// window that is deleted out of its own callback goes at once; the callback must not touch it after that.
 void WM_DeleteWindow(WM_Handle window);
 int WM_IsWindow(WM_Handle window);
 
@@ -196,7 +200,9 @@ GUI_Rect WM_GetWindowRect(WM_Handle window);
 void WM_InvalidateWindow(WM_Handle window);
 void WM_InvalidateRect(WM_Handle window, const GUI_Rect &rect);
 
-/// Paints what has become invalid, back to front, each dot at most once. \return 1 if anything was painted
+/// Paints what has become invalid, back to front; no dot belongs to two windows. A window hears `WM_PAINT`
+/// once for each of its visible rectangles that is to be painted. What callbacks change meanwhile is painted
+/// by this call or by the next one. Does nothing while painting. \return 1 if anything was painted
 int WM_Exec();
 
 // Focus and keys --------------------------------------------------------------------------------------------
@@ -226,19 +232,20 @@ int GUI_SendKeyMsg(int key, int pressed);
 
 /// The look of an edge: nothing, or a line one dot wide in the widget's text colour when it is released.
 struct WIDGET_Effect {
-    int width; ///< of the edge, in dots; contents keep off it
+    int width; ///< what contents keep off, in dots, 0..32; the line is at its outside
 };
 extern const WIDGET_Effect WIDGET_Effect_None;
 extern const WIDGET_Effect WIDGET_Effect_Simple;
 
-/// For widgets that are created from then on; `GUI_Init` begins with the simple effect.
+/// For buttons and edit fields that are created from then on; `GUI_Init` begins with the simple effect. Texts
+/// begin without one, and a frame window has its border instead.
 void WIDGET_SetDefaultEffect_None();
 void WIDGET_SetDefaultEffect_Simple();
-void WIDGET_SetEffect(WM_Handle widget, const WIDGET_Effect *effect);
+void WIDGET_SetEffect(WM_Handle widget, const WIDGET_Effect *effect); ///< null is ignored
 
-// TEXT_: a line of text
-// ---------------------------------------------------------------------------------------
+// TEXT_: a line of text -------------------------------------------------------------------------------------
 
+/// Black on white, at the left and vertically centred at first.
 WM_Handle TEXT_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
                         const char *text);
 void TEXT_SetText(WM_Handle text, const char *string);
@@ -249,16 +256,16 @@ void TEXT_SetTextAlign(WM_Handle text, int align);
 void TEXT_SetTextColor(WM_Handle text, GUI_Color color);
 void TEXT_SetBkColor(WM_Handle text, GUI_Color color);
 
-// BUTTON_: a box with one line of text or a picture, released or pressed
-// ----------------------------------------
+// BUTTON_: a box with one line of text or a picture, released or pressed ------------------------------------
 
 enum BUTTON_State { BUTTON_RELEASED = 0, BUTTON_PRESSED = 1 };
 
+/// The text is centred at first.
 WM_Handle BUTTON_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id);
 void BUTTON_SetText(WM_Handle button, const char *text);
 int BUTTON_GetText(WM_Handle button, char *buffer, int size); ///< as `TEXT_GetText`
-/// Shown in this state instead of the text, at the upper left corner; null: none. The bitmap stays the
-/// caller's and must live as long as the button; if its dots change, invalidate the button.
+/// Shown in this state instead of the text, at the upper left corner within the edge; null: none. The bitmap
+/// stays the caller's and must live as long as the button; if its dots change, invalidate the button.
 void BUTTON_SetBitmap(WM_Handle button, BUTTON_State state, const GUI_Bitmap *bitmap);
 void BUTTON_SetFont(WM_Handle button, const GUI_Font *font);
 void BUTTON_SetTextAlign(WM_Handle button, int align);
@@ -270,11 +277,12 @@ int BUTTON_IsPressed(WM_Handle button);
 void BUTTON_SetDefaultBkColor(BUTTON_State state, GUI_Color color);
 void BUTTON_SetDefaultTextColor(BUTTON_State state, GUI_Color color);
 
-// EDIT_: a line of text that can be typed over
-// ------------------------------------------------------------------
+// EDIT_: a line of text that can be typed over --------------------------------------------------------------
 
 /// Shows the cursor while it has the focus: in insert mode a bar before a character, else the character
-/// inverted. `maxLength` 1..255 characters; others are bounded to that.
+/// inverted; never beyond the edge. Black on white, at the left and vertically centred at first; a text at
+/// the left keeps one dot off the edge if there is room. `maxLength` 1..255 characters; others are bounded to
+/// that.
 WM_Handle EDIT_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
                         int maxLength);
 /// Cuts the text to the maximum length; the cursor goes behind its end.
@@ -293,8 +301,7 @@ int EDIT_GetCursorCharPos(WM_Handle edit);
 /// cursor moves on; backspace and delete, the arrows, home, end and insert do what they say.
 void EDIT_AddKey(WM_Handle edit, int key);
 
-// FRAMEWIN_: a window with border and title, a client area within
-// ------------------------------------------------
+// FRAMEWIN_: a window with border and title, a client area within -------------------------------------------
 
 /// Children lie in the client area. A new one has a title bar and the default border.
 WM_Handle FRAMEWIN_Create(const char *title, WM_Callback callback, int flags, int x, int y, int width,
