@@ -1,0 +1,51 @@
+#include "deskrun.h"
+
+#include "faceplate.h"
+
+#include <QCoreApplication>
+
+namespace
+{
+/// It ends two processes in order, each of which it grants 5 s.
+constexpr int innerStopMs = 15000;
+} // namespace
+
+DeskRun::DeskRun(const Options &options, const QStringList &arguments)
+    : m_options(options)
+    , m_arguments(arguments)
+    , m_desk(options.vncPort)
+    , m_inner(nullptr, innerStopMs)
+{
+    connect(&m_desk, &VncDesk::closed, this, &DeskRun::onDeskClosed);
+    connect(&m_inner, &ChildProcess::ended, this, &DeskRun::onInnerEnded);
+}
+
+QString DeskRun::start()
+{
+    QString error = m_lock.acquire(m_options.folder, "desk.lock");
+    if (error.isEmpty()) {
+        error = m_desk.start(m_options.folder, largestFace);
+    }
+    if (error.isEmpty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        m_desk.addTo(&environment);
+        environment.insert(vncDeskVariable, QString::number(m_desk.port()));
+        m_inner.setProcessEnvironment(environment);
+        m_inner.setProcessChannelMode(QProcess::ForwardedChannels);
+        error = m_inner.launch(QCoreApplication::applicationFilePath(),
+                               m_arguments.mid(1) + QStringList{"--screen", "window"});
+    }
+    return error;
+}
+
+void DeskRun::onDeskClosed()
+{
+    emit ended("the screen was closed", 1);
+}
+
+void DeskRun::onInnerEnded()
+{
+    // One that loses its desk ends as well, and may be noticed first.
+    m_desk.awaitEnd();
+    emit ended({}, m_inner.exitStatus() == QProcess::NormalExit ? m_inner.exitCode() : 1);
+}
