@@ -146,7 +146,7 @@ void BoardView::paintRoutes(QPainter *painter) const
 {
     const QRectF all = field();
     const qreal pitch = std::min(all.width(), all.height()) / m_ports;
-    const qreal radius = std::max(1.6, std::min(pitch * 0.32, 6.0));
+    const qreal radius = std::max(1.8, std::min(pitch * 0.42, 6.0));
     std::vector<QPointF> lit;
     for (int output = 0; output < m_ports; ++output) {
         const int input = m_routing[static_cast<size_t>(output)];
@@ -162,9 +162,9 @@ void BoardView::paintRoutes(QPainter *painter) const
         const QPointF at = crosspoint(input, output);
         lit.push_back(at);
         if (pitch >= finePitch || isPointed) {
-            painter->setPen(QPen(faded(inputLight, 110), 1.4));
+            painter->setPen(QPen(faded(inputLight, 90), 1.4));
             painter->drawLine(QPointF(at.x(), all.top() - 4), at);
-            painter->setPen(QPen(faded(outputLight, 150), 1.4));
+            painter->setPen(QPen(faded(outputLight, 120), 1.4));
             painter->drawLine(QPointF(all.left() - 4, at.y()), at);
         }
     }

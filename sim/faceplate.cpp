@@ -6,6 +6,7 @@
 namespace
 {
 const QColor lettering(205, 208, 212);
+constexpr int earWidth = 40; ///< of the plate beyond the housing, where the rack holds it
 
 /// Streaks of a brush that went from side to side.
 void paintBrushing(QPainter *painter, const QRect &rect)
@@ -28,17 +29,17 @@ void paintBrushing(QPainter *painter, const QRect &rect)
     painter->drawImage(rect.topLeft(), image);
 }
 
-/// A screw through the plate, its slot turned by `angle` degrees.
+/// A screw through a slot of the plate, its cross turned by `angle` degrees.
 void paintScrew(QPainter *painter, const QPointF &centre, qreal angle)
 {
     painter->save();
     painter->translate(centre);
-    QRadialGradient hole(0, 1, 17);
-    hole.setColorAt(0.75, QColor(0, 0, 0, 170));
-    hole.setColorAt(1, QColor(0, 0, 0, 0));
+    painter->setPen(QPen(QColor(255, 255, 255, 40), 1));
+    painter->setBrush(QColor(9, 9, 10));
+    painter->drawRoundedRect(QRectF(-16, -9, 32, 18), 9, 9);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(hole);
-    painter->drawEllipse(QPointF(0, 1), 17, 17);
+    painter->setBrush(QColor(0, 0, 0, 120));
+    painter->drawEllipse(QPointF(0, 1.5), 12.5, 12.5);
     QLinearGradient head(-6, -12, 6, 12);
     head.setColorAt(0, QColor(176, 180, 184));
     head.setColorAt(0.5, QColor(122, 126, 130));
@@ -83,11 +84,18 @@ void paintPlate(QPainter *painter, const QRect &rect)
     painter->fillRect(QRect(rect.left(), rect.top(), rect.width(), 1), QColor(255, 255, 255, 60));
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), QColor(0, 0, 0, 160));
 
-    const int in = 26;
-    paintScrew(painter, {rect.left() + in + 0.0, rect.top() + 40.0}, 20);
-    paintScrew(painter, {rect.right() - in + 0.0, rect.top() + 40.0}, 65);
-    paintScrew(painter, {rect.left() + in + 0.0, rect.bottom() - 40.0}, 48);
-    paintScrew(painter, {rect.right() - in + 0.0, rect.bottom() - 40.0}, 5);
+    for (const int x : {rect.left() + earWidth, rect.right() - earWidth}) {
+        painter->fillRect(QRect(x, rect.top() + 1, 1, rect.height() - 2), QColor(0, 0, 0, 130));
+        painter->fillRect(QRect(x + 1, rect.top() + 1, 1, rect.height() - 2), QColor(255, 255, 255, 22));
+    }
+    const qreal in = earWidth / 2;
+    int angle = 20;
+    for (const qreal x : {rect.left() + in, rect.right() - in}) {
+        for (const qreal y : {rect.top() + 44.0, rect.bottom() - 44.0}) {
+            paintScrew(painter, {x, y}, angle);
+            angle += 37;
+        }
+    }
 }
 
 void paintRecess(QPainter *painter, const QRect &rect, const QColor &ground)

@@ -59,7 +59,7 @@ void settleLook()
     qputenv("QT_QPA_PLATFORM", "xcb");
     // With a visual of its own for OpenGL the window could not be the parent of another program's.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
-    QLoggingCategory::setFilterRules("qt.qpa.xcb.warning=false");
+    QLoggingCategory::setFilterRules("default.warning=false\nqt.qpa.xcb.warning=false");
 }
 
 std::unique_ptr<Run> theRun;

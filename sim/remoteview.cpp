@@ -30,11 +30,11 @@ constexpr std::array<RemoteKey, 14> remoteKeys = {{{'1', 0, 0, ""},
                                                    {'R', 2, 3, "recall"},
                                                    {'0', 3, 1, ""},
                                                    {'S', 3, 3, "save"}}};
-constexpr QSize keySize{36, 32};
+constexpr QSize keySize{37, 34};
 
 QRect place(const RemoteKey &key)
 {
-    return {QPoint(23 + key.column * 45 + (key.column == 3 ? 4 : 0), 66 + key.row * 54), keySize};
+    return {QPoint(23 + key.column * 45 + (key.column == 3 ? 4 : 0), 72 + key.row * 59), keySize};
 }
 
 void paintKey(QPainter *painter, const RemoteKey &key, bool isDown)
@@ -54,7 +54,7 @@ void paintKey(QPainter *painter, const RemoteKey &key, bool isDown)
     painter->drawText(cap, Qt::AlignCenter, QString(QChar(key.key)));
     painter->setFont(letteringFont(10));
     painter->setPen(QColor(186, 188, 192));
-    painter->drawText(place(key).adjusted(-8, 33, 8, 18), Qt::AlignHCenter | Qt::AlignTop, key.word);
+    painter->drawText(place(key).adjusted(-8, 36, 8, 18), Qt::AlignHCenter | Qt::AlignTop, key.word);
 }
 } // namespace
 

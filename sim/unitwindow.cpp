@@ -11,11 +11,14 @@ constexpr int turnMs = 30;
 
 constexpr QRect frontPlate{0, 0, 1400, 496};
 constexpr QRect touchPlate{0, 0, 1400, 704};
-constexpr QRect touchGlass{44, 64, 1024, 600};
-constexpr int left = 76;
+constexpr QRect touchGlass{62, 64, 1024, 600};
+constexpr QRect touchBoard{1106, 49, 248, 630};
+constexpr int left = 70;
+constexpr int lcdTop = 62;
 constexpr int keysLeft = 708;
 constexpr int keyPitch = 60;
-constexpr int halfGap = 8; ///< between the fifth and the sixth key of a row
+constexpr int keyHead = 20; ///< above the keys of a block
+constexpr int halfGap = 8;  ///< between the fifth and the sixth key of a row
 constexpr int functionTop = 396;
 
 const QColor inputLight(255, 170, 60);
@@ -30,7 +33,7 @@ struct FunctionKey {
 
 constexpr std::array<FunctionKey, 6> functionKeys = {{{111, "◀", "ALL"},
                                                       {112, "▶", "NONE"},
-                                                      {113, "●", "SAVE"},
+                                                      {113, "↓", "SAVE"},
                                                       {114, "↑", "LOAD"},
                                                       {115, "≡", "MENU"},
                                                       {116, "✎", "EDIT"}}};
@@ -97,9 +100,15 @@ void UnitWindow::paintEvent(QPaintEvent *)
     QPainter(this).drawPixmap(0, 0, m_face);
 }
 
+int UnitWindow::keyHeight() const
+{
+    return m_ports > 20 ? 44 : keyPitch;
+}
+
 void UnitWindow::addTouchscreen()
 {
-    m_board->setGeometry(1086, 56, 288, 616);
+    m_board->setGeometry(touchBoard);
+    QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     m_touchscreen = new QWidget(this);
     m_touchscreen->setGeometry(touchGlass);
     m_touchscreen->setAttribute(Qt::WA_NativeWindow);
@@ -109,16 +118,18 @@ void UnitWindow::addFrontPanel()
 {
     m_board->setGeometry(28, 524, 1110, 312);
     m_lcd = new LcdView(this);
-    m_lcd->move(left, 64);
-    addKeys("INPUTS", 1, inputLight, 60);
-    addKeys("OUTPUTS", 51, outputLight, 268);
+    m_lcd->move(left, lcdTop);
+    // Inputs begin where the LCD does, and outputs end there if there is room.
+    const int height = keyHead + (m_ports + 9) / 10 * keyHeight();
+    addKeys("INPUTS", 1, inputLight, lcdTop);
+    addKeys("OUTPUTS", 51, outputLight,
+            std::max(lcdTop + LcdView::extent.height() - height, lcdTop + height + 8));
     addFunctionKeys();
     addRemote();
 }
 
 void UnitWindow::addKeys(const QString &title, int firstCode, const QColor &light, int top)
 {
-    const int height = m_ports > 20 ? 44 : keyPitch;
     QPainter painter(&m_face);
     const QRect head(keysLeft + 6, top, 600, 18);
     paintLettering(&painter, head, Qt::AlignLeft | Qt::AlignVCenter, title, 12);
@@ -127,7 +138,7 @@ void UnitWindow::addKeys(const QString &title, int firstCode, const QColor &ligh
     for (int i = 0; i < m_ports; ++i) {
         const int x = keysLeft + i % 10 * keyPitch + (i % 10 >= 5 ? halfGap : 0);
         addKey(firstCode + i, QString::number(i + 1), light,
-               {x, top + 22 + i / 10 * height, keyPitch, height});
+               {x, top + keyHead + i / 10 * keyHeight(), keyPitch, keyHeight()});
     }
 }
 
@@ -167,14 +178,13 @@ void UnitWindow::drawFace()
     const QRect title(m_isFrontPanel ? left + 2 : touchGlass.left() + 16, 20, 700, 26);
     paintLettering(&painter, title, Qt::AlignLeft | Qt::AlignVCenter, "AUDIO / VIDEO MATRIX SWITCHER", 14);
     const QString size = QString("%1 × %1").arg(m_ports);
-    paintLettering(&painter, QRect(1000, 20, 312, 26), Qt::AlignRight | Qt::AlignVCenter, size, 16);
+    paintLettering(&painter, QRect(1000, 20, 320, 26), Qt::AlignRight | Qt::AlignVCenter, size, 16);
     if (m_isFrontPanel) {
-        const QPointF receiver(left + 542, functionTop + 23);
+        const QRect receiver(left + 530, functionTop + 10, 26, 26);
         painter.setPen(QPen(QColor(0, 0, 0), 2));
         painter.setBrush(QColor(46, 10, 16));
-        painter.drawEllipse(receiver, 13, 13);
-        paintLettering(&painter, functionPlace(6).translated(-8, 0).adjusted(0, 48, 0, 16), Qt::AlignCenter,
-                       "IR", 11);
+        painter.drawEllipse(receiver);
+        paintLettering(&painter, receiver.adjusted(0, 38, 2, 26), Qt::AlignCenter, "IR", 11);
     } else {
         paintRecess(&painter, touchGlass.adjusted(-12, -12, 12, 12), QColor(10, 10, 11));
     }

@@ -41,6 +41,7 @@ protected:
 private:
     void addTouchscreen();
     void addFrontPanel();
+    int keyHeight() const;
     void addKeys(const QString &title, int firstCode, const QColor &light, int top);
     void addFunctionKeys();
     void addKey(int code, const QString &legend, const QColor &light, const QRect &place);
