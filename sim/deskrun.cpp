@@ -16,7 +16,7 @@ DeskRun::DeskRun(const Options &options, const QStringList &arguments)
     , m_desk(options.vncPort)
     , m_inner(nullptr, innerStopMs)
 {
-    connect(&m_desk, &VncDesk::closed, this, &DeskRun::onDeskClosed);
+    connect(&m_desk, &VncDesk::viewersLost, this, &DeskRun::onViewersLost);
     connect(&m_inner, &ChildProcess::ended, this, &DeskRun::onInnerEnded);
 }
 
@@ -38,14 +38,19 @@ QString DeskRun::start()
     return error;
 }
 
-void DeskRun::onDeskClosed()
+void DeskRun::onViewersLost()
 {
-    emit ended("the screen was closed", 1);
+    // Without its display the server for viewers ends as well; of that the inner one knows, and says so.
+    if (m_desk.isUp()) {
+        emit ended("the server for VNC viewers has ended", 1);
+    }
 }
 
 void DeskRun::onInnerEnded()
 {
-    // One that loses its desk ends as well, and may be noticed first.
-    m_desk.awaitEnd();
-    emit ended({}, m_inner.exitStatus() == QProcess::NormalExit ? m_inner.exitCode() : 1);
+    if (m_inner.exitStatus() == QProcess::NormalExit) {
+        emit ended({}, m_inner.exitCode());
+    } else {
+        emit ended("the process with the window has crashed", 1);
+    }
 }

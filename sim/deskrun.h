@@ -18,7 +18,7 @@ public:
     QString start() override;
 
 private:
-    void onDeskClosed();
+    void onViewersLost();
     void onInnerEnded();
 
     const Options m_options;

@@ -32,10 +32,12 @@ int openStopSignals()
     return signalfd(-1, &stop, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-int fail(const QString &error)
+/// Says why mxsim ends, the first time that there is something to say. More often follows from that.
+int fail(const QString &reason)
 {
-    if (!error.isEmpty()) {
-        fprintf(stderr, "mxsim: %s\n", qPrintable(error));
+    static bool isSaid = false;
+    if (!reason.isEmpty() && !std::exchange(isSaid, true)) {
+        fprintf(stderr, "mxsim: %s\n", qPrintable(reason));
     }
     return 1;
 }
@@ -63,14 +65,12 @@ void settleLook()
 }
 
 std::unique_ptr<Run> theRun;
-bool isOnOwnDesk = false;
 
 /// Qt ends the process at once, by exit(), when the display goes. What was started has to end even so.
 void endLost()
 {
     if (theRun) {
-        // Who has made the desk says so.
-        fail(isOnOwnDesk ? QString() : "the screen was closed");
+        fail("the screen was closed");
         theRun.reset();
         std::_Exit(1);
     }
@@ -78,15 +78,13 @@ void endLost()
 
 int run(int stopSignals)
 {
-    QString error;
-    QObject::connect(theRun.get(), &Run::ended,
-                     [&error, over = false](const QString &reason, int code) mutable {
-                         if (!std::exchange(over, true)) {
-                             fail(reason);
-                             QCoreApplication::exit(code);
-                         }
-                     });
-    error = theRun->start();
+    QObject::connect(theRun.get(), &Run::ended, [isOver = false](const QString &reason, int code) mutable {
+        if (!std::exchange(isOver, true)) {
+            fail(reason);
+            QCoreApplication::exit(code);
+        }
+    });
+    const QString error = theRun->start();
     if (!error.isEmpty()) {
         return fail(error);
     }
@@ -113,7 +111,6 @@ int main(int argc, char *argv[])
         settleLook();
         app.reset();
         app = std::make_unique<QApplication>(argc, argv);
-        isOnOwnDesk = options.vncDesk != 0;
         std::atexit(endLost);
     }
 

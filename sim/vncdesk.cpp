@@ -21,9 +21,14 @@ QString VncDesk::start(const QString &folder, const QSize &size)
         error = startVnc();
     }
     // An end before this is an error of the start.
-    connect(&m_server, &ChildProcess::ended, this, &VncDesk::closed);
-    connect(&m_vncServer, &ChildProcess::ended, this, &VncDesk::closed);
+    connect(&m_vncServer, &ChildProcess::ended, this, &VncDesk::viewersLost);
     return error;
+}
+
+bool VncDesk::isUp()
+{
+    m_server.awaitEnd();
+    return m_server.state() == QProcess::Running;
 }
 
 /// A port that is taken, be it only since it was tried, is passed over if another one will do.

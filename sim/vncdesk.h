@@ -20,13 +20,15 @@ public:
     /// Where viewers find it.
     quint16 port() const { return m_port; }
 
-    /// As those of XServer.
-    void awaitEnd() { m_server.awaitEnd(); }
+    /// Whether the display is there; it is given some time to end, as it may be about to.
+    bool isUp();
+
+    /// Has a program show itself there.
     void addTo(QProcessEnvironment *environment) const { m_server.addTo(environment); }
 
 signals:
-    /// It has ended by itself.
-    void closed();
+    /// The server for viewers has ended by itself.
+    void viewersLost();
 
 private:
     QString startVnc();
