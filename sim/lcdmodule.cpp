@@ -9,7 +9,7 @@ namespace
 constexpr uint8_t instructionSync = 0xF8;
 constexpr uint8_t dataSync = 0xFA;
 constexpr size_t lineBytes = 32;
-constexpr size_t maxResetEdges = 16;
+constexpr size_t maxResetEdges = 4096; ///< more than the FIFO of the GPIO lines holds
 
 /// Noise of power-up: the same for each module, and no pattern that a program would draw.
 std::array<uint8_t, 1024> noise()

@@ -86,9 +86,9 @@ private slots:
 
     void unusableFolder()
     {
-        // A folder in place of a pty, a FIFO, a file.
+        // A folder in place of a pty, a FIFO, the frame buffer, a file.
         for (const char *blocked :
-             {"dev/ttymxc2", "dev/spidev2.0", "sys/class/backlight/backlight.8/brightness"}) {
+             {"dev/ttymxc2", "dev/spidev2.0", "dev/fb0", "sys/class/backlight/backlight.8/brightness"}) {
             const QTemporaryDir folder;
             QVERIFY(QDir(folder.path()).mkpath(blocked));
             sim::VirtualUnit unit(folder.path().toStdString(), 2);

@@ -10,11 +10,15 @@ namespace
 constexpr int DeadlineMs = 20000;
 }
 
-Product::Product(bool awaitStart)
+Product::Product(bool awaitStart, const QString &platform)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+    // What a frame buffer's platform does besides to the machine that runs it.
+    environment.insert(QStringLiteral("QT_QPA_FB_DISABLE_INPUT"), QStringLiteral("1"));
+    environment.insert(QStringLiteral("QT_QPA_FB_HIDECURSOR"), QStringLiteral("1"));
+    environment.insert(QStringLiteral("QT_QPA_PRESERVE_CONSOLE_STATE"), QStringLiteral("1"));
     m_process.setProcessEnvironment(environment);
     // Its pictures are beside the folder that the program is in.
     m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));

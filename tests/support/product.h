@@ -7,8 +7,8 @@
 class Product
 {
 public:
-    /// Starts it; with `awaitStart` returns when it serves its wires.
-    explicit Product(bool awaitStart = true);
+    /// Starts it on one of Qt's platforms; with `awaitStart` returns when it serves its wires.
+    explicit Product(bool awaitStart = true, const QString &platform = QStringLiteral("offscreen"));
     /// Kills it if it still runs.
     ~Product();
 
