@@ -1,6 +1,7 @@
 #include "deskrun.h"
 
-#include "faceplate.h"
+#include "unitchoice.h"
+#include "unitwindow.h"
 
 #include <QCoreApplication>
 
@@ -22,9 +23,13 @@ DeskRun::DeskRun(const Options &options, const QStringList &arguments)
 
 QString DeskRun::start()
 {
+    UnitChoice choice;
     QString error = m_lock.acquire(m_options.folder, "desk.lock");
     if (error.isEmpty()) {
-        error = m_desk.start(m_options.folder, largestFace);
+        error = chooseUnit(m_options, &choice);
+    }
+    if (error.isEmpty()) {
+        error = m_desk.start(m_options.folder, UnitWindow::extent(choice.isFrontPanel));
     }
     if (error.isEmpty()) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

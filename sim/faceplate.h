@@ -3,9 +3,6 @@
 #include <QPainter>
 #include <QSize>
 
-/// The widest and the highest of the windows, in pixels.
-constexpr QSize largestFace{1400, 860};
-
 // What the front of the unit is made of. For paint events.
 
 /// The bench that the unit stands on, and what lies there with it.

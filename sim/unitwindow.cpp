@@ -44,6 +44,11 @@ QRect functionPlace(size_t index)
 }
 } // namespace
 
+QSize UnitWindow::extent(bool isFrontPanel)
+{
+    return isFrontPanel ? QSize(frontPlate.width(), 860) : touchPlate.size();
+}
+
 UnitWindow::UnitWindow(sim::VirtualUnit *unit, int ports, bool isFrontPanel)
     : m_unit(unit)
     , m_ports(ports)
@@ -51,7 +56,7 @@ UnitWindow::UnitWindow(sim::VirtualUnit *unit, int ports, bool isFrontPanel)
     , m_board(new BoardView(ports, this))
 {
     qRegisterMetaType<Routing>();
-    setFixedSize(isFrontPanel ? largestFace : touchPlate.size());
+    setFixedSize(extent(isFrontPanel));
     drawFace();
     if (isFrontPanel) {
         addFrontPanel();

@@ -18,6 +18,9 @@ class UnitWindow : public QWidget
     Q_OBJECT
 
 public:
+    /// How large it is, in pixels.
+    static QSize extent(bool isFrontPanel);
+
     /// `ports` is 2..160, and 2..40 with a front panel.
     UnitWindow(sim::VirtualUnit *unit, int ports, bool isFrontPanel);
 
