@@ -88,7 +88,7 @@ void paintPlate(QPainter *painter, const QRect &rect)
         painter->fillRect(QRect(x, rect.top() + 1, 1, rect.height() - 2), QColor(0, 0, 0, 130));
         painter->fillRect(QRect(x + 1, rect.top() + 1, 1, rect.height() - 2), QColor(255, 255, 255, 22));
     }
-    const qreal in = earWidth / 2;
+    const qreal in = earWidth / 2.0;
     int angle = 20;
     for (const qreal x : {rect.left() + in, rect.right() - in}) {
         for (const qreal y : {rect.top() + 44.0, rect.bottom() - 44.0}) {

@@ -136,12 +136,13 @@ void UnitWindow::addFrontPanel()
 void UnitWindow::addKeys(const QString &title, int firstCode, const QColor &light, int top)
 {
     QPainter painter(&m_face);
-    const QRect head(keysLeft + 6, top, 600, 18);
+    const auto columnLeft = [](int column) { return column * keyPitch + (column >= 5 ? halfGap : 0); };
+    const QRect head(keysLeft + 6, top, columnLeft(std::min(m_ports, 10)) - 12, 18);
     paintLettering(&painter, head, Qt::AlignLeft | Qt::AlignVCenter, title, 12);
-    painter.fillRect(head.left() + 90, head.center().y() + 1, head.width() - 98, 1,
+    painter.fillRect(head.left() + 90, head.center().y() + 1, head.width() - 90, 1,
                      QColor(205, 208, 212, 90));
     for (int i = 0; i < m_ports; ++i) {
-        const int x = keysLeft + i % 10 * keyPitch + (i % 10 >= 5 ? halfGap : 0);
+        const int x = keysLeft + columnLeft(i % 10);
         addKey(firstCode + i, QString::number(i + 1), light,
                {x, top + keyHead + i / 10 * keyHeight(), keyPitch, keyHeight()});
     }
