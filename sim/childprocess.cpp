@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr int stopMs = 5000;
+constexpr int upMs = 10000;
 
 void signalGroup(qint64 pid, int signal)
 {
@@ -15,8 +15,9 @@ void signalGroup(qint64 pid, int signal)
 }
 } // namespace
 
-ChildProcess::ChildProcess(QObject *parent)
+ChildProcess::ChildProcess(QObject *parent, int stopMs)
     : QProcess(parent)
+    , m_stopMs(stopMs)
 {
     setStandardInputFile(nullDevice());
     connect(this, static_cast<void (QProcess::*)(int, ExitStatus)>(&QProcess::finished), this,
@@ -38,6 +39,17 @@ QString ChildProcess::launch(const QString &program, const QStringList &argument
     return {};
 }
 
+QString ChildProcess::bringUp(const ServerPart &server, const QStringList &arguments, const QString &log)
+{
+    setStandardErrorFile(log, QIODevice::Append);
+    QString error = launch(server.program, arguments);
+    if (error.isEmpty() && !waitForReadyRead(upMs)) {
+        stop();
+        error = QString("%1 did not come up, see %2").arg(server.program, log);
+    }
+    return error.isEmpty() ? error : QString("%1 (Debian package %2)").arg(error, server.package);
+}
+
 void ChildProcess::stop()
 {
     const qint64 pid = std::exchange(m_pid, 0);
@@ -45,7 +57,7 @@ void ChildProcess::stop()
         return;
     }
     signalGroup(pid, SIGTERM);
-    waitForFinished(stopMs);
+    waitForFinished(m_stopMs);
     signalGroup(pid, SIGKILL);
     waitForFinished();
 }

@@ -2,13 +2,20 @@
 
 #include <QProcess>
 
+/// A program that says on its output that it is up, and then no more.
+struct ServerPart {
+    const char *program;
+    const char *package; ///< Debian's
+};
+
 /// A process of its own group that never outlives this one, however that ends. For the thread that makes it.
 class ChildProcess : public QProcess
 {
     Q_OBJECT
 
 public:
-    explicit ChildProcess(QObject *parent = nullptr);
+    /// `stopMs` is how long stop() waits before it insists.
+    explicit ChildProcess(QObject *parent = nullptr, int stopMs = 5000);
 
     /// As stop(); too late for a derived class that listens to the process.
     ~ChildProcess() override;
@@ -17,7 +24,10 @@ public:
     /// that says why not.
     QString launch(const QString &program, const QStringList &arguments);
 
-    /// Ends the process and what it has started: asks, and after 5 s insists. Blocks until they have gone.
+    /// As launch(), with its messages added to the log file, and waits until it is up, at most 10 s.
+    QString bringUp(const ServerPart &server, const QStringList &arguments, const QString &log);
+
+    /// Ends the process and what it has started: asks, and later insists. Blocks until they have gone.
     void stop();
 
 signals:
@@ -30,5 +40,6 @@ protected:
 private:
     void onFinished();
 
+    const int m_stopMs;
     qint64 m_pid = 0; ///< 0 when there is none, or it is being stopped
 };

@@ -8,11 +8,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-QString FolderLock::acquire(const QString &folder)
+QString FolderLock::acquire(const QString &folder, const QString &lockFile)
 {
     QDir().mkpath(folder);
     m_file.reset(
-        open(QFile::encodeName(folder + "/mxsim.lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+        open(QFile::encodeName(folder + "/" + lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
     if (m_file.get() < 0) {
         return QString("cannot use the folder %1: %2").arg(folder, strerror(errno));
     }

@@ -1,16 +1,25 @@
 // mxsim: the control program on a unit without hardware, for people.
 
+#include "deskrun.h"
 #include "session.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QLoggingCategory>
 #include <QSocketNotifier>
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <sys/signalfd.h>
+#include <xcb/xcb.h>
 
 namespace
 {
+/// Variables with which a desk changes the look and the size of Qt's widgets.
+const char *const deskVariables[] = {"QT_QPA_PLATFORMTHEME",    "QT_STYLE_OVERRIDE",
+                                     "QT_SCALE_FACTOR",         "QT_AUTO_SCREEN_SCALE_FACTOR",
+                                     "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI"};
+
 /// Readable once the user wants to end the program. To be called before there is any other thread.
 int openStopSignals()
 {
@@ -23,37 +32,94 @@ int openStopSignals()
     return signalfd(-1, &stop, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-int fail(const QString &error)
+/// Says why mxsim ends, the first time that there is something to say. More often follows from that.
+int fail(const QString &reason)
 {
-    fprintf(stderr, "mxsim: %s\n", qPrintable(error));
+    static bool isSaid = false;
+    if (!reason.isEmpty() && !std::exchange(isSaid, true)) {
+        fprintf(stderr, "mxsim: %s\n", qPrintable(reason));
+    }
     return 1;
+}
+
+/// The platform plugin of Qt aborts when the display cannot be opened.
+QString checkDisplay()
+{
+    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
+    const bool isOpen = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return isOpen ? QString()
+                  : QString("there is no desk at the display \"%1\"").arg(qgetenv("DISPLAY").constData());
+}
+
+/// The unit looks like itself on every desk, and what Qt says of the desk's peculiarities is for nobody.
+void settleLook()
+{
+    for (const char *name : deskVariables) {
+        qunsetenv(name);
+    }
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    // With a visual of its own for OpenGL the window could not be the parent of another program's.
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    QLoggingCategory::setFilterRules("default.warning=false\nqt.qpa.xcb.warning=false");
+}
+
+std::unique_ptr<Run> theRun;
+
+/// Qt ends the process at once, by exit(), when the display goes. What was started has to end even so.
+void endLost()
+{
+    if (theRun) {
+        fail("the screen was closed");
+        theRun.reset();
+        std::_Exit(1);
+    }
+}
+
+int run(int stopSignals)
+{
+    QObject::connect(theRun.get(), &Run::ended, [isOver = false](const QString &reason, int code) mutable {
+        if (!std::exchange(isOver, true)) {
+            fail(reason);
+            QCoreApplication::exit(code);
+        }
+    });
+    const QString error = theRun->start();
+    if (!error.isEmpty()) {
+        return fail(error);
+    }
+    const QSocketNotifier notifier(stopSignals, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+    return QCoreApplication::exec();
 }
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const sim::Descriptor stopSignals(openStopSignals());
-    QCoreApplication app(argc, argv);
-
+    auto app = std::make_unique<QCoreApplication>(argc, argv);
     Options options;
-    QString error = parseOptions(app.arguments(), &options);
+    QString error = parseOptions(app->arguments(), &options);
+    const bool hasWindow = options.screen == ScreenKind::Window;
+    if (error.isEmpty() && hasWindow) {
+        error = checkDisplay();
+    }
     if (!error.isEmpty()) {
         return fail(error);
     }
-
-    Session session(options);
-    QObject::connect(&session, &Session::ended, [&error, &app](const QString &reason, int code) {
-        if (error.isEmpty()) {
-            fail(error = reason);
-            app.exit(code);
-        }
-    });
-    error = session.start();
-    if (!error.isEmpty()) {
-        return fail(error);
+    if (hasWindow) {
+        settleLook();
+        app.reset();
+        app = std::make_unique<QApplication>(argc, argv);
+        std::atexit(endLost);
     }
 
-    const QSocketNotifier notifier(stopSignals.get(), QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
-    return app.exec();
+    if (options.screen == ScreenKind::Vnc) {
+        theRun = std::make_unique<DeskRun>(options, app->arguments());
+    } else {
+        theRun = std::make_unique<Session>(options);
+    }
+    const int code = run(stopSignals.get());
+    theRun.reset();
+    return code;
 }

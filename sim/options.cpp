@@ -51,6 +51,12 @@ QString readScreen(const QString &text, ScreenKind *screen)
                                 : QString("--screen takes window, vnc or none, not \"%1\"").arg(text);
 }
 
+QString readFace(bool isTouchscreen, bool isFrontPanel, Face *face)
+{
+    *face = isTouchscreen ? Face::Touchscreen : isFrontPanel ? Face::FrontPanel : Face::AsLastTime;
+    return isTouchscreen && isFrontPanel ? "--touchscreen and --front-panel are not for one unit" : QString();
+}
+
 QString findProgram(const QString &path, Options *options)
 {
     const QFileInfo file(path);
@@ -74,18 +80,24 @@ QString parseOptions(const QStringList &arguments, Options *options)
     const NumberOption tcp{{"tcp-port", "TCP port for commands (5000).", "port", "5000"}, 1, 65535};
     const NumberOption udp{
         {"udp-port", "First of the eight UDP ports for commands (4000).", "port", "4000"}, 1, 65528};
-    const QCommandLineOption screen("screen",
-                                    "Where the unit's screen is: window, on this desk; vnc, for VNC viewers; "
-                                    "none (window on a desk, vnc elsewhere, none if QT_QPA_PLATFORM is set).",
-                                    "kind", defaultScreen());
+    const QCommandLineOption screen(
+        "screen",
+        "Where the unit is to be seen: window, on this desk; vnc, for VNC viewers; "
+        "none (window on a desk, vnc elsewhere, none if QT_QPA_PLATFORM is set).",
+        "kind", defaultScreen());
     const NumberOption vnc{
         {"vnc-port", "TCP port for VNC viewers (first free one from 5900 on).", "port"}, 1, 65535};
+    const QCommandLineOption touchscreen("touchscreen",
+                                         "Operated from the touchscreen (as last time, or this).");
+    const QCommandLineOption frontPanel(
+        "front-panel", "Operated from the front panel: LCD, keys and remote; up to 40 ports.");
+    const QCommandLineOption lcd("lcd", "Prints what the front panel's LCD shows, whenever it has changed.");
 
     QCommandLineParser parser;
     parser.setApplicationDescription("A matrix switcher without the hardware: runs its control program and\n"
                                      "shows what reaches the switching board.");
-    parser.addOptions(
-        {folder, ports.option, scenes.option, tcp.option, udp.option, screen, vnc.option, program});
+    parser.addOptions({folder, ports.option, scenes.option, touchscreen, frontPanel, lcd, tcp.option,
+                       udp.option, screen, vnc.option, program});
     const QCommandLineOption help = parser.addHelpOption();
     if (!parser.parse(arguments)) {
         return parser.errorText();
@@ -109,9 +121,15 @@ QString parseOptions(const QStringList &arguments, Options *options)
     readNumber(parser, tcp, &tcpPort, &error);
     readNumber(parser, udp, &udpPort, &error);
     readNumber(parser, vnc, &vncPort, &error);
+    if (error.isEmpty()) {
+        error = readFace(parser.isSet(touchscreen), parser.isSet(frontPanel), &options->face);
+    }
+    options->printLcd = parser.isSet(lcd);
     options->tcpPort = static_cast<quint16>(tcpPort);
     options->firstUdpPort = static_cast<quint16>(udpPort);
     options->vncPort = static_cast<quint16>(vncPort);
+    options->vncDesk = static_cast<quint16>(qEnvironmentVariableIntValue(vncDeskVariable));
+    qunsetenv(vncDeskVariable);
     options->folder = QDir::cleanPath(QDir::current().absoluteFilePath(parser.value(folder)));
     return error.isEmpty() ? findProgram(parser.value(program), options) : error;
 }

@@ -4,6 +4,12 @@
 
 #include <QStringList>
 
+/// With this variable mxsim tells itself the VNC port of the desk that it has made.
+constexpr char vncDeskVariable[] = "MXSIM_VNC_DESK";
+
+/// How the unit is operated.
+enum class Face { AsLastTime, Touchscreen, FrontPanel };
+
 /// What the command line of mxsim says.
 struct Options {
     QString folder;  ///< absolute
@@ -12,8 +18,11 @@ struct Options {
     int scenes = 0;  ///< 10..40; 0 when not given
     quint16 tcpPort = 0;
     quint16 firstUdpPort = 0; ///< of eight
+    Face face = Face::AsLastTime;
     ScreenKind screen = ScreenKind::None;
     quint16 vncPort = 0; ///< 0 when not given
+    quint16 vncDesk = 0; ///< the VNC port of the desk that mxsim itself has made; 0 on a desk of others
+    bool printLcd = false;
 };
 
 /// Reads the arguments, the program's own name first. Returns an empty text, or one line that says what is

@@ -7,26 +7,25 @@
 #include <QDir>
 #include <QTime>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 namespace
 {
-constexpr int defaultPorts = 16;
-constexpr int defaultScenes = 10;
+constexpr int lcdTurnMs = 20;
 } // namespace
 
 Session::Session(const Options &options)
     : m_options(options)
-    , m_screen(options.screen, options.vncPort)
 {
     connect(&m_program, &ControlProgram::up, this, &Session::onUp);
     connect(&m_program, &ControlProgram::failed, this, &Session::onProgramFailed);
-    connect(&m_screen, &Screen::closed, this,
-            [this](bool byUser) { emit ended("the screen was closed", byUser ? 0 : 1); });
-    connect(this, &Session::happened, this, &Session::onHappened, Qt::QueuedConnection);
+    connect(&m_screen, &Screen::closed, this, [this] { emit ended("the screen was closed", 1); });
+    connect(
+        this, &Session::happened, this, [this](const QString &line) { tell(line.toLocal8Bit()); },
+        Qt::QueuedConnection);
+    connect(&m_lcdTimer, &QTimer::timeout, this, &Session::lookAtLcd);
 }
 
 QString Session::start()
@@ -36,10 +35,13 @@ QString Session::start()
         error = checkNetworkPorts(m_options.tcpPort, m_options.firstUdpPort);
     }
     if (error.isEmpty()) {
-        error = m_screen.start(m_options.folder);
+        error = chooseUnit(m_options, &m_choice);
     }
     if (error.isEmpty()) {
         error = makeUnit();
+    }
+    if (error.isEmpty() && m_options.screen == ScreenKind::Window) {
+        error = makeWindow();
     }
     if (error.isEmpty()) {
         error = launchProgram();
@@ -50,26 +52,27 @@ QString Session::start()
 QString Session::makeUnit()
 {
     const std::string root = QFile::encodeName(m_options.folder).toStdString();
-    const bool isNew = !QFile::exists(QString::fromStdString(sim::settingsPath(root)));
-    const int scenes = m_options.scenes ? m_options.scenes : isNew ? defaultScenes : 0;
-    m_ports = m_options.ports ? m_options.ports : isNew ? defaultPorts : 0;
-    std::map<std::string, std::string> settings;
-    if (m_ports) {
-        settings["system/port"] = std::to_string(m_ports);
-    } else {
-        m_ports = std::max(2, std::min(sim::readSetting(root, "system/port", 0), 160));
-    }
-    if (scenes) {
-        settings["system/scene"] = std::to_string(scenes);
-    }
-
-    m_unit = std::make_unique<sim::VirtualUnit>(root, m_ports,
+    m_unit = std::make_unique<sim::VirtualUnit>(root, m_choice.ports,
                                                 [this](const sim::WireEvent &event) { observe(event); });
-    if (m_unit->error().empty() && !m_unit->writeSettings(settings)) {
+    if (m_unit->error().empty() && !m_unit->writeSettings(m_choice.settings)) {
         return QString("cannot write %1").arg(QString::fromStdString(sim::settingsPath(root)));
     }
     m_unit->plugCables();
+    if (m_options.printLcd) {
+        m_clock.start();
+        m_lcdTimer.start(lcdTurnMs);
+    }
     return QString::fromStdString(m_unit->error());
+}
+
+QString Session::makeWindow()
+{
+    m_window = std::make_unique<UnitWindow>(m_unit.get(), m_choice.ports, m_choice.isFrontPanel);
+    m_window->setWindowTitle("mxsim: " + QDir(m_options.folder).dirName());
+    connect(m_window.get(), &UnitWindow::closed, this, [this] { emit ended("the window was closed", 0); });
+    connect(this, &Session::routed, m_window.get(), &UnitWindow::showRouting, Qt::QueuedConnection);
+    m_window->show();
+    return m_choice.isFrontPanel ? QString() : m_screen.start(m_options.folder, m_window->touchscreenId());
 }
 
 QString Session::launchProgram()
@@ -88,7 +91,7 @@ QString Session::launchProgram()
     if (!environment.contains("FONTCONFIG_FILE")) {
         environment.insert("FONTCONFIG_FILE", libraries.filePath("fonts.conf"));
     }
-    m_screen.addTo(&environment);
+    addScreenTo(&environment);
     m_program.setProcessEnvironment(environment);
     // Pictures and help are beside the folder of the program, which looks for them from where it is started.
     m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
@@ -96,11 +99,42 @@ QString Session::launchProgram()
     return error.isEmpty() ? m_program.launch(m_options.program, {}) : error;
 }
 
+/// Where the program shows itself, if not where the environment says.
+void Session::addScreenTo(QProcessEnvironment *environment) const
+{
+    const bool hasWindow = m_options.screen == ScreenKind::Window;
+    if (!hasWindow && environment->contains("QT_QPA_PLATFORM")) {
+        return;
+    }
+    if (m_choice.isFrontPanel) {
+        environment->insert("QT_QPA_PLATFORM",
+                            "linuxfb:fb=" + m_options.folder + "/dev/fb0:nographicsmodeswitch");
+        // The input devices are those of this machine and not the unit's.
+        environment->insert("QT_QPA_FB_DISABLE_INPUT", "1");
+    } else if (hasWindow) {
+        m_screen.addTo(environment);
+        environment->insert("XDG_CURRENT_DESKTOP", "none");
+    } else {
+        environment->insert("QT_QPA_PLATFORM", "offscreen");
+    }
+}
+
+void Session::lookAtLcd()
+{
+    const std::string picture = m_lcd.look(m_unit->lcd(), m_clock.elapsed());
+    if (!picture.empty()) {
+        tell(QByteArray::fromStdString(picture));
+    }
+}
+
 void Session::observe(const sim::WireEvent &event)
 {
     const QString line = QString::fromStdString(m_text.line(event));
     if (!line.isEmpty()) {
         emit happened(QTime::currentTime().toString("hh:mm:ss.zzz ") + line);
+    }
+    if (const auto *frame = std::get_if<sim::SwitchFrame>(&event)) {
+        emit routed(frame->inputs);
     }
 }
 
@@ -114,14 +148,14 @@ void Session::onProgramFailed(const QString &reason)
 void Session::onUp()
 {
     m_isUp = true;
-    print(startMessage());
-    for (const QString &line : m_early) {
+    print(startMessage().toLocal8Bit());
+    for (const QByteArray &line : m_early) {
         print(line);
     }
     m_early.clear();
 }
 
-void Session::onHappened(const QString &line)
+void Session::tell(const QByteArray &line)
 {
     if (m_isUp) {
         print(line);
@@ -130,20 +164,20 @@ void Session::onHappened(const QString &line)
     }
 }
 
-void Session::print(const QString &text)
+void Session::print(const QByteArray &text)
 {
-    if (puts(text.toLocal8Bit().constData()) < 0 || fflush(stdout) != 0) {
+    if (puts(text.constData()) < 0 || fflush(stdout) != 0) {
         emit ended(QString("cannot write the output: %1").arg(strerror(errno)), 1);
     }
 }
 
 QString Session::startMessage() const
 {
-    const QString size = QString::number(m_ports);
+    const QString size = QString::number(m_choice.ports);
     const QString tcp = QString::number(m_options.tcpPort);
     const QString head = "The unit is up: a matrix of %1 inputs and %1 outputs.\n"
                          "\n"
-                         "  screen      %2\n";
+                         "  %2      %3\n";
     const QString lines = "  TCP         port %1\n"
                           "  UDP         ports %2 to %3\n"
                           "  serial 1    %4\n"
@@ -151,14 +185,29 @@ QString Session::startMessage() const
                           "  folder      %6\n"
                           "  settings    %7\n"
                           "  log         %8\n";
-    return head.arg(size, m_screen.whereabouts()) +
+    return head.arg(size, m_choice.isFrontPanel ? "panel " : "screen", whereabouts()) +
            lines.arg(tcp, QString::number(m_options.firstUdpPort),
                      QString::number(m_options.firstUdpPort + udpPortCount - 1), shownPath("serial1"),
                      shownPath("serial2"), shownPath(""), shownPath("home/app/config/setup.ini"),
                      shownPath("mxcontrol.log")) +
            QString("\nTo switch, type %1 over any of them, for instance after: nc 127.0.0.1 %2\n"
                    "Ctrl-C ends the unit. What happens on its switching board:\n")
-               .arg(m_ports < 4 ? "2x1." : "3x1&4.", tcp);
+               .arg(m_choice.ports < 4 ? "2x1." : "3x1&4.", tcp);
+}
+
+/// Where a person gets to see the unit; a second line is indented as in the start message.
+QString Session::whereabouts() const
+{
+    const QString what = m_choice.isFrontPanel ? "LCD, keys and remote in " : "";
+    if (m_options.screen == ScreenKind::None) {
+        return "none";
+    }
+    if (m_options.vncDesk == 0) {
+        return what + "a window of this desk";
+    }
+    return what + QString("vnc://127.0.0.1:%1, for any VNC viewer; from another machine\n"
+                          "              after: ssh -L %1:127.0.0.1:%1 this-machine")
+                      .arg(m_options.vncDesk);
 }
 
 /// A file of the unit, as seen from the current folder when it is below that.

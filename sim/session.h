@@ -3,52 +3,61 @@
 #include "controlprogram.h"
 #include "eventtext.h"
 #include "folderlock.h"
-#include "options.h"
+#include "lcdtext.h"
+#include "run.h"
 #include "screen.h"
+#include "unitchoice.h"
+#include "unitwindow.h"
 #include "virtualunit.h"
 
-#include <QStringList>
+#include <QElapsedTimer>
 
 #include <memory>
 
-/// One run of mxsim: the unit, the control program on it, and what a person gets to read on standard output.
-class Session : public QObject
+/// The unit, its window, the control program on it, and what a person gets to read on standard output.
+class Session : public Run
 {
     Q_OBJECT
 
 public:
     explicit Session(const Options &options);
 
-    /// Brings everything up to the start of the program. Returns an empty text, or one line that says why
-    /// not.
-    QString start();
+    /// Up to the start of the program, which may then fail to come up.
+    QString start() override;
 
 signals:
-    /// It is over before it was ended, with one line that says why and mxsim's exit code. More may follow
-    /// from what it has brought down.
-    void ended(const QString &reason, int code);
-
     /// Something happened on the unit; sent on the unit's thread.
     void happened(const QString &line);
 
+    /// The board has switched; sent on the unit's thread.
+    void routed(const Routing &routing);
+
 private:
     QString makeUnit();
+    QString makeWindow();
     QString launchProgram();
+    void addScreenTo(QProcessEnvironment *environment) const;
+    void lookAtLcd();
     void observe(const sim::WireEvent &event);
     void onProgramFailed(const QString &reason);
     void onUp();
-    void onHappened(const QString &line);
-    void print(const QString &text);
+    void tell(const QByteArray &line);
+    void print(const QByteArray &text);
     QString startMessage() const;
+    QString whereabouts() const;
     QString shownPath(const QString &file) const;
 
     const Options m_options;
-    int m_ports = 0;
+    UnitChoice m_choice;
     FolderLock m_lock;
     sim::EventText m_text; ///< for the unit's thread alone
     std::unique_ptr<sim::VirtualUnit> m_unit;
+    std::unique_ptr<UnitWindow> m_window; ///< none without a desk
     Screen m_screen;
     ControlProgram m_program; ///< ends before its screen and the unit
     bool m_isUp = false;
-    QStringList m_early; ///< what happened before the program was up
+    QList<QByteArray> m_early; ///< what happened before the program was up
+    sim::LcdText m_lcd;
+    QTimer m_lcdTimer;
+    QElapsedTimer m_clock;
 };

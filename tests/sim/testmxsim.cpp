@@ -1,3 +1,4 @@
+#include "lcdrecords.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -43,6 +44,12 @@ QByteArray vncGreeting(const QHostAddress &address, quint16 port)
     return socket.waitForReadyRead(deadlineMs) ? socket.read(7) : QByteArray();
 }
 
+/// The processes that it has started and that are there, the oldest first.
+QStringList childrenOf(const QProcess &process)
+{
+    return content(QString("/proc/%1/task/%1/children").arg(process.processId())).simplified().split(' ');
+}
+
 QString displaySocket(const QString &display)
 {
     return "/tmp/.X11-unix/X" + display.mid(1);
@@ -76,12 +83,16 @@ private slots:
              {Case({"--ports", "1"}, "--ports takes a number from 2 to 160, not \"1\""),
               Case({"--scenes", "10x"}, "--scenes takes a number from 10 to 40, not \"10x\""),
               Case({"--screen", "tv"}, "--screen takes window, vnc or none, not \"tv\""),
+              Case({"--touchscreen", "--front-panel"},
+                   "--touchscreen and --front-panel are not for one unit"),
               Case({"--speed"}, "Unknown option 'speed'."), Case({"8"}, "\"8\" is no option; see --help"),
               Case({"--folder", "/dev/null"}, "cannot use the folder /dev/null: Not a directory"),
               Case({"--program", "/etc/passwd"}, "there is no program /etc/passwd")}) {
             QCOMPARE(failure(arguments), "mxsim: " + error + "\n");
         }
         QVERIFY(!QFile::exists(file("unit")));
+        m_environment.insert("DISPLAY", ":none");
+        QCOMPARE(failure({"--screen=window"}), QString("mxsim: there is no desk at the display \":none\"\n"));
     }
 
     void takenPorts()
@@ -135,14 +146,52 @@ private slots:
         QVERIFY(mxsim.waitForFinished(deadlineMs));
     }
 
+    void touchscreenOrFrontPanel()
+    {
+        // Each as the last left the unit: the arguments, the setting afterwards, and the program's platform.
+        using Case = std::tuple<QStringList, QString, QString>;
+        const QString panel = "linuxfb:fb=" + file("unit") + "/dev/fb0:nographicsmodeswitch";
+        m_environment.remove("QT_QPA_PLATFORM");
+        for (const auto &[arguments, keypad, platform] :
+             {Case({"--ports=4"}, "", "offscreen"), Case({"--front-panel"}, "1", panel), Case({}, "1", panel),
+              Case({"--ports=64"}, "1", "offscreen"),
+              Case({"--touchscreen", "--ports=4"}, "0", "offscreen")}) {
+            QProcess mxsim;
+            start(mxsim, QStringList("--screen=none") + arguments, QRegularExpression("The unit is up"));
+            QCOMPARE(logWord(3), platform);
+            const auto setting =
+                QRegularExpression("\nkeypad=(.*)\n").match(content(file("unit/home/app/config/setup.ini")));
+            QCOMPARE(setting.captured(1), keypad);
+            mxsim.terminate();
+            QVERIFY(mxsim.waitForFinished(deadlineMs));
+        }
+        const QString error = "mxsim: the front panel is for at most 40 ports\n";
+        QCOMPARE(failure({"--front-panel", "--ports=41"}), error);
+    }
+
+    void printsTheLcd()
+    {
+        writeFile("bin/reset", lcdOutOfReset());
+        writeFile("bin/lcd", lcdOn() + lcdCorner(0xF0));
+        writeScript("(cd bin; cat reset >$MX_ROOT/dev/gpiodev; cat lcd >$MX_ROOT/dev/spidev2.0)" + program);
+        QProcess mxsim;
+        const QString output =
+            start(mxsim, {"--front-panel", "--ports=4", "--lcd"}, QRegularExpression("┘\n"));
+        const QRegularExpression picture(
+            "\n┌─{128}┐\n│[▀█]{4}[ ▄]{4}[^\n]{120}│\n(│[^\n]{128}│\n){31}└─{128}┘\n$");
+        QVERIFY2(output.contains(picture), qPrintable(output));
+        QVERIFY(output.contains("\n  panel       none\n"));
+        mxsim.terminate();
+        QVERIFY(mxsim.waitForFinished(deadlineMs));
+    }
+
     void screenForVncViewersAndNothingLeftRunning()
     {
         m_environment.remove("QT_QPA_PLATFORM");
         QTcpServer other;
         other.listen(QHostAddress::LocalHost, 5900);
         for (const int signal : {SIGKILL, SIGINT, SIGTERM}) {
-            // What was killed leaves its devices behind. The size stays in the settings: a board of another
-            // size would not understand the frame.
+            // The size stays in the settings: a board of another size would not understand the frame.
             QProcess mxsim;
             const QString text = start(mxsim, signal == SIGKILL ? QStringList("--ports=4") : QStringList());
             QVERIFY(text.contains(switched));
@@ -155,9 +204,12 @@ private slots:
             }
 
             QCOMPARE(logWord(3), QString("xcb"));
-            QFile cookieFile(logWord(6));
-            QVERIFY(cookieFile.exists());
-            QCOMPARE(cookieFile.permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+            const QFile deskCookie(file("unit/desk.cookie"));
+            for (const QString &cookie : {logWord(6), deskCookie.fileName()}) {
+                QVERIFY(QFile::exists(cookie));
+                QCOMPARE(QFile::permissions(cookie) & (QFile::ReadGroup | QFile::ReadOther),
+                         QFile::Permissions());
+            }
             // The display refuses whoever shows no cookie.
             QLocalSocket stranger;
             stranger.connectToServer(displaySocket(logWord(5)));
@@ -168,6 +220,8 @@ private slots:
             // Empty once the process has ended, even if whoever adopted it has not taken notice yet.
             const QString commandLine = "/proc/" + logWord(0) + "/cmdline";
             QVERIFY(!content(commandLine).isEmpty());
+            const QString inner = "/proc/" + childrenOf(mxsim).last() + "/cmdline";
+            QVERIFY(content(inner).contains("mxsim"));
             kill(static_cast<pid_t>(mxsim.processId()), signal);
             QVERIFY(mxsim.waitForFinished(deadlineMs));
             const bool killed = signal == SIGKILL;
@@ -175,21 +229,22 @@ private slots:
                            : content(commandLine).isEmpty());
             QVERIFY(runUntil([&] { return !QFile::exists(displaySocket(logWord(5))); }));
             QVERIFY(runUntil([&] { return vncGreeting(QHostAddress::LocalHost, port).isEmpty(); }));
-            QCOMPARE(cookieFile.exists(), killed);
+            QVERIFY(runUntil([&] { return content(inner).isEmpty(); }));
+            QCOMPARE(deskCookie.exists(), killed);
+            QVERIFY(QDir(file("unit/dev")).entryList(QDir::System | QDir::Files).isEmpty());
+            QVERIFY(!QFileInfo(file("unit/serial1")).isSymLink());
             if (!killed) {
                 QCOMPARE(mxsim.exitStatus(), QProcess::NormalExit);
                 QCOMPARE(mxsim.exitCode(), 0);
                 QCOMPARE(mxsim.readAllStandardError(), QByteArray());
                 QVERIFY(log().endsWith("\nhas its display\nasked to end\n"));
-                QVERIFY(QDir(file("unit/dev")).entryList(QDir::System | QDir::Files).isEmpty());
-                QVERIFY(!QFileInfo(file("unit/serial1")).isSymLink());
             }
         }
     }
 
-    /// One unit's screen is the desk of another; when that goes, which is an error, so does the window on it,
-    /// which is none.
-    void screenInWindow()
+    /// One unit's screen is the desk of others: it passes on what a person does there, and goes with its
+    /// desk.
+    void windowOnADesk()
     {
         m_environment.remove("QT_QPA_PLATFORM");
         QProcess desk;
@@ -198,51 +253,64 @@ private slots:
         m_environment.insert("XAUTHORITY", logWord(6, "desk"));
         m_tcpPort = freeTcpPort();
         m_udpPort = freeUdpPorts();
+        writeScript(
+            "for wire in '0 -c1' '1 -c2'; do set $wire; head $2 $MX_ROOT/dev/ttymxc$1 | od -An -tx1 & done" +
+            program);
+        QProcess panel;
+        QVERIFY(start(panel, {"--ports=4", "--front-panel"})
+                    .contains("\n  panel       LCD, keys and remote in a window of this desk\n"));
+        QProcess user;
+        user.setProcessEnvironment(m_environment);
+        user.start("xdotool", {"mousemove", "738", "112", "click", "1", "key", "7"});
+        QVERIFY(user.waitForFinished(deadlineMs));
+        QVERIFY(runUntil([&] { return log().contains(" 81 01\n") && log().contains(" 37\n"); }));
+        panel.terminate();
+        QVERIFY(panel.waitForFinished(deadlineMs));
+
         QProcess mxsim;
-        const QString text = start(mxsim, {"--ports=4"});
+        const QString text = start(mxsim, {"--touchscreen"});
         QVERIFY2(text.contains("\n  screen      a window of this desk\n"), qPrintable(text));
         QVERIFY(logWord(5) != logWord(5, "desk"));
         QVERIFY(QFile::exists(displaySocket(logWord(5))));
 
         // Its display was its first child.
-        const auto children = QString("/proc/%1/task/%1/children").arg(desk.processId());
-        const pid_t server = content(children).section(' ', 0, 0).toInt();
-        QVERIFY(server > 1);
-        kill(server, SIGTERM);
+        kill(childrenOf(desk).first().toInt(), SIGTERM);
         for (QProcess *each : {&desk, &mxsim}) {
             QVERIFY(each->waitForFinished(deadlineMs));
             QCOMPARE(each->readAllStandardError(), QByteArray("mxsim: the screen was closed\n"));
-            QCOMPARE(each->exitCode(), each == &desk ? 1 : 0);
+            QCOMPARE(each->exitCode(), 1);
         }
         QVERIFY(log().endsWith("\nasked to end\n"));
+        QVERIFY(QDir(file("unit/dev")).entryList(QDir::System | QDir::Files).isEmpty());
     }
 
-    void missingServers()
+    void missingServer()
     {
         m_environment.insert("PATH", file("bin"));
-        for (const auto &[kind, error] : {std::pair("vnc", "Xvfb: .* \\(Debian package xvfb\\)"),
-                                          {"window", "Xephyr: .* \\(Debian package xserver-xephyr\\)"}}) {
-            const QString text = failure({"--screen", kind});
-            QVERIFY2(
-                QRegularExpression(QString("^mxsim: cannot start %1\n$").arg(error)).match(text).hasMatch(),
-                qPrintable(text));
-        }
+        const QString text = failure({"--screen", "vnc"});
+        QVERIFY2(QRegularExpression("^mxsim: cannot start Xvfb: .* \\(Debian package xvfb\\)\n$")
+                     .match(text)
+                     .hasMatch(),
+                 qPrintable(text));
     }
 
 private:
     QString file(const QString &name) const { return m_folder->filePath(name); }
 
-    void writeScript(const QByteArray &text) const
+    void writeScript(const QByteArray &text) const { writeFile("bin/script", "#!/bin/sh\n" + text + "\n"); }
+
+    void writeFile(const QString &name, const QByteArray &bytes) const
     {
-        QFile script(file("bin/script"));
-        script.open(QIODevice::WriteOnly);
-        script.write("#!/bin/sh\n" + text + "\n");
-        script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile written(file(name));
+        written.open(QIODevice::WriteOnly);
+        written.write(bytes);
+        written.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     /// In the test's folder as the current one, so that the unit is in "unit" there; later options win.
-    /// Returns the output up to the first event on the board.
-    QString start(QProcess &mxsim, const QStringList &arguments = {}) const
+    /// Returns the output up to the first event on the board, or what it is awaited until.
+    QString start(QProcess &mxsim, const QStringList &arguments = {},
+                  const QRegularExpression &until = QRegularExpression("dark\n")) const
     {
         mxsim.setWorkingDirectory(m_folder->path());
         mxsim.setProcessEnvironment(m_environment);
@@ -252,8 +320,8 @@ private:
                             .arg(m_udpPort)
                             .split(' ') +
                         arguments);
-        QString output;
-        while (!output.contains("dark\n") && mxsim.waitForReadyRead(deadlineMs)) {
+        QByteArray output;
+        while (!QString(output).contains(until) && mxsim.waitForReadyRead(deadlineMs)) {
             output += mxsim.readAllStandardOutput();
         }
         return output;
