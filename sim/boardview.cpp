@@ -19,7 +19,7 @@ constexpr qreal finePitch = 5; ///< below it only every tenth trace is drawn
 /// Every how many numbers one has room that needs `extent` pixels.
 int numberStep(qreal pitch, qreal extent)
 {
-    for (const int step : {1, 2, 5, 10, 20}) {
+    for (const int step : {1, 5, 10, 20}) {
         if (step * pitch >= extent) {
             return step;
         }

@@ -89,7 +89,8 @@ int run(int stopSignals)
         return fail(error);
     }
     const QSocketNotifier notifier(stopSignals, QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+    QObject::connect(&notifier, &QSocketNotifier::activated, QCoreApplication::instance(),
+                     &QCoreApplication::quit);
     return QCoreApplication::exec();
 }
 } // namespace

@@ -108,9 +108,11 @@ void Session::addScreenTo(QProcessEnvironment *environment) const
     }
     if (m_choice.isFrontPanel) {
         environment->insert("QT_QPA_PLATFORM",
-                            "linuxfb:fb=" + m_options.folder + "/dev/fb0:nographicsmodeswitch");
-        // The input devices are those of this machine and not the unit's.
+                            "linuxfb:fb=" + m_options.folder + "/dev/fb0:tty=/dev/null:nographicsmodeswitch");
+        // Terminal and input devices are those of this machine and not the unit's.
         environment->insert("QT_QPA_FB_DISABLE_INPUT", "1");
+        environment->insert("QT_QPA_FB_HIDECURSOR", "1");
+        environment->insert("QT_QPA_PRESERVE_CONSOLE_STATE", "1");
     } else if (hasWindow) {
         m_screen.addTo(environment);
         environment->insert("XDG_CURRENT_DESKTOP", "none");

@@ -150,7 +150,7 @@ private slots:
     {
         // Each as the last left the unit: the arguments, the setting afterwards, and the program's platform.
         using Case = std::tuple<QStringList, QString, QString>;
-        const QString panel = "linuxfb:fb=" + file("unit") + "/dev/fb0:nographicsmodeswitch";
+        const QString panel = "linuxfb:fb=" + file("unit") + "/dev/fb0:tty=/dev/null:nographicsmodeswitch";
         m_environment.remove("QT_QPA_PLATFORM");
         for (const auto &[arguments, keypad, platform] :
              {Case({"--ports=4"}, "", "offscreen"), Case({"--front-panel"}, "1", panel), Case({}, "1", panel),
