@@ -36,13 +36,19 @@ void LcdView::paintEvent(QPaintEvent *)
     ground.setColorAt(1, m_light ? QColor(160, 190, 38) : QColor(70, 79, 50));
     painter.fillRect(glass, ground);
 
-    // Even a dot that is off takes a little light away.
+    // Even a dot that is off takes a little light away, and the gaps between those that are on are narrower
+    // than a pixel.
     const QColor on = m_light ? QColor(26, 36, 10) : QColor(34, 40, 22);
+    const QColor onGap = m_light ? QColor(26, 36, 10, 175) : QColor(34, 40, 22, 175);
     const QColor off(0, 0, 0, m_light ? 10 : 8);
     for (int y = 0; y < m_dots.height(); ++y) {
         for (int x = 0; x < m_dots.width(); ++x) {
-            painter.fillRect(border + x * dotSize, border + y * dotSize, dotSize - 1, dotSize - 1,
-                             m_dots.pixelIndex(x, y) ? on : off);
+            const QRect dot(border + x * dotSize, border + y * dotSize, dotSize - 1, dotSize - 1);
+            const bool isOn = m_dots.pixelIndex(x, y) != 0;
+            if (isOn) {
+                painter.fillRect(dot.adjusted(0, 0, 1, 1), onGap);
+            }
+            painter.fillRect(dot, isOn ? on : off);
         }
     }
 
