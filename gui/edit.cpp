@@ -83,13 +83,14 @@ Rect Edit::textArea() const
     return area;
 }
 
-/// A bar in the spacing before the character, or the character; at the edge if that is cut off.
+/// The spacing before the character, as a bar; or that and the character, so that it is framed at both sides. At
+/// the edge if it is cut off.
 Rect Edit::cursorRect() const
 {
     Rect cursor = cells(m_cursor, m_cursor + 1);
     const Rect area = inside();
+    cursor.x0 -= 1;
     if (m_insert) {
-        cursor.x0 -= 1;
         cursor.x1 = cursor.x0;
     }
     cursor.x0 = std::max(std::min(cursor.x0, area.x1), area.x0);

@@ -84,13 +84,13 @@ Window *nextInvalid(Window *from, Rect &area)
 {
     Window *window = from;
     while (window != nullptr) {
-        if (window->isShown() && window->turn != s_turn) {
+        if (window->turn != s_turn) {
             area = window->takeInvalid();
             if (!isEmpty(area)) {
                 return window;
             }
         }
-        window = window->isShown() ? window->next() : window->following();
+        window = window->next();
     }
     return nullptr;
 }

@@ -35,8 +35,12 @@ public:
 protected:
     Rect bounds() const;
     Rect inside() const { return shrunk(bounds(), m_edge); }
-    /// The text is aligned in it and cut off by it.
-    virtual Rect textArea() const { return inside(); }
+    /// The text is aligned in it and cut off by it: what is inside, as far as it is on the display, so that a
+    /// text is not cut in half as long as there is room for all of it.
+    virtual Rect textArea() const
+    {
+        return intersection(inside(), moved(DisplayRect, -rect().x0, -rect().y0));
+    }
     virtual bool showsText() const { return true; }
     /// The characters from `first` up to, not including, `last`.
     Rect cells(int first, int last) const;
