@@ -83,8 +83,8 @@ Rect Edit::textArea() const
     return area;
 }
 
-/// The spacing before the character, as a bar; or that and the character, so that it is framed at both sides. At
-/// the edge if it is cut off.
+/// The spacing before the character, as a bar; or that and the character, so that it is framed at both sides.
+/// At the edge if it is cut off.
 Rect Edit::cursorRect() const
 {
     Rect cursor = cells(m_cursor, m_cursor + 1);

@@ -2,7 +2,6 @@
 
 #include "drawing.h"
 #include "hooks.h"
-#include "messages.h"
 #include "window.h"
 
 #include <algorithm>
@@ -15,7 +14,6 @@ constexpr std::uint32_t PaintEveryMs = 10;
 
 int GUI_Init()
 {
-    resetFocus();
     resetWindows();
     resetDrawing();
     WIDGET_SetDefaultEffect_Simple();

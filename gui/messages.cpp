@@ -22,11 +22,6 @@ void send(WM_Handle window, WM_MessageId id)
     WM_SendMessage(window, message);
 }
 
-void resetFocus()
-{
-    s_focus = 0;
-}
-
 void WM_SetCallback(WM_Handle window, WM_Callback callback)
 {
     if (Window *const hearing = findWindow(window)) {

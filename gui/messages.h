@@ -4,6 +4,3 @@
 
 /// Sends a message that says nothing but its id.
 void send(WM_Handle window, WM_MessageId id);
-
-/// Takes the focus away without a message.
-void resetFocus();

@@ -9,7 +9,7 @@ namespace
 {
 std::uint16_t *rowAt(int x, int y)
 {
-    return pLcdBuffer + x + LCD_XSIZE * y;
+    return &pLcdBuffer[x + LCD_XSIZE * y];
 }
 
 /// To be called after the dots were written.
@@ -96,8 +96,8 @@ void LCD_L0_FillRect(int x0, int y0, int x1, int y1, int index)
 
 void LCD_L0_DrawBitmap(int x, int y, const LCD_Bits &bits)
 {
-    for (int line = 0; line < bits.height; ++line) {
-        const std::uint8_t *source = bits.data + line * bits.bytesPerLine;
+    const std::uint8_t *source = bits.data;
+    for (int line = 0; line < bits.height; ++line, source += bits.bytesPerLine) {
         std::uint16_t *target = rowAt(x, y + line);
         for (int i = 0; i < bits.width; ++i) {
             const int value = dotOf(bits, source, bits.firstDot + i);

@@ -9,7 +9,7 @@
 
 namespace
 {
-constexpr int FrameWidth = 1024; ///< of the touchscreen, 16 bits a dot
+constexpr size_t FrameWidth = 1024; ///< of the touchscreen, 16 bits a dot
 
 constexpr GUI_Color Palette[] = {GUI_WHITE, GUI_BLACK};
 std::uint8_t dots[LCD_YSIZE][LCD_XSIZE];
@@ -31,9 +31,9 @@ const GUI_Bitmap bmbmp_startup = {LCD_XSIZE, LCD_YSIZE, LCD_XSIZE, 8, dots[0], P
 void loadStartBitmap()
 {
     const std::vector<std::uint16_t> frame = readFrame();
-    for (int y = 0; y < bmbmp_startup.height; ++y) {
-        for (int x = 0; x < bmbmp_startup.width; ++x) {
-            dots[y][x] = frame[static_cast<size_t>(y * FrameWidth + x)] == 0 ? 1 : 0;
+    for (size_t y = 0; y < bmbmp_startup.height; ++y) {
+        for (size_t x = 0; x < bmbmp_startup.width; ++x) {
+            dots[y][x] = frame[y * FrameWidth + x] == 0 ? 1 : 0;
         }
     }
 }

@@ -1,0 +1,172 @@
+#include "testdisplay.h"
+
+#include "hooks.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+TestDisplay display;
+
+void TestDisplay::forget()
+{
+    damage = {0, 0, -1, -1};
+    paints = {};
+}
+
+bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
+{
+    return !isDamaged() || (isWithin(rect, damage.x0, damage.y0) && isWithin(rect, damage.x1, damage.y1));
+}
+
+int TestDisplay::mostPaints() const
+{
+    int most = 0;
+    for (const auto &row : paints) {
+        most = std::max<int>(most, *std::max_element(row.begin(), row.end()));
+    }
+    return most;
+}
+
+void TestDisplay::put(int x, int y, int index)
+{
+    if (!isWithin({0, 0, LCD_XSIZE - 1, LCD_YSIZE - 1}, x, y)) {
+        ++outside;
+        return;
+    }
+    damage = isDamaged() ? GUI_Rect{std::min(damage.x0, x), std::min(damage.y0, y), std::max(damage.x1, x),
+                                    std::max(damage.y1, y)}
+                         : GUI_Rect{x, y, x, y};
+    dots[y][x] = index & 1;
+    ++paints[y][x];
+}
+
+void start()
+{
+    display = TestDisplay();
+    QCOMPARE(GUI_Init(), 0);
+    display.forget();
+}
+
+void paintAnew()
+{
+    display.forget();
+    WM_Exec();
+}
+
+Dots repainted()
+{
+    WM_DeleteWindow(WM_CreateWindow(0, 0, LCD_XSIZE, LCD_YSIZE, 0, WM_VISIBLE, nullptr));
+    WM_Exec();
+    return display.dots;
+}
+
+QByteArray difference(const Dots &actual, const Dots &expected)
+{
+    QByteArray screen;
+    QByteArray first;
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        for (int x = 0; x < LCD_XSIZE; ++x) {
+            if (first.isEmpty() && actual[y][x] != expected[y][x]) {
+                first = QByteArray("dot ") + QByteArray::number(x) + ',' + QByteArray::number(y) + " is " +
+                        QByteArray::number(actual[y][x]) + ", expected " + QByteArray::number(expected[y][x]);
+            }
+            screen += actual[y][x] == 0 ? '#' : '.';
+        }
+        screen += '\n';
+    }
+    if (!first.isEmpty()) {
+        std::fputs(screen.constData(), stderr);
+    }
+    return first;
+}
+
+bool isWithin(const GUI_Rect &rect, int x, int y)
+{
+    return x >= rect.x0 && x <= rect.x1 && y >= rect.y0 && y <= rect.y1;
+}
+
+bool isTextDot(const char *text, int textX, int textY, int x, int y)
+{
+    const int column = x - textX;
+    const int length = static_cast<int>(std::strlen(text));
+    if (column < 0 || column >= 6 * length || y < textY || y >= textY + 8) {
+        return false;
+    }
+    const auto character = static_cast<unsigned char>(text[column / 6]);
+    return (GUI_Font6x8.glyph(character)[y - textY] & 0x80 >> column % 6) != 0;
+}
+
+// The port.
+
+int LCD_L0_Init()
+{
+    return display.initError;
+}
+
+void LCD_L0_On() {}
+
+int LCD_L0_Color2Index(GUI_Color color)
+{
+    return LCD_Color2Index_1(color);
+}
+
+void LCD_L0_SetPixelIndex(int x, int y, int index)
+{
+    display.put(x, y, index);
+}
+
+void LCD_L0_XorPixel(int x, int y)
+{
+    display.put(x, y, 1 - display.dots[y][x]);
+}
+
+void LCD_L0_DrawHLine(int x0, int y, int x1, int index)
+{
+    LCD_L0_FillRect(x0, y, x1, y, index);
+}
+
+void LCD_L0_DrawVLine(int x, int y0, int y1, int index)
+{
+    LCD_L0_FillRect(x, y0, x, y1, index);
+}
+
+void LCD_L0_FillRect(int x0, int y0, int x1, int y1, int index)
+{
+    for (int y = y0; y <= y1; ++y) {
+        for (int x = x0; x <= x1; ++x) {
+            display.put(x, y, index);
+        }
+    }
+}
+
+void LCD_L0_DrawBitmap(int x, int y, const LCD_Bits &bits)
+{
+    for (int row = 0; row < bits.height; ++row) {
+        const std::uint8_t *const data = bits.data + std::ptrdiff_t(row) * bits.bytesPerLine;
+        for (int column = 0; column < bits.width; ++column) {
+            const int dot = bits.firstDot + column;
+            const int value = bits.bitsPerPixel == 8 ? data[dot] : data[dot / 8] >> (7 - dot % 8) & 1;
+            const int index = bits.indices[value < bits.indexCount ? value : 0];
+            if (index >= 0) {
+                display.put(x + column, y + row, index);
+            }
+        }
+    }
+}
+
+void GUI_X_Init() {}
+
+std::uint32_t GUI_X_GetTime()
+{
+    return display.now;
+}
+
+void GUI_X_Delay(std::uint32_t ms)
+{
+    display.now += ms;
+}
+
+void GUI_X_ExecIdle() {}
+
+void GUI_X_Warn(const char * /*text*/) {}

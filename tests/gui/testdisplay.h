@@ -1,0 +1,68 @@
+#pragma once
+
+#include "gui.h"
+
+#include <QByteArray>
+#include <QTest>
+#include <array>
+
+/// What the display shows; 0 is a black dot.
+using Dots = std::array<std::array<unsigned char, LCD_XSIZE>, LCD_YSIZE>;
+
+/// The display that the tests' port drives. Dots that are drawn outside of it are counted instead.
+struct TestDisplay {
+    Dots dots{};
+    Dots paints{}; ///< how often each dot was drawn since `forget`
+    GUI_Rect damage{0, 0, -1, -1};
+    int outside = 0;
+    int initError = 0;
+    std::uint32_t now = 0;
+
+    /// Damage begins anew.
+    void forget();
+    bool isDamaged() const { return damage.x1 >= damage.x0; }
+    bool isDamageWithin(const GUI_Rect &rect) const;
+    int mostPaints() const;
+    void put(int x, int y, int index);
+};
+extern TestDisplay display;
+
+/// Starts the library on a white display.
+void start();
+/// Paints, and forgets what was damaged before.
+void paintAnew();
+/// Dots as they are when all that is visible is painted anew.
+Dots repainted();
+
+/// The first dot that differs, empty when none does; prints all dots then, too many for a message of Qt Test.
+QByteArray difference(const Dots &actual, const Dots &expected);
+
+/// The display by a rule: `lit(x, y)` is true where a dot is to be black.
+template <class Rule>
+Dots dotsWhere(Rule lit)
+{
+    Dots dots;
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        for (int x = 0; x < LCD_XSIZE; ++x) {
+            dots[y][x] = lit(x, y) ? 0 : 1;
+        }
+    }
+    return dots;
+}
+
+bool isWithin(const GUI_Rect &rect, int x, int y);
+/// Whether a text that begins at the place, in the 6 x 8 font, has a dot there.
+bool isTextDot(const char *text, int textX, int textY, int x, int y);
+
+#define COMPARE_DOTS(actual, expected)                                                                       \
+    do {                                                                                                     \
+        const QByteArray found = difference(actual, expected);                                               \
+        QVERIFY2(found.isEmpty(), found.constData());                                                        \
+    } while (false)
+
+/// What is shown is what painting all of it anew shows.
+#define COMPARE_REPAINTED()                                                                                  \
+    do {                                                                                                     \
+        const Dots shown = display.dots;                                                                     \
+        COMPARE_DOTS(shown, repainted());                                                                    \
+    } while (false)
