@@ -230,6 +230,9 @@ int GUI_SendKeyMsg(int key, int pressed);
 
 // Widgets: what all of them have ----------------------------------------------------------------------------
 
+// Texts and the texts of buttons are aligned in what the display shows of them: one that reaches beyond is
+// not cut as long as there is room for all of its text.
+
 /// The look of an edge: nothing, or a line one dot wide in the widget's text colour when it is released.
 struct WIDGET_Effect {
     int width; ///< what contents keep off, in dots, 0..32; the line is at its outside

@@ -48,6 +48,7 @@ void Widget::paintText(const Look &look) const
     GUI_SetColor(look.text);
     GUI_SetBkColor(look.background);
     GUI_SetFont(m_font);
+    GUI_SetTextMode(GUI_TEXT_SOLID);
     GUI_DispStringInRect(m_text.c_str(), textArea(), m_align);
 }
 
