@@ -10,8 +10,8 @@ enum class GpioLine {
     PanelLight2 = 3, ///< always as the one before
     Buzzer = 4,
     Switching = 8,       ///< high while a switch frame is built and sent
-    SceneIndicator = 9,  ///< front panel: the SCENE page is shown
-    SwitchIndicator = 10 ///< front panel: the SWITCH page is shown
+    SceneIndicator = 9,  ///< front panel: high from the SCENE page on, low from the SWITCH page on
+    SwitchIndicator = 10 ///< the other way round
 };
 
 /// The GPIO character device "/dev/gpiodev". Any thread.

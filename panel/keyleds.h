@@ -3,11 +3,16 @@
 #include <cstdint>
 #include <functional>
 
-/// Takes LED bytes for the key board: n is the LED of key n off, 0x80 | n on, 0 all off.
+/// Takes LED bytes for the key board.
 using LedWriter = std::function<void(const std::uint8_t *bytes, int n)>;
 
-constexpr std::uint8_t LedOn = 0x80;
 constexpr std::uint8_t AllLedsOff = 0x00;
+
+/// Switches the LED of a key (1 to 127).
+constexpr std::uint8_t ledByte(int key, bool isOn)
+{
+    return static_cast<std::uint8_t>(isOn ? 0x80 | key : key);
+}
 
 /// The LEDs of the key board. They are sent again and again, so that a board that was plugged in late shows
 /// them as well.

@@ -47,7 +47,8 @@ void *thread_keypad(void *)
     while (run) {
         WM_Exec();
         msleep(CycleMs);
-        menu.step(readKey(), readInfrared());
+        const int key = readKey();
+        menu.step(key, readInfrared());
     }
     return nullptr;
 }

@@ -30,7 +30,7 @@ void MapList::show(int slot)
     }
     ++m_cycles;
 
-    quint16 inputs[MxMaxPort];
+    quint16 inputs[MxMaxPort] = {};
     Routing::copyMap(*g_mxConfig, slot, inputs);
     const bool isSecond = m_secondHalf && ports > MapButtons;
     showFrom(isSecond ? MapButtons : 0, ports, inputs);

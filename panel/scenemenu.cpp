@@ -30,7 +30,7 @@ void SceneMenu::enter()
 void SceneMenu::show()
 {
     if (m_leds.isDue(LedCycles)) {
-        const std::uint8_t bytes[] = {AllLedsOff, LedOn};
+        const std::uint8_t bytes[] = {AllLedsOff, ledByte(m_scene, true)};
         m_leds.send(bytes, sizeof bytes);
     }
     constexpr const char *Suffixes[] = {"", " saved", " loaded"};

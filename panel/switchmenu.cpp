@@ -10,11 +10,6 @@
 namespace
 {
 constexpr int LedCycles = 5;
-
-std::uint8_t ledByte(int key, bool isOn)
-{
-    return static_cast<std::uint8_t>(key | (isOn ? LedOn : 0));
-}
 } // namespace
 
 SwitchMenu::SwitchMenu(KeyLeds &leds)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "displayport.h"
+#include "framememory.h"
 #include "menu.h"
 #include "pages.h"
 #include "testunit.h"

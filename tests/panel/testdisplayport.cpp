@@ -1,4 +1,5 @@
 #include "displayport.h"
+#include "filedescriptor.h"
 #include "framememory.h"
 #include "hooks.h"
 #include "lcdframe.h"
@@ -6,12 +7,42 @@
 #include "testregistry.h"
 #include "testunit.h"
 
+#include <QDir>
 #include <QTest>
+#include <fcntl.h>
+#include <linux/spi/spidev.h>
 #include <random>
 
 namespace
 {
 constexpr int DeadlineMs = 10000;
+
+/// A unit whose panel has ended before the control object goes, however the test ends.
+struct RunningPanel : TestUnit {
+    explicit RunningPanel(int ports = 8)
+        : TestUnit(ports)
+    {
+        start(false);
+    }
+    ~RunningPanel() { LCD_GUI_DeInit(); }
+};
+
+/// As a terminal driver sets up a serial port.
+void cook(const QString &device)
+{
+    const FileDescriptor port(::open(device.toLocal8Bit().constData(), O_RDWR | O_NOCTTY));
+    termios attributes{};
+    tcgetattr(port.get(), &attributes);
+    attributes.c_iflag |= ICRNL;
+    attributes.c_oflag |= OPOST;
+    attributes.c_lflag |= ICANON | ECHO | ISIG;
+    tcsetattr(port.get(), TCSANOW, &attributes);
+}
+
+int openDescriptors()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).entryList().size();
+}
 
 bool isLitInMemory(int x, int y)
 {
@@ -80,7 +111,8 @@ private slots:
         QCOMPARE(LCD_L0_GetPixelIndex(127, 63), 0xFF);
         LCD_L0_XorPixel(0, 0);
         LCD_L0_XorPixel(127, 62);
-        QVERIFY(!isLitInMemory(0, 0) && isLitInMemory(127, 62));
+        LCD_L0_XorPixel(0, 63);
+        QVERIFY(!isLitInMemory(0, 0) && isLitInMemory(127, 62) && BSP_LCD_GetPixel(0, 63) == 0xFFFF);
         for (const int outside : {-1, 128, -100000, 100000}) {
             BSP_LCD_SetPixel(outside, outside, 1);
             BSP_LCD_SetCursor(outside, outside);
@@ -90,10 +122,13 @@ private slots:
 
     void startedAndStoppedAgainAndAgain()
     {
-        TestUnit unit(8);
-        unit.start(false);
+        RunningPanel unit;
         LCD_GUI_DeInit();
         sim::VirtualUnit &hardware = unit.hardware();
+        for (const char *device : {"/dev/ttymxc0", "/dev/ttymxc1"}) {
+            cook(unit.path(device));
+        }
+        const int descriptors = openDescriptors() + 2; // the serial links stay open
         for (const bool stops : {true, false, false, true}) {
             const uint64_t before = hardware.lcd().frameCount();
             QCOMPARE(LCD_GUI_Init(), 0);
@@ -102,7 +137,11 @@ private slots:
                 LCD_GUI_DeInit();
             }
         }
+        QCOMPARE(openDescriptors(), descriptors);
+        QVERIFY((fcntl(fd_keypad_dev, F_GETFL) & fcntl(fd_iruart_dev, F_GETFL) & O_NONBLOCK) != 0);
         QVERIFY(hardware.panelLight());
+        lcd_off();
+        QVERIFY(hardware.waitFor([&] { return !hardware.panelLight(); }, DeadlineMs));
         const termios keys = hardware.attributes(sim::Wire::Keys);
         QVERIFY(keys.c_iflag == IGNPAR && keys.c_oflag == 0 && cfgetispeed(&keys) == B115200);
         QVERIFY((keys.c_lflag & (ICANON | ECHO | ISIG)) == 0);
@@ -110,10 +149,48 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
+    /// The controller's reset and set-up, and the way each transfer is made.
+    void setUpOfTheController()
+    {
+        RunningPanel unit;
+        sim::VirtualUnit &hardware = unit.hardware();
+        QCOMPARE(LCD_GUI_Init(), 0);
+        QVERIFY(hardware.waitFor([&] { return hardware.lcd().transfers().size() > 2; }, DeadlineMs));
+        const std::vector<sim::LcdTransfer> transfers = hardware.lcd().transfers();
+        QCOMPARE(transfers[0].bytes, (std::vector<uint8_t>{0xF8, 0x30, 0x60}));
+        QCOMPARE(transfers[1].bytes, (std::vector<uint8_t>{0xF8, 0x40, 0x00}));
+        QVERIFY(transfers[1].timeUs - transfers[0].timeUs >= 100);
+        std::vector<sim::LineWrite> panel;
+        for (const sim::LineWrite &write : hardware.gpio().history()) {
+            if (write.line >= 1 && write.line <= 3) {
+                panel.push_back(write);
+            }
+        }
+        const int expected[][2] = {{1, 0}, {1, 1}, {2, 1}, {3, 1}};
+        QCOMPARE(panel.size(), size_t(4));
+        for (size_t i = 0; i < 4; ++i) {
+            QVERIFY(panel[i].line == expected[i][0] && panel[i].level == expected[i][1]);
+        }
+        QVERIFY(panel[1].timeUs - panel[0].timeUs >= 10000);
+        spi_ioc_transfer transfer{};
+        transfer.speed_hz = 1000000;
+        transfer.delay_usecs = 100;
+        transfer.bits_per_word = 8;
+        const std::string constants(reinterpret_cast<const char *>(&transfer.speed_hz), 7);
+        QVERIFY(hardware.takeReceived(sim::Wire::Spi).find(constants) != std::string::npos);
+    }
+
+    void clockOfTheLibrary()
+    {
+        const std::uint32_t start = GUI_X_GetTime();
+        GUI_X_Delay(20);
+        QVERIFY(GUI_X_GetTime() - start >= 20);
+        QCOMPARE(GUI_TOUCH_X_ActivateX(5), 5U);
+    }
+
     void anUnchangedFrameIsSentOnce()
     {
-        TestUnit unit(8);
-        unit.start(false);
+        RunningPanel unit;
         QCOMPARE(LCD_GUI_Init(), 0);
         sim::VirtualUnit &hardware = unit.hardware();
         // LEDs are refreshed every 50 ms once the menu runs.
@@ -153,8 +230,7 @@ private slots:
 
     void tooManyPorts()
     {
-        TestUnit unit(41);
-        unit.start(false);
+        RunningPanel unit(41);
         QCOMPARE(LCD_GUI_Init(), 0);
         QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().lcd().frameCount() >= 2; }, DeadlineMs));
         unit.hardware().pressKey(115);

@@ -53,7 +53,7 @@ private slots:
         for (const int key : {116, 10, 1, 10, 112, 112, 112, 10, 10, 7}) {
             press(key);
         }
-        QVERIFY(holds([&] { return text({32, 14, 32 + 12 * 6, 21}) == "010.168.007."; }));
+        QVERIFY(holds([&] { return text({32, 14, 32 + 11 * 6, 21}) == "010.168.007"; }));
         QVERIFY(m_hardware->lcd().isLit(32 + 1 + 12 * 6, 21)); // the cursor, on the next digit
         press(113);
         QVERIFY(holds([&] { return unit.fileContent("/etc/eth0.conf").contains("ADDRESS=10.168.7.80\n"); }));
@@ -63,8 +63,13 @@ private slots:
         QVERIFY(holds([&] { return mapButton(1) == "03>02"; }));
         QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
         QVERIFY(holds([&] { return mapButton(1) == ">02"; }));
+        type("5X");
+        QVERIFY(shows("SWITCH", "05>"));
+        QVERIFY(holds([&] { return switchButton(0) == "01"; }));
         type("2R");
         QVERIFY(shows("SCENE", "2 loaded"));
+        QVERIFY(lights({2}) && !m_hardware->keys().isLit(5));
+        QVERIFY(holds([&] { return mapButton(0) == "05>01" && mapButton(7) == "01>08"; }));
         QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
         QCOMPARE(product.end(SIGTERM), 0);
         QCOMPARE(unit.faults(), QByteArray());
@@ -75,7 +80,8 @@ private slots:
     {
         TestUnit unit(8, WithPanel);
         m_hardware = &unit.hardware();
-        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") + unit.path("/dev/fb0"));
+        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
+                                  unit.path("/dev/fb0"));
         const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
         QCOMPARE(picture.size(), QSize(128, 64));
         QVERIFY(holds([&] {

@@ -122,8 +122,14 @@ private slots:
         unit.act("menu");
         QCOMPARE(unit.takeLeds(), QByteArray("00"));
         QVERIFY(indicators(1, 0));
-        unit.act("wait7");
-        QCOMPARE(unit.takeLeds(), QByteArray("0080"));
+        unit.act("wait6");
+        QCOMPARE(unit.takeLeds(), QByteArray());
+        unit.step();
+        QCOMPARE(unit.takeLeds(), QByteArray("0081"));
+        for (const auto &[words, led] : {std::pair("right", "0082"), {"in9", "0089"}, {"ir4S", "0084"}}) {
+            unit.act(words + QByteArray(" wait9"));
+            QCOMPARE(unit.takeLeds().left(4), QByteArray(led));
+        }
         unit.act("menu wait50");
         QCOMPARE(unit.takeLeds(), QByteArray("00"));
         unit.act("menu wait50");
@@ -155,6 +161,12 @@ private slots:
         QCOMPARE(unit.texts(ViewPage, 0, 20), second);
         unit.step();
         QCOMPARE(unit.texts(ViewPage, 0, 3), first);
+
+        unit.act("wait500 menu menu wait300"); // both show their second half, and begin anew
+        unit.act("menu menu");
+        QCOMPARE(unit.texts(ViewPage, 0, 3), first);
+        unit.act("menu menu");
+        QCOMPARE(unit.texts(ScenePage, 0, 1), QByteArray("01>01"));
     }
 
     void inputsBeyondTheMatrixShowAsNone()

@@ -74,6 +74,24 @@ private slots:
         QCOMPARE(unit.field(0), QByteArray("010.169.000.080"));
     }
 
+    void allFieldsAreSavedAndLoaded()
+    {
+        PanelUnit unit;
+        for (int i = 0; i < SetupFields; ++i) {
+            EDIT_SetText(WM_GetDialogItem(hWin[SetupPage], IdEdit + i),
+                         "001.002.003.00" + QByteArray::number(i));
+        }
+        unit.act("menu menu save");
+        const QByteArray files = unit.fileContent("/etc/eth0.conf") + unit.fileContent("/etc/eth1.conf");
+        const char *const keys[] = {"ADDRESS", "NETMASK", "GATEWAY"};
+        for (int i = 0; i < SetupFields; ++i) {
+            const QByteArray line = QByteArray(keys[i % 3]) + "=1.2.3." + QByteArray::number(i) + "\n";
+            QVERIFY2(files.contains(line), line.constData());
+        }
+        unit.act("edit in9 load");
+        QCOMPARE(unit.field(5), QByteArray("001.002.003.005"));
+    }
+
     void whatIsNoAddress()
     {
         const std::pair<const char *, const char *> texts[] = {

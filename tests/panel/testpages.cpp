@@ -1,0 +1,90 @@
+#include "panelunit.h"
+#include "startbitmap.h"
+#include "testregistry.h"
+
+#include <QTest>
+
+namespace
+{
+GUI_Rect area(int x, int y, int width, int height)
+{
+    return {x, y, x + width - 1, y + height - 1};
+}
+
+bool isAt(Page page, int id, const GUI_Rect &place)
+{
+    const GUI_Rect rect = WM_GetWindowRect(WM_GetDialogItem(hWin[page], id));
+    return rect.x0 == place.x0 && rect.y0 == place.y0 && rect.x1 == place.x1 && rect.y1 == place.y1;
+}
+} // namespace
+
+/// Where things are on the LCD, and its start picture.
+class TestPages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void widgetsAreInTheirPlaces()
+    {
+        PanelUnit unit(40);
+        QVERIFY(isAt(MenuHeader, 1000, area(0, 0, 48, 12)));
+        QVERIFY(isAt(MenuHeader, 1001, area(48, 0, 80, 12)));
+        for (int i = 0; i < 40; ++i) {
+            QVERIFY(isAt(SwitchPage, 2000 + i, area(i % 8 * 16 + 1, 12 + i / 8 * 10 + 2, 16, 10)));
+        }
+        for (int i = 0; i < 20; ++i) {
+            const GUI_Rect place = area(i % 4 * 33, 12 + i / 4 * 10 + 2, 32, 10);
+            QVERIFY(isAt(ViewPage, 2000 + i, place) && isAt(ScenePage, 2000 + i, place));
+        }
+        const int rows[] = {14, 22, 30, 40, 48, 56};
+        for (int i = 0; i < 6; ++i) {
+            QVERIFY(isAt(SetupPage, 2000 + i, area(0, rows[i], 32, 8)));
+            QVERIFY(isAt(SetupPage, 3000 + i, area(32, rows[i], 96, 8)));
+        }
+        QCOMPARE(unit.texts(SetupPage, 0, 6), QByteArray("I P1:,MSK1:,G W1:,I P2:,MSK2:,G W2:"));
+    }
+
+    void framesAndAlignment()
+    {
+        PanelUnit unit(8);
+        unit.act("menu menu");
+        WM_Exec();
+        const auto isLit = [](int x, int y) { return pLcdBuffer[x + 128 * y] == 0; };
+        for (int x = 0; x < 128; ++x) {
+            QVERIFY(isLit(x, 0) && isLit(x, 11));                   // the edge around title and status
+            QVERIFY(!isLit(x, 12) && !isLit(x, 13));                // the page begins below
+            QVERIFY(x < 48 || x == 48 || x == 127 || !isLit(x, 5)); // an empty status
+        }
+        for (int y = 22; y < 29; ++y) {
+            QVERIFY(isLit(0, y)); // the upright of the M in "MSK1:", at the very left
+        }
+    }
+
+    void startPictureIsWhereTheFrameIsBlack()
+    {
+        TestUnit unit;
+        const auto lit = [](int x, int y) { return bmbmp_startup.data[128 * y + x] == 1; };
+        QByteArray frame(131072, '\xFF');
+        const auto setDot = [&](int x, int y, int value) {
+            frame[2048 * y + 2 * x] = static_cast<char>(value);
+            frame[2048 * y + 2 * x + 1] = static_cast<char>(value >> 8);
+        };
+        setDot(127, 63, 0);
+        setDot(3, 2, 0);
+        setDot(4, 2, 0x0100);
+        setDot(5, 2, 0x0001);
+        unit.writeFile("/dev/fb0", frame);
+        loadStartBitmap();
+        QVERIFY(lit(127, 63) && lit(3, 2) && !lit(4, 2) && !lit(5, 2) && !lit(0, 0));
+        unit.writeFile("/dev/fb0", frame.left(2048 * 3));
+        loadStartBitmap();
+        QVERIFY(!lit(127, 63) && lit(3, 2));
+        unit.hardware().removeFrameBuffer();
+        loadStartBitmap();
+        QVERIFY(!lit(3, 2));
+    }
+};
+
+static const RegisteredTest<TestPages> registered;
+
+#include "testpages.moc"
