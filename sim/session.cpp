@@ -82,6 +82,11 @@ QString Session::launchProgram()
     if (!QFile::exists(interposer)) {
         return QString("there is no %1").arg(interposer);
     }
+    // It goes into a list with blanks and colons.
+    if (interposer.contains(' ') || interposer.contains(':')) {
+        return QString("cannot run from %1, since there is a blank or a colon in the path")
+            .arg(QCoreApplication::applicationDirPath());
+    }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString preloaded = environment.value("LD_PRELOAD");
     environment.insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);

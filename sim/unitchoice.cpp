@@ -39,5 +39,10 @@ QString chooseUnit(const Options &options, UnitChoice *choice)
         set("system/keypad", isPanel);
     }
     choice->isFrontPanel = isPanel && choice->ports <= frontPanelPorts;
+    // The program is told the path of its frame buffer in a list with colons.
+    if (choice->isFrontPanel && options.folder.contains(':')) {
+        return QString("a unit with a front panel cannot be in %1, since there is a colon in the path")
+            .arg(options.folder);
+    }
     return {};
 }

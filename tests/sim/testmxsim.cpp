@@ -167,6 +167,10 @@ private slots:
         }
         const QString error = "mxsim: the front panel is for at most 40 ports\n";
         QCOMPARE(failure({"--front-panel", "--ports=41"}), error);
+        QCOMPARE(
+            failure({"--front-panel", "--folder=a:b"}),
+            QString("mxsim: a unit with a front panel cannot be in %1, since there is a colon in the path\n")
+                .arg(file("a:b")));
     }
 
     void printsTheLcd()
