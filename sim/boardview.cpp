@@ -42,7 +42,7 @@ BoardView::BoardView(int ports, QWidget *parent)
     setMouseTracking(true);
 }
 
-void BoardView::show(const Routing &routing)
+void BoardView::showRouting(const BoardRouting &routing)
 {
     m_routing = routing;
     update();

@@ -10,7 +10,7 @@ LcdView::LcdView(QWidget *parent)
     m_dots.fill(0);
 }
 
-void LcdView::show(const sim::LcdModule &lcd, bool light)
+void LcdView::showPicture(const sim::LcdModule &lcd, bool light)
 {
     QImage dots(m_dots.size(), m_dots.format());
     for (int y = 0; y < dots.height(); ++y) {

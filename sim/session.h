@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boardrouting.h"
 #include "controlprogram.h"
 #include "eventtext.h"
 #include "folderlock.h"
@@ -30,7 +31,7 @@ signals:
     void happened(const QString &line);
 
     /// The board has switched; sent on the unit's thread.
-    void routed(const Routing &routing);
+    void routed(const BoardRouting &routing);
 
 private:
     QString makeUnit();

@@ -55,7 +55,6 @@ UnitWindow::UnitWindow(sim::VirtualUnit *unit, int ports, bool isFrontPanel)
     , m_isFrontPanel(isFrontPanel)
     , m_board(new BoardView(ports, this))
 {
-    qRegisterMetaType<Routing>();
     setFixedSize(extent(isFrontPanel));
     drawFace();
     if (isFrontPanel) {
@@ -74,9 +73,9 @@ quint64 UnitWindow::touchscreenId() const
     return id;
 }
 
-void UnitWindow::showRouting(const Routing &routing)
+void UnitWindow::showRouting(const BoardRouting &routing)
 {
-    m_board->show(routing);
+    m_board->showRouting(routing);
 }
 
 void UnitWindow::closeEvent(QCloseEvent *event)
@@ -201,7 +200,7 @@ void UnitWindow::look()
     if (!m_isFrontPanel) {
         return;
     }
-    m_lcd->show(m_unit->lcd(), m_unit->panelLight());
+    m_lcd->showPicture(m_unit->lcd(), m_unit->panelLight());
     const sim::KeyPanel panel = m_unit->keys();
     for (KeyView *key : m_keys) {
         key->setLit(panel.isLit(key->code()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boardrouting.h"
 #include "boardview.h"
 #include "keyview.h"
 #include "lcdview.h"
@@ -8,8 +9,6 @@
 
 #include <QPixmap>
 #include <QTimer>
-
-Q_DECLARE_METATYPE(Routing)
 
 /// The unit as a person sees it from the front: touchscreen or front panel, the remote control beside it, and
 /// the crosspoints of its board. It shows what the unit does and has it feel what the person does.
@@ -29,7 +28,7 @@ public:
     quint64 touchscreenId() const;
 
     /// The board has switched.
-    void showRouting(const Routing &routing);
+    void showRouting(const BoardRouting &routing);
 
 signals:
     /// The person has closed the window.
