@@ -1,6 +1,8 @@
 #include "session.h"
 
 #include "networkports.h"
+#include "panelwindow.h"
+#include "touchscreenwindow.h"
 #include "unitsettings.h"
 
 #include <QCoreApplication>
@@ -10,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -67,12 +70,23 @@ QString Session::makeUnit()
 
 QString Session::makeWindow()
 {
-    m_window = std::make_unique<UnitWindow>(m_unit.get(), m_choice.ports, m_choice.isFrontPanel);
+    if (m_choice.isFrontPanel) {
+        showWindow(std::make_unique<PanelWindow>(m_unit.get(), m_choice.ports));
+        return {};
+    }
+    auto window = std::make_unique<TouchscreenWindow>(m_choice.ports);
+    const TouchscreenWindow &touchscreen = *window;
+    showWindow(std::move(window));
+    return m_screen.start(m_options.folder, touchscreen.touchscreenId());
+}
+
+void Session::showWindow(std::unique_ptr<UnitWindow> window)
+{
+    m_window = std::move(window);
     m_window->setWindowTitle("mxsim: " + QDir(m_options.folder).dirName());
     connect(m_window.get(), &UnitWindow::closed, this, [this] { emit ended("the window was closed", 0); });
     connect(this, &Session::routed, m_window.get(), &UnitWindow::showRouting, Qt::QueuedConnection);
     m_window->show();
-    return m_choice.isFrontPanel ? QString() : m_screen.start(m_options.folder, m_window->touchscreenId());
 }
 
 QString Session::launchProgram()

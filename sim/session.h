@@ -12,6 +12,8 @@
 #include "virtualunit.h"
 
 #include <QElapsedTimer>
+#include <QList>
+#include <QTimer>
 
 #include <memory>
 
@@ -36,6 +38,7 @@ signals:
 private:
     QString makeUnit();
     QString makeWindow();
+    void showWindow(std::unique_ptr<UnitWindow> window);
     QString launchProgram();
     void addScreenTo(QProcessEnvironment *environment) const;
     void lookAtLcd();
