@@ -2,6 +2,7 @@
 
 #include "networkports.h"
 #include "panelwindow.h"
+#include "programenvironment.h"
 #include "touchscreenwindow.h"
 #include "unitsettings.h"
 
@@ -91,53 +92,15 @@ void Session::showWindow(std::unique_ptr<UnitWindow> window)
 
 QString Session::launchProgram()
 {
-    const QDir libraries(QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib"));
-    const QString interposer = libraries.filePath("libmxioctl.so");
-    if (!QFile::exists(interposer)) {
-        return QString("there is no %1").arg(interposer);
+    QProcessEnvironment environment;
+    QString error = makeProgramEnvironment(m_options, m_choice, m_screen, &environment);
+    if (error.isEmpty()) {
+        error = m_program.openLog(m_options.folder + "/mxcontrol.log");
     }
-    // It goes into a list with blanks and colons.
-    if (interposer.contains(' ') || interposer.contains(':')) {
-        return QString("cannot run from %1, since there is a blank or a colon in the path")
-            .arg(QCoreApplication::applicationDirPath());
-    }
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString preloaded = environment.value("LD_PRELOAD");
-    environment.insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);
-    environment.insert("MX_ROOT", m_options.folder);
-    environment.insert("MX_TCP_PORT", QString::number(m_options.tcpPort));
-    environment.insert("MX_UDP_PORT", QString::number(m_options.firstUdpPort));
-    if (!environment.contains("FONTCONFIG_FILE")) {
-        environment.insert("FONTCONFIG_FILE", libraries.filePath("fonts.conf"));
-    }
-    addScreenTo(&environment);
     m_program.setProcessEnvironment(environment);
     // Pictures and help are beside the folder of the program, which looks for them from where it is started.
     m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
-    const QString error = m_program.openLog(m_options.folder + "/mxcontrol.log");
     return error.isEmpty() ? m_program.launch(m_options.program, {}) : error;
-}
-
-/// Where the program shows itself, if not where the environment says.
-void Session::addScreenTo(QProcessEnvironment *environment) const
-{
-    const bool hasWindow = m_options.screen == ScreenKind::Window;
-    if (!hasWindow && environment->contains("QT_QPA_PLATFORM")) {
-        return;
-    }
-    if (m_choice.isFrontPanel) {
-        environment->insert("QT_QPA_PLATFORM",
-                            "linuxfb:fb=" + m_options.folder + "/dev/fb0:tty=/dev/null:nographicsmodeswitch");
-        // Terminal and input devices are those of this machine and not the unit's.
-        environment->insert("QT_QPA_FB_DISABLE_INPUT", "1");
-        environment->insert("QT_QPA_FB_HIDECURSOR", "1");
-        environment->insert("QT_QPA_PRESERVE_CONSOLE_STATE", "1");
-    } else if (hasWindow) {
-        m_screen.addTo(environment);
-        environment->insert("XDG_CURRENT_DESKTOP", "none");
-    } else {
-        environment->insert("QT_QPA_PLATFORM", "offscreen");
-    }
 }
 
 void Session::lookAtLcd()

@@ -40,7 +40,6 @@ private:
     QString makeWindow();
     void showWindow(std::unique_ptr<UnitWindow> window);
     QString launchProgram();
-    void addScreenTo(QProcessEnvironment *environment) const;
     void lookAtLcd();
     void observe(const sim::WireEvent &event);
     void onProgramFailed(const QString &reason);
