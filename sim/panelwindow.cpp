@@ -73,7 +73,8 @@ PanelWindow::PanelWindow(sim::VirtualUnit *unit, int ports)
 void PanelWindow::keyPressEvent(QKeyEvent *event)
 {
     if (!event->isAutoRepeat()) {
-        m_remote->press(event->text().toUpper().leftJustified(1).at(0).toLatin1());
+        // Of bytes in UTF-8 only ASCII letters change, and nothing else turns into a letter of the remote.
+        m_remote->press(event->text().toUtf8().toUpper().leftJustified(1).at(0));
     }
 }
 

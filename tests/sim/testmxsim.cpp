@@ -265,7 +265,7 @@ private slots:
                     .contains("\n  panel       LCD, keys and remote in a window of this desk\n"));
         QProcess user;
         user.setProcessEnvironment(m_environment);
-        user.start("xdotool", {"mousemove", "738", "112", "click", "1", "key", "7"});
+        user.start("xdotool", {"mousemove", "738", "112", "click", "1", "key", "ssharp", "7"});
         QVERIFY(user.waitForFinished(deadlineMs));
         QVERIFY(runUntil([&] { return log().contains(" 81 01\n") && log().contains(" 37\n"); }));
         panel.terminate();
