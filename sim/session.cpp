@@ -182,16 +182,15 @@ QString Session::startMessage() const
 /// Where a person gets to see the unit; a second line is indented as in the start message.
 QString Session::whereabouts() const
 {
-    const QString what = m_choice.isFrontPanel ? "LCD, keys and remote in " : "";
     if (m_options.screen == ScreenKind::None) {
         return "none";
     }
     if (m_options.vncDesk == 0) {
-        return what + "a window of this desk";
+        return "a window of this desk";
     }
-    return what + QString("vnc://127.0.0.1:%1, for any VNC viewer; from another machine\n"
-                          "              after: ssh -L %1:127.0.0.1:%1 this-machine")
-                      .arg(m_options.vncDesk);
+    return QString("vnc://127.0.0.1:%1, for any VNC viewer; from another machine\n"
+                   "              after: ssh -L %1:127.0.0.1:%1 this-machine")
+        .arg(m_options.vncDesk);
 }
 
 /// A file of the unit, as seen from the current folder when it is below that.
