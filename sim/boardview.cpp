@@ -3,9 +3,11 @@
 #include "faceplate.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace
 {

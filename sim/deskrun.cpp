@@ -5,6 +5,8 @@
 #include "unitchoice.h"
 
 #include <QCoreApplication>
+#include <QProcess>
+#include <QProcessEnvironment>
 
 namespace
 {

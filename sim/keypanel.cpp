@@ -1,5 +1,8 @@
 #include "keypanel.h"
 
+#include <string>
+#include <utility>
+
 namespace sim
 {
 namespace

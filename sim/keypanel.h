@@ -5,6 +5,8 @@
 
 #include <bitset>
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 namespace sim
 {

@@ -2,6 +2,10 @@
 
 #include "faceplate.h"
 
+#include <QLinearGradient>
+#include <QPainter>
+#include <QRadialGradient>
+
 LcdView::LcdView(QWidget *parent)
     : QWidget(parent)
     , m_dots(sim::LcdModule::width, sim::LcdModule::height, QImage::Format_Mono)

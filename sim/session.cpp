@@ -8,12 +8,17 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QTime>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <utility>
+#include <variant>
 
 namespace
 {
