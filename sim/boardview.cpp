@@ -3,9 +3,11 @@
 #include "faceplate.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace
 {
@@ -42,7 +44,7 @@ BoardView::BoardView(int ports, QWidget *parent)
     setMouseTracking(true);
 }
 
-void BoardView::show(const Routing &routing)
+void BoardView::showRouting(const BoardRouting &routing)
 {
     m_routing = routing;
     update();

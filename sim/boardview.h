@@ -1,12 +1,8 @@
 #pragma once
 
+#include "boardrouting.h"
+
 #include <QWidget>
-
-#include <cstdint>
-#include <vector>
-
-/// Per output the input that it shows, 0-based; 0xFFFF is dark.
-using Routing = std::vector<uint16_t>;
 
 /// The crosspoints of the switching board: an input per column, an output per row. Where the pointer is, it
 /// says what the output shows.
@@ -18,7 +14,8 @@ public:
     /// `ports` is 2..160.
     BoardView(int ports, QWidget *parent);
 
-    void show(const Routing &routing);
+    /// What is to be seen from now on.
+    void showRouting(const BoardRouting &routing);
 
 protected:
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -35,6 +32,6 @@ private:
     QString headline() const;
 
     const int m_ports;
-    Routing m_routing;
+    BoardRouting m_routing;
     int m_pointed = -1; ///< the output that the pointer is at; -1 is none
 };

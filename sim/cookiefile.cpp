@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <fcntl.h>
 #include <string>

@@ -1,9 +1,12 @@
 #include "deskrun.h"
 
+#include "panelwindow.h"
+#include "touchscreenwindow.h"
 #include "unitchoice.h"
-#include "unitwindow.h"
 
 #include <QCoreApplication>
+#include <QProcess>
+#include <QProcessEnvironment>
 
 namespace
 {
@@ -29,7 +32,8 @@ QString DeskRun::start()
         error = chooseUnit(m_options, &choice);
     }
     if (error.isEmpty()) {
-        error = m_desk.start(m_options.folder, UnitWindow::extent(choice.isFrontPanel));
+        error = m_desk.start(m_options.folder,
+                             choice.isFrontPanel ? PanelWindow::extent : TouchscreenWindow::extent);
     }
     if (error.isEmpty()) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

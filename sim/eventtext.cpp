@@ -2,7 +2,9 @@
 
 #include "hex.h"
 
+#include <cstddef>
 #include <map>
+#include <variant>
 
 namespace sim
 {

@@ -2,6 +2,10 @@
 
 #include "wireevents.h"
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 namespace sim
 {
 /// Puts the events of a unit into words, one line each, with inputs and outputs counted from 1. It remembers

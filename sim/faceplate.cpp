@@ -1,5 +1,6 @@
 #include "faceplate.h"
 
+#include <QImage>
 #include <QLinearGradient>
 #include <QRadialGradient>
 

@@ -3,6 +3,8 @@
 #include "ioctlrecord.h"
 
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace sim
 {

@@ -1,5 +1,8 @@
 #include "keypanel.h"
 
+#include <string>
+#include <utility>
+
 namespace sim
 {
 namespace
@@ -35,7 +38,7 @@ void KeyPanel::take(uint8_t byte, int64_t nowUs)
         m_lit.reset();
     } else if (hasLed(key)) {
         m_lit[static_cast<size_t>(key)] = byte & 0x80;
-    } else if (key != 0) {
+    } else {
         const WireFault fault{nowUs, "an LED byte for key " + std::to_string(key) + ", which has none"};
         m_faults.add(fault);
         if (m_observer) {

@@ -5,6 +5,8 @@
 
 #include <bitset>
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 namespace sim
 {
@@ -13,9 +15,9 @@ namespace sim
 ///   00      all LEDs off
 ///   key     its LED off
 ///   80|key  its LED on
-///   80      nothing
 ///
-/// A byte for another key is a recorded fault. Not for several threads at once. A copy is a snapshot.
+/// A byte for another key is a recorded fault, and so is 80 alone. Not for several threads at once. A copy is
+/// a snapshot.
 class KeyPanel
 {
 public:

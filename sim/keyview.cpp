@@ -2,7 +2,9 @@
 
 #include "faceplate.h"
 
+#include <QLinearGradient>
 #include <QMouseEvent>
+#include <QPainter>
 
 namespace
 {

@@ -2,6 +2,8 @@
 
 #include "hex.h"
 
+#include <utility>
+
 namespace sim
 {
 namespace

@@ -5,8 +5,12 @@
 #include "wireevents.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace sim
 {

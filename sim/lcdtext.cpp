@@ -1,5 +1,8 @@
 #include "lcdtext.h"
 
+#include <array>
+#include <utility>
+
 namespace sim
 {
 namespace

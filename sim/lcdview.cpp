@@ -2,6 +2,10 @@
 
 #include "faceplate.h"
 
+#include <QLinearGradient>
+#include <QPainter>
+#include <QRadialGradient>
+
 LcdView::LcdView(QWidget *parent)
     : QWidget(parent)
     , m_dots(sim::LcdModule::width, sim::LcdModule::height, QImage::Format_Mono)
@@ -10,7 +14,7 @@ LcdView::LcdView(QWidget *parent)
     m_dots.fill(0);
 }
 
-void LcdView::show(const sim::LcdModule &lcd, bool light)
+void LcdView::showPicture(const sim::LcdModule &lcd, bool light)
 {
     QImage dots(m_dots.size(), m_dots.format());
     for (int y = 0; y < dots.height(); ++y) {

@@ -19,7 +19,7 @@ public:
     explicit LcdView(QWidget *parent);
 
     /// What is to be seen from now on.
-    void show(const sim::LcdModule &lcd, bool light);
+    void showPicture(const sim::LcdModule &lcd, bool light);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -1,6 +1,7 @@
 // mxsim: the control program on a unit without hardware, for people.
 
 #include "deskrun.h"
+#include "devicenode.h"
 #include "session.h"
 
 #include <QApplication>
@@ -10,7 +11,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <sys/signalfd.h>
+#include <utility>
 #include <xcb/xcb.h>
 
 namespace

@@ -1,5 +1,6 @@
 #include "networkports.h"
 
+#include <QHostAddress>
 #include <QTcpServer>
 #include <QUdpSocket>
 

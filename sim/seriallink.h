@@ -2,8 +2,10 @@
 
 #include "devicenode.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <string>
 #include <termios.h>
 
 namespace sim

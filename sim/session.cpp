@@ -1,15 +1,24 @@
 #include "session.h"
 
 #include "networkports.h"
+#include "panelwindow.h"
+#include "programenvironment.h"
+#include "touchscreenwindow.h"
 #include "unitsettings.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QTime>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <utility>
+#include <variant>
 
 namespace
 {
@@ -67,63 +76,36 @@ QString Session::makeUnit()
 
 QString Session::makeWindow()
 {
-    m_window = std::make_unique<UnitWindow>(m_unit.get(), m_choice.ports, m_choice.isFrontPanel);
+    if (m_choice.isFrontPanel) {
+        showWindow(std::make_unique<PanelWindow>(m_unit.get(), m_choice.ports));
+        return {};
+    }
+    auto window = std::make_unique<TouchscreenWindow>(m_choice.ports);
+    const TouchscreenWindow &touchscreen = *window;
+    showWindow(std::move(window));
+    return m_screen.start(m_options.folder, touchscreen.touchscreenId());
+}
+
+void Session::showWindow(std::unique_ptr<UnitWindow> window)
+{
+    m_window = std::move(window);
     m_window->setWindowTitle("mxsim: " + QDir(m_options.folder).dirName());
     connect(m_window.get(), &UnitWindow::closed, this, [this] { emit ended("the window was closed", 0); });
     connect(this, &Session::routed, m_window.get(), &UnitWindow::showRouting, Qt::QueuedConnection);
     m_window->show();
-    return m_choice.isFrontPanel ? QString() : m_screen.start(m_options.folder, m_window->touchscreenId());
 }
 
 QString Session::launchProgram()
 {
-    const QDir libraries(QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib"));
-    const QString interposer = libraries.filePath("libmxioctl.so");
-    if (!QFile::exists(interposer)) {
-        return QString("there is no %1").arg(interposer);
+    QProcessEnvironment environment;
+    QString error = makeProgramEnvironment(m_options, m_choice, m_screen, &environment);
+    if (error.isEmpty()) {
+        error = m_program.openLog(m_options.folder + "/mxcontrol.log");
     }
-    // It goes into a list with blanks and colons.
-    if (interposer.contains(' ') || interposer.contains(':')) {
-        return QString("cannot run from %1, since there is a blank or a colon in the path")
-            .arg(QCoreApplication::applicationDirPath());
-    }
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString preloaded = environment.value("LD_PRELOAD");
-    environment.insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);
-    environment.insert("MX_ROOT", m_options.folder);
-    environment.insert("MX_TCP_PORT", QString::number(m_options.tcpPort));
-    environment.insert("MX_UDP_PORT", QString::number(m_options.firstUdpPort));
-    if (!environment.contains("FONTCONFIG_FILE")) {
-        environment.insert("FONTCONFIG_FILE", libraries.filePath("fonts.conf"));
-    }
-    addScreenTo(&environment);
     m_program.setProcessEnvironment(environment);
     // Pictures and help are beside the folder of the program, which looks for them from where it is started.
     m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
-    const QString error = m_program.openLog(m_options.folder + "/mxcontrol.log");
     return error.isEmpty() ? m_program.launch(m_options.program, {}) : error;
-}
-
-/// Where the program shows itself, if not where the environment says.
-void Session::addScreenTo(QProcessEnvironment *environment) const
-{
-    const bool hasWindow = m_options.screen == ScreenKind::Window;
-    if (!hasWindow && environment->contains("QT_QPA_PLATFORM")) {
-        return;
-    }
-    if (m_choice.isFrontPanel) {
-        environment->insert("QT_QPA_PLATFORM",
-                            "linuxfb:fb=" + m_options.folder + "/dev/fb0:tty=/dev/null:nographicsmodeswitch");
-        // Terminal and input devices are those of this machine and not the unit's.
-        environment->insert("QT_QPA_FB_DISABLE_INPUT", "1");
-        environment->insert("QT_QPA_FB_HIDECURSOR", "1");
-        environment->insert("QT_QPA_PRESERVE_CONSOLE_STATE", "1");
-    } else if (hasWindow) {
-        m_screen.addTo(environment);
-        environment->insert("XDG_CURRENT_DESKTOP", "none");
-    } else {
-        environment->insert("QT_QPA_PLATFORM", "offscreen");
-    }
 }
 
 void Session::lookAtLcd()
@@ -205,16 +187,15 @@ QString Session::startMessage() const
 /// Where a person gets to see the unit; a second line is indented as in the start message.
 QString Session::whereabouts() const
 {
-    const QString what = m_choice.isFrontPanel ? "LCD, keys and remote in " : "";
     if (m_options.screen == ScreenKind::None) {
         return "none";
     }
     if (m_options.vncDesk == 0) {
-        return what + "a window of this desk";
+        return "a window of this desk";
     }
-    return what + QString("vnc://127.0.0.1:%1, for any VNC viewer; from another machine\n"
-                          "              after: ssh -L %1:127.0.0.1:%1 this-machine")
-                      .arg(m_options.vncDesk);
+    return QString("vnc://127.0.0.1:%1, for any VNC viewer; from another machine\n"
+                   "              after: ssh -L %1:127.0.0.1:%1 this-machine")
+        .arg(m_options.vncDesk);
 }
 
 /// A file of the unit, as seen from the current folder when it is below that.

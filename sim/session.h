@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boardrouting.h"
 #include "controlprogram.h"
 #include "eventtext.h"
 #include "folderlock.h"
@@ -11,6 +12,8 @@
 #include "virtualunit.h"
 
 #include <QElapsedTimer>
+#include <QList>
+#include <QTimer>
 
 #include <memory>
 
@@ -30,13 +33,13 @@ signals:
     void happened(const QString &line);
 
     /// The board has switched; sent on the unit's thread.
-    void routed(const Routing &routing);
+    void routed(const BoardRouting &routing);
 
 private:
     QString makeUnit();
     QString makeWindow();
+    void showWindow(std::unique_ptr<UnitWindow> window);
     QString launchProgram();
-    void addScreenTo(QProcessEnvironment *environment) const;
     void lookAtLcd();
     void observe(const sim::WireEvent &event);
     void onProgramFailed(const QString &reason);

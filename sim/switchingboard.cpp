@@ -3,6 +3,7 @@
 #include "hex.h"
 
 #include <array>
+#include <utility>
 
 namespace sim
 {

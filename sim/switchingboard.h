@@ -4,7 +4,10 @@
 #include "wireevents.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace sim
 {

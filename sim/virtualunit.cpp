@@ -7,7 +7,11 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <poll.h>
+#include <system_error>
+#include <utility>
+#include <variant>
 
 namespace sim
 {

@@ -2,6 +2,8 @@
 
 #include "childprocess.h"
 
+#include <QProcessEnvironment>
+
 /// An X display of its own that no other user can open. For the thread that makes it.
 class XServer : public ChildProcess
 {

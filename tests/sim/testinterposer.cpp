@@ -2,6 +2,7 @@
 #include "eventtext.h"
 #include "gpiolines.h"
 #include "ioctlrecord.h"
+#include "lcdrecords.h"
 #include "testregistry.h"
 
 #include <QTemporaryDir>
@@ -13,19 +14,13 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
-template <class T>
-QByteArray bytesOf(const T &what)
-{
-    return QByteArray(reinterpret_cast<const char *>(&what), sizeof what);
-}
-
 int64_t nowUs()
 {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+    return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::microseconds(1);
 }
 } // namespace
 

@@ -3,6 +3,8 @@
 #include "testregistry.h"
 
 #include <QTest>
+#include <tuple>
+#include <utility>
 
 namespace
 {

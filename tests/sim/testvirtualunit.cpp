@@ -6,6 +6,7 @@
 #include <QTest>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 using sim::Wire;
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "unitwindow.h"
+
+/// A unit with a touchscreen, whose picture comes from a display of its own.
+class TouchscreenWindow : public UnitWindow
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize extent{1400, 704};
+
+    /// `ports` is 2..160.
+    explicit TouchscreenWindow(int ports);
+
+    /// The native window of 1024x600 that the touchscreen belongs into, made on the X server on return.
+    quint64 touchscreenId() const;
+
+private:
+    QWidget *const m_touchscreen;
+};
