@@ -21,6 +21,7 @@ class PanelWindow : public UnitWindow
     Q_OBJECT
 
 public:
+    /// How large it is, in pixels.
     static constexpr QSize extent{1400, 860};
 
     /// `ports` is 2..40.

@@ -8,6 +8,7 @@ class TouchscreenWindow : public UnitWindow
     Q_OBJECT
 
 public:
+    /// How large it is, in pixels.
     static constexpr QSize extent{1400, 704};
 
     /// `ports` is 2..160.
