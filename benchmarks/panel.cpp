@@ -103,6 +103,7 @@ void measureMenu()
     run = 0; // no waiting for the start picture
     GUI_Task();
     Menu menu([](const std::uint8_t *, int) {});
+    std::printf("\nfront panel\n"); // on a line of its own, behind what the program says of missing files
     for (const char *page : {"SWITCH", "SCENE", "SETUP", "VIEW"}) {
         measureIdleCycle(menu, page);
         menu.step(KeyMenu, '\0');
@@ -172,7 +173,6 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    std::printf("\nfront panel\n");
     measureMenu();
     measurePacking();
     measureProduct();
