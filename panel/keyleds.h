@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 /// Takes LED bytes for the key board.
 using LedWriter = std::function<void(const std::uint8_t *bytes, int n)>;
@@ -14,8 +15,8 @@ constexpr std::uint8_t ledByte(int key, bool isOn)
     return static_cast<std::uint8_t>(isOn ? 0x80 | key : key);
 }
 
-/// The LEDs of the key board. They are sent again and again, so that a board that was plugged in late shows
-/// them as well.
+/// The LEDs of the key board. Pages that light any send them again and again, so that a board that was
+/// plugged in late shows them as well.
 class KeyLeds
 {
 public:

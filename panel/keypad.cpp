@@ -27,12 +27,10 @@ char readInfrared()
     return ::read(fd_iruart_dev, &character, 1) == 1 ? character : '\0';
 }
 
-/// LEDs are sent again and again: what the link does not take now is not worth waiting for.
+/// What the link does not take now is not worth waiting for.
 void sendLeds(const std::uint8_t *bytes, int n)
 {
-    if (::write(fd_keypad_dev, bytes, static_cast<size_t>(n)) != n) {
-        return;
-    }
+    [[maybe_unused]] const ssize_t taken = ::write(fd_keypad_dev, bytes, static_cast<size_t>(n));
 }
 } // namespace
 

@@ -65,7 +65,7 @@ Mode SetupMenu::press(int key)
     return key == KeyMenu ? Mode::View : Mode::Setup;
 }
 
-/// Keys 1 to 9 and ten are digits; any other one leaves the place as it is.
+/// Keys 1 to 9 and ten are digits; any other one leaves the digit as it is.
 void SetupMenu::edit(int key)
 {
     if (key <= KeyTen) {
