@@ -1,3 +1,5 @@
+#include "clientturns.h"
+#include "descriptorlimit.h"
 #include "displayport.h"
 #include "mainwindow.h"
 #include "mxapplication.h"
@@ -72,6 +74,7 @@ int runTouchscreen()
 
 int main(int argc, char **argv)
 {
+    DescriptorLimit::raise();
     const SignalQuit signalQuit;
     MxApplication application(argc, argv);
     signalQuit.watch(application);
@@ -83,8 +86,9 @@ int main(int argc, char **argv)
     }
     g_mxComm->start();
 
-    const QMxUdp udp(nullptr);
-    const QMxTcp tcp(nullptr);
+    ClientTurns turns;
+    const QMxUdp udp(turns, nullptr);
+    const QMxTcp tcp(turns, nullptr);
     printTime("t0");
 
     const int result = hasFrontPanel() ? runFrontPanel() : runTouchscreen();

@@ -29,11 +29,10 @@ void measure(benchmark::State &state, Work work)
 
 void interpreterLine(benchmark::State &state, const char *text)
 {
-    char line[64];
-    const auto length = static_cast<quint16>(std::strlen(text));
+    const int length = static_cast<int>(std::strlen(text));
     measure(state, [&] {
-        std::memcpy(line, text, length + 1U);
-        const CommandInterpreter command(line, length);
+        benchmark::DoNotOptimize(text);
+        const CommandInterpreter command(text, length);
         benchmark::DoNotOptimize(command.command());
     });
 }
@@ -96,7 +95,11 @@ void longestReply(benchmark::State &state)
 {
     const auto shm = std::make_unique<MxShm>();
     shm->port = MxMaxPort;
-    measure(state, [&] { benchmark::DoNotOptimize(replyTo(1, *shm).size); });
+    char reply[MxMaxReply];
+    measure(state, [&] {
+        benchmark::DoNotOptimize(writeReply(reply, 1, *shm));
+        benchmark::ClobberMemory();
+    });
 }
 
 constexpr char Text[] = "3x1&4.12x7&8&9.7all.2?.save3.";

@@ -21,20 +21,21 @@ double timed(const std::function<void()> &work)
 }
 
 /// Takes turns, so that both meet the same machine.
-void compare(const char *name, const std::function<void()> &product, const std::function<void()> &echo)
+void compare(const char *name, double limit, int calls, const std::function<void()> &product,
+             const std::function<void()> &echo)
 {
     Samples ours;
     Samples theirs;
     for (int round = 0; round < 40; ++round) {
-        for (int i = 0; i < 500; ++i) {
+        for (int i = 0; i < calls; ++i) {
             ours.add(timed(product));
         }
-        for (int i = 0; i < 500; ++i) {
+        for (int i = 0; i < calls; ++i) {
             theirs.add(timed(echo));
         }
     }
-    std::printf("%-30s %10.1f us %10.1f us %9.2f   (at most 1.15)\n", name, ours.median(), theirs.median(),
-                ours.median() / theirs.median());
+    std::printf("%-34s %9.1f us %9.1f us %9.2f   (at most %.2f)\n", name, ours.median(), theirs.median(),
+                ours.median() / theirs.median(), limit);
 }
 
 void receiveBytes(const RawSocket &socket, int size)
@@ -72,7 +73,7 @@ double blocks(const std::vector<Socket> &sockets, int replySize)
     return duration / (BlockCommands * static_cast<double>(sockets.size()));
 }
 
-void compareBlocks(const Server &server, const Server &peer, int count)
+void compareBlocks(const Server &server, const Server &peer, int count, double limit)
 {
     const std::vector<Socket> product = connections(server.tcpPort, count);
     const std::vector<Socket> echo = connections(peer.tcpPort, count);
@@ -82,8 +83,33 @@ void compareBlocks(const Server &server, const Server &peer, int count)
         ours.add(blocks(product, 3));
         theirs.add(blocks(echo, int(sizeof Command) - 1));
     }
-    std::printf("%-2d connection%-17s %8.2f M/s %8.2f M/s %9.2f\n", count, count > 1 ? "s" : "",
-                1 / ours.median(), 1 / theirs.median(), ours.median() / theirs.median());
+    std::printf("%-2d connection%-21s %7.2f M/s %7.2f M/s %9.2f   (at most %.2f)\n", count,
+                count > 1 ? "s" : "", 1 / ours.median(), 1 / theirs.median(), ours.median() / theirs.median(),
+                limit);
+}
+
+/// One command on each of the sockets, then the replies of all.
+std::function<void()> oneEach(const std::vector<Socket> &sockets)
+{
+    return [&sockets] {
+        for (const Socket &socket : sockets) {
+            socket->send(Command);
+        }
+        for (const Socket &socket : sockets) {
+            socket->receive();
+        }
+    };
+}
+
+/// 50 clients with one command each at a time, beside so many that are silent.
+void compareBusy(const Server &product, const Server &echo, int idle, double limit)
+{
+    const std::vector<Socket> idleOurs = connections(product.tcpPort, idle);
+    const std::vector<Socket> idleTheirs = connections(echo.tcpPort, idle);
+    const std::vector<Socket> ours = connections(product.tcpPort, 50);
+    const std::vector<Socket> theirs = connections(echo.tcpPort, 50);
+    const QByteArray name = "    TCP, 50 clients beside " + QByteArray::number(idle) + " idle";
+    compare(name, limit, 20, oneEach(ours), oneEach(theirs));
 }
 
 /// Keeps the main thread of a process, or the calling thread (0), on one core.
@@ -105,7 +131,7 @@ void compareRequests(const Server &product, const Server &echo)
     };
     const Socket tcp(RawSocket::tcp(product.tcpPort));
     const Socket echoTcp(RawSocket::tcp(echo.tcpPort));
-    compare("    TCP, median", overTcp(tcp), overTcp(echoTcp));
+    compare("    TCP, median", 1.05, 500, overTcp(tcp), overTcp(echoTcp));
 
     const Socket udp(RawSocket::udp());
     const auto overUdp = [&udp](quint16 port) {
@@ -114,7 +140,7 @@ void compareRequests(const Server &product, const Server &echo)
             udp->receive();
         };
     };
-    compare("    UDP, median", overUdp(product.udpPort), overUdp(echo.udpPort));
+    compare("    UDP, median", 1.05, 500, overUdp(product.udpPort), overUdp(echo.udpPort));
 }
 } // namespace
 
@@ -123,15 +149,17 @@ void measureNetwork(const Server &product, const Server &echo)
     // Where the scheduler puts client and server decides more than either does; so both cases are made.
     pin(product.processId, 1);
     pin(echo.processId, 1);
-    std::printf("\nrequest to reply, one client      product          echo     ratio\n");
+    std::printf("\nrequest to reply                      product         echo     ratio\n");
     std::printf("client on the server's core\n");
     pin(0, 1);
     compareRequests(product, echo);
     std::printf("client on another core\n");
     pin(0, 0);
     compareRequests(product, echo);
+    compareBusy(product, echo, 0, 1.1);
+    compareBusy(product, echo, 1000, 1.1);
 
     std::printf("\ncommands a second, in blocks of %d over TCP, and time beside the echo's\n", BlockCommands);
-    compareBlocks(product, echo, 1);
-    compareBlocks(product, echo, 50);
+    compareBlocks(product, echo, 1, 1.3);
+    compareBlocks(product, echo, 50, 1.6);
 }

@@ -2,34 +2,31 @@
 
 #include "commandtext.h"
 
-#include <utility>
+using CommandText::endsNetworkCommand;
 
-CommandBlock::CommandBlock(QByteArray bytes)
-    : m_bytes(std::move(bytes))
+CommandBlock::CommandBlock(const char *bytes, int size, End end)
+    : m_begin(bytes)
+    , m_end(bytes + size)
+    , m_endMeans(end)
+    , m_next(bytes)
+    , m_line(bytes)
 {
-    m_bytes.truncate(MaxSize);
-    for (char &c : m_bytes) {
-        c = c == '\n' || CommandText::endsCommand(c) ? '.' : CommandText::lowerCase(c);
-    }
 }
 
 bool CommandBlock::next()
 {
-    char *const bytes = m_bytes.data();
-    const int size = m_bytes.size();
-    // The NUL that ended the present line stands where its terminator stood.
-    m_start = m_end == 0 ? 0 : m_end + 1;
-    while (m_start < size && bytes[m_start] == '.') {
-        ++m_start;
+    const char *at = m_next;
+    while (at != m_end && endsNetworkCommand(*at)) {
+        ++at;
     }
-    if (m_start >= size) {
-        m_start = m_end = size;
+    m_next = m_line = at;
+    while (at != m_end && !endsNetworkCommand(*at)) {
+        ++at;
+    }
+    m_length = static_cast<int>(at - m_line);
+    if (m_length == 0 || (at == m_end && m_endMeans == Open)) {
         return false;
     }
-    m_end = m_start;
-    while (m_end < size && bytes[m_end] != '.') {
-        ++m_end;
-    }
-    bytes[m_end] = '\0';
+    m_next = at == m_end ? at : at + 1;
     return true;
 }

@@ -1,29 +1,36 @@
 #pragma once
 
-#include <QByteArray>
-
 /// Cuts a block of text, as a network client sends it, into command lines. "!", "%", "$", CR and LF end a
-/// command as "." does, upper case is folded, empty lines are skipped, and the last line needs no terminator.
+/// command as "." does, and empty lines are skipped. It looks at the bytes where they are and changes
+/// nothing.
 class CommandBlock
 {
 public:
-    /// A line's length has 16 bits, so a block holds at most this many bytes.
-    static constexpr int MaxSize = 0xFFFF;
+    /// What the end of the bytes means for a last line without a terminator.
+    enum End {
+        Final, ///< it is a line like any other
+        Open,  ///< it may go on and is left where it is
+    };
 
-    CommandBlock() = default;
-    /// Takes the first `MaxSize` bytes of `bytes`.
-    explicit CommandBlock(QByteArray bytes);
+    /// `size` bytes at `bytes`, which stay there as long as this object is used.
+    CommandBlock(const char *bytes, int size, End end);
 
     /// Goes to the next line. \return false when there is none
     bool next();
-    /// The line, NUL-terminated at `length()`; it may be changed.
-    char *line() { return m_bytes.data() + m_start; }
-    quint16 length() const { return static_cast<quint16>(m_end - m_start); }
-    /// True when no byte is left behind the present line.
-    bool atEnd() const { return m_end >= m_bytes.size(); }
+    const char *line() const { return m_line; }
+    int length() const { return m_length; }
+
+    /// Puts the present line back, to be the next one.
+    void unread() { m_next = m_line; }
+    /// Bytes that are done with: all in front of the next line.
+    int position() const { return static_cast<int>(m_next - m_begin); }
+    bool atEnd() const { return m_next == m_end; }
 
 private:
-    QByteArray m_bytes;
-    int m_start = 0;
-    int m_end = 0;
+    const char *const m_begin;
+    const char *const m_end;
+    const End m_endMeans;
+    const char *m_next;
+    const char *m_line;
+    int m_length = 0;
 };

@@ -1,7 +1,11 @@
 #include "commandinterpreter.h"
 
-#include <cstdlib>
+#include "commandtext.h"
+
 #include <cstring>
+#include <limits>
+
+using CommandText::is;
 
 namespace
 {
@@ -10,144 +14,144 @@ struct Number {
     bool hasDigits;
 };
 
-Number readNumber(const char *text)
+/// Reads as far as a number goes, white space and a sign in front included, and moves `at` behind it. One
+/// that is too long for 64 bits stays at their limit.
+Number readNumber(const char *&at, const char *end)
 {
-    char *end = nullptr;
-    const long value = std::strtol(text, &end, 10);
-    return {static_cast<quint16>(value), end != text};
+    while (at != end && is(*at, CommandText::Space)) {
+        ++at;
+    }
+    bool negative = false;
+    if (at != end && (*at == '-' || *at == '+')) {
+        negative = *at++ == '-';
+    }
+    const char *const digits = at;
+    qint64 value = 0;
+    for (; at != end && is(*at, CommandText::Digit); ++at) {
+        const int digit = negative ? '0' - *at : *at - '0';
+        if (__builtin_mul_overflow(value, 10, &value) || __builtin_add_overflow(value, digit, &value)) {
+            value = negative ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+        }
+    }
+    return {static_cast<quint16>(value), at != digits};
 }
 
-bool beginsWith(const char *text, const char *word)
+/// Compares with a text in lower case.
+bool beginsWith(const char *line, const char *end, const char *text)
 {
-    return std::strncmp(text, word, std::strlen(word)) == 0;
+    for (; *text != '\0'; ++text, ++line) {
+        if (line == end || CommandText::lowerCase(*line) != *text) {
+            return false;
+        }
+    }
+    return true;
 }
 
-bool isInputSeparator(char c)
-{
-    return c == '*' || c == 'x' || c == 'v' || c == 'o' || c == 'b';
-}
-
-bool isOutputSeparator(char c)
-{
-    return c == '&' || c == ',';
-}
+/// A command that is a word, alone or with a number behind it.
+struct Word {
+    const char *text;
+    CommandInterpreter::Command command;
+    bool takesNumber; ///< one character or more behind the word, read as a number
+};
+constexpr Word Words[] = {
+    {"temp", CommandInterpreter::Temperature, false},  {"all1", CommandInterpreter::RouteOneToOne, false},
+    {"beepon", CommandInterpreter::BeepOn, false},     {"beepoff", CommandInterpreter::BeepOff, false},
+    {"save", CommandInterpreter::SaveScene, true},     {">s", CommandInterpreter::SaveScene, true},
+    {"recall", CommandInterpreter::RecallScene, true}, {">r", CommandInterpreter::RecallScene, true},
+};
 
 /// One to three characters and "all".
-bool isAllForm(const char *line, int length)
+bool isAllForm(const char *line, const char *end)
 {
-    return length >= 4 && length <= 6 && std::memcmp(line + length - 3, "all", 3) == 0;
+    return end - line >= 4 && end - line <= 6 && beginsWith(end - 3, end, "all");
 }
 
 /// One to three characters and "?".
-bool isQueryForm(const char *line, int length)
+bool isQueryForm(const char *line, const char *end)
 {
-    return length >= 2 && length <= 4 && line[length - 1] == '?';
+    return end - line >= 2 && end - line <= 4 && end[-1] == '?';
 }
 } // namespace
 
-CommandInterpreter::CommandInterpreter(char *line, quint16 length)
+CommandInterpreter::CommandInterpreter(const char *line, int length)
 {
-    m_command = parse(line, length);
+    m_command = parse(line, line + length);
 }
 
-CommandInterpreter::Command CommandInterpreter::parse(char *line, int length)
+bool CommandInterpreter::blocks() const
 {
-    if (beginsWith(line, "0m")) {
+    return m_command == SaveScene || m_command == RecallScene || m_command == BeepOn || m_command == BeepOff;
+}
+
+CommandInterpreter::Command CommandInterpreter::parse(const char *line, const char *end)
+{
+    if (beginsWith(line, end, "0m")) {
         line += 2;
-        length -= 2;
     }
-    if (length == 4 && beginsWith(line, "temp")) {
-        return Temperature;
+    // No word begins with a digit, and no form but the routing ends with one.
+    if (line != end && is(*line, CommandText::Digit) && is(end[-1], CommandText::Digit)) {
+        return route(line, end);
     }
-    if (length == 6 && beginsWith(line, "beepon")) {
-        return BeepOn;
+    if (isAllForm(line, end)) {
+        return routeToAll(line, end);
     }
-    if (length == 7 && beginsWith(line, "beepoff")) {
-        return BeepOff;
-    }
-    if (isAllForm(line, length)) {
-        return routeToAll(line);
-    }
-    if (length == 4 && beginsWith(line, "all1")) {
-        return RouteOneToOne;
+    return word(line, end);
+}
+
+CommandInterpreter::Command CommandInterpreter::word(const char *line, const char *end)
+{
+    for (const Word &word : Words) {
+        const char *behind = line + std::strlen(word.text);
+        if (beginsWith(line, end, word.text) && (behind != end) == word.takesNumber) {
+            m_numbers[0] = readNumber(behind, end).value;
+            return word.command;
+        }
     }
     // At two characters the line is a question or a routing, whatever it begins with.
-    if (length > 2) {
-        if (length >= 5 && beginsWith(line, "save")) {
-            return withNumber(SaveScene, line + 4);
-        }
-        if (beginsWith(line, ">s")) {
-            return withNumber(SaveScene, line + 2);
-        }
-        if (length >= 7 && beginsWith(line, "recall")) {
-            return withNumber(RecallScene, line + 6);
-        }
-        if (beginsWith(line, ">r")) {
-            return withNumber(RecallScene, line + 2);
-        }
-        if (beginsWith(line, ">c")) {
-            return queryOrRoute(line + 2, length - 2);
-        }
-    }
-    return queryOrRoute(line, length);
+    return queryOrRoute(end - line > 2 && beginsWith(line, end, ">c") ? line + 2 : line, end);
 }
 
-CommandInterpreter::Command CommandInterpreter::withNumber(Command command, const char *text)
+CommandInterpreter::Command CommandInterpreter::routeToAll(const char *line, const char *end)
 {
-    m_numbers[0] = readNumber(text).value;
-    m_count = 1;
-    return command;
+    const Number input = readNumber(line, end);
+    m_numbers[0] = input.value;
+    return input.hasDigits ? RouteToAll : SyntaxError;
 }
 
-CommandInterpreter::Command CommandInterpreter::routeToAll(const char *text)
+CommandInterpreter::Command CommandInterpreter::queryOrRoute(const char *line, const char *end)
 {
-    return startList(text) ? RouteToAll : SyntaxError;
+    return isQueryForm(line, end) ? query(line, end) : route(line, end);
 }
 
-CommandInterpreter::Command CommandInterpreter::query(const char *text)
+CommandInterpreter::Command CommandInterpreter::query(const char *line, const char *end)
 {
-    withNumber(Query, text);
+    m_numbers[0] = readNumber(line, end).value;
     return number() != 0 ? Query : SyntaxError;
 }
 
-CommandInterpreter::Command CommandInterpreter::queryOrRoute(char *line, int length)
+/// Fields with a number each, of which only the beginning counts. An input separator anywhere begins the list
+/// anew with the number before it.
+CommandInterpreter::Command CommandInterpreter::route(const char *line, const char *end)
 {
-    return isQueryForm(line, length) ? query(line) : route(line, length);
-}
-
-/// An input separator anywhere begins the list anew with the number before it.
-CommandInterpreter::Command CommandInterpreter::route(char *line, int length)
-{
-    m_count = 0;
-    const char *field = line;
-    for (char *c = line; c != line + length; ++c) {
-        const bool afterInput = isInputSeparator(*c);
-        if (!afterInput && !isOutputSeparator(*c)) {
+    for (const char *at = line;; ++at) {
+        const Number field = readNumber(at, end);
+        while (at != end && !is(*at, CommandText::InputSeparator | CommandText::OutputSeparator)) {
+            ++at;
+        }
+        if (at != end && is(*at, CommandText::InputSeparator)) {
+            if (!field.hasDigits) {
+                return SyntaxError;
+            }
+            m_numbers[0] = field.value;
+            m_count = 1;
             continue;
         }
-        *c = '\0';
-        if (afterInput ? !startList(field) : !addOutput(field)) {
+        if (m_count == 0 || m_count == MaxNumbers) {
             return SyntaxError;
         }
-        field = c + 1;
+        m_numbers[m_count++] = static_cast<quint16>(field.value - 1);
+        if (at == end) {
+            return RouteToSome;
+        }
     }
-    return addOutput(field) ? RouteToSome : SyntaxError;
-}
-
-bool CommandInterpreter::startList(const char *field)
-{
-    const Number input = readNumber(field);
-    m_numbers[0] = input.value;
-    m_count = 1;
-    return input.hasDigits;
-}
-
-/// False when no input has been named yet, or when there are too many outputs.
-bool CommandInterpreter::addOutput(const char *field)
-{
-    if (m_count == 0 || m_count == MaxNumbers) {
-        return false;
-    }
-    m_numbers[m_count++] = static_cast<quint16>(readNumber(field).value - 1);
-    return true;
 }

@@ -2,16 +2,16 @@
 
 #include <QtGlobal>
 
-/// What one command line asks for. It only reads the line; who carries it out is the control object.
+/// What one command line asks for, as a value. It only reads the line; `runCommand` carries it out.
 ///
 ///   1x2  3*1&2&5  3v1,2,5   input to outputs; the separator after the input is one of * x v o b
 ///   4all  all1              an input to every output; input i to output i
 ///   save3 >s3  recall3 >r3  scenes
 ///   2?                      which outputs does the input feed
 ///   temp  beepon  beepoff
-/// "0m" in front of anything and ">c" in front of a routing or a question are skipped. Numbers are decimal,
-/// cut to 16 bits, 0 without a digit; but an input to be routed needs a digit, so that a mistyped word such
-/// as "recall" is an error and darkens nothing.
+/// Upper case counts as lower case. "0m" in front of anything and ">c" in front of a routing or a question
+/// are skipped. Numbers are decimal, cut to 16 bits, 0 without a digit; but an input to be routed needs a
+/// digit, so that a mistyped word such as "recall" is an error and darkens nothing.
 class CommandInterpreter
 {
 public:
@@ -28,11 +28,12 @@ public:
         BeepOff,
     };
 
-    /// Parses `line`, which is NUL-terminated at `length` and whose separators may be overwritten. Allocates
-    /// nothing.
-    CommandInterpreter(char *line, quint16 length);
+    /// Parses the `length` bytes of `line`. Allocates nothing; any thread.
+    CommandInterpreter(const char *line, int length);
 
     Command command() const { return m_command; }
+    /// True for what waits or writes files: whoever serves several clients lets nothing wait behind it.
+    bool blocks() const;
     quint16 number() const { return m_numbers[0]; }
     /// 0-based; a 0 on the line gives 0xFFFF, no input.
     quint16 input() const { return static_cast<quint16>(m_numbers[0] - 1); }
@@ -44,16 +45,14 @@ private:
     /// More than a serial line can hold; a longer network line that names more is an error.
     static constexpr int MaxNumbers = 4096;
 
-    Command parse(char *line, int length);
-    Command withNumber(Command command, const char *text);
-    Command routeToAll(const char *text);
-    Command query(const char *text);
-    Command queryOrRoute(char *line, int length);
-    Command route(char *line, int length);
-    bool startList(const char *field);
-    bool addOutput(const char *field);
+    Command parse(const char *line, const char *end);
+    Command word(const char *line, const char *end);
+    Command routeToAll(const char *line, const char *end);
+    Command queryOrRoute(const char *line, const char *end);
+    Command query(const char *line, const char *end);
+    Command route(const char *line, const char *end);
 
-    Command m_command = SyntaxError;
+    Command m_command;
     int m_count = 0; ///< numbers gathered: the input, then the outputs
     quint16 m_numbers[MaxNumbers];
 };

@@ -1,5 +1,6 @@
 #include "controlport.h"
 
+#include "commandrunner.h"
 #include "matrixlink.h"
 #include "reply.h"
 #include "uart.h"
@@ -39,8 +40,8 @@ void ControlPort::feedText(char byte)
         return;
     }
     const int result = m_interpreter(m_lines.line(), m_lines.length());
-    const Reply reply = result == MxTemperature ? temperatureReply() : replyTo(result, m_shm);
-    send(reply.text, reply.size);
+    char reply[MxMaxReply];
+    send(reply, result == MxTemperature ? writeTemperatureReply(reply) : writeReply(reply, result, m_shm));
 }
 
 void ControlPort::feedFrame(quint8 byte)

@@ -8,7 +8,6 @@
 
 class MatrixLink;
 struct MxShm;
-struct Reply;
 
 /// One serial control port: text commands and, on the same bytes, binary frames for the board. Used on the
 /// control thread, except for `open`, which comes before.

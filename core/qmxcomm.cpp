@@ -2,9 +2,9 @@
 
 #include "captionstore.h"
 #include "commandinterpreter.h"
+#include "commandrunner.h"
 #include "controlparts.h"
 #include "devicefiles.h"
-#include "reply.h"
 #include "routing.h"
 #include "scenestore.h"
 #include "settingsstore.h"
@@ -217,46 +217,7 @@ void QMxComm::MxCmdOneToNone(unsigned short in)
 
 int QMxComm::MxOnUartCommand(char *line, unsigned short len)
 {
-    const CommandInterpreter command(line, len);
-    switch (command.command()) {
-    case CommandInterpreter::SyntaxError:
-        return MxError;
-    case CommandInterpreter::RouteToSome:
-        MxCmdOneToSome(command.input(), command.outputs(), command.outputCount());
-        return MxOk;
-    case CommandInterpreter::RouteToAll:
-        MxCmdOneToAll(command.input());
-        return MxOk;
-    case CommandInterpreter::RouteOneToOne:
-        MxCmdAllToAll();
-        return MxOk;
-    case CommandInterpreter::SaveScene:
-    case CommandInterpreter::RecallScene:
-        return runSceneCommand(command.number(), command.command() == CommandInterpreter::SaveScene);
-    case CommandInterpreter::Query:
-        return command.number() <= portCount(*g_mxConfig) ? int(command.number()) : MxError;
-    case CommandInterpreter::Temperature:
-        return MxTemperature;
-    case CommandInterpreter::BeepOn:
-    case CommandInterpreter::BeepOff:
-        g_mxConfig->beep = command.command() == CommandInterpreter::BeepOn ? 1 : 0;
-        SaveConfig();
-        return MxOk;
-    }
-    return MxError;
-}
-
-int QMxComm::runSceneCommand(int n, bool save)
-{
-    if (!SceneStore::offered(*g_mxConfig, n)) {
-        return MxError;
-    }
-    if (save) {
-        SaveScene(n);
-    } else {
-        LoadScene(n);
-    }
-    return MxOk;
+    return runCommand(CommandInterpreter(line, len), *this);
 }
 
 void QMxComm::MxDoSwitch()
@@ -264,7 +225,7 @@ void QMxComm::MxDoSwitch()
     m_parts->sender.step(GetTickCount());
 }
 
-int QMxComm::MxWriteMatrix(unsigned char *buf, int len)
+int QMxComm::MxWriteMatrix(const unsigned char *buf, int len)
 {
     return m_matrix.writeFlushed(buf, len);
 }

@@ -68,7 +68,7 @@ public:
     void MxDoSwitch();
     /// Writes to the switching board and flushes. \return bytes written, or a value below 1 when the link is
     /// not open
-    int MxWriteMatrix(unsigned char *buf, int len);
+    int MxWriteMatrix(const unsigned char *buf, int len);
 
     /// Opens and configures a serial device; see `openUart`.
     int MxUartOpen(const char *path, int baud);
@@ -102,7 +102,6 @@ private:
     void loadState();
     void openLinks();
     void pollControlPorts();
-    int runSceneCommand(int n, bool save);
 
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does

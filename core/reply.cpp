@@ -1,70 +1,66 @@
 #include "reply.h"
 
+#include "commandrunner.h"
 #include "temperature.h"
 
 #include <cstring>
 
 namespace
 {
-void append(Reply &reply, const char *text, int size)
+template <int Size>
+int writeText(char *to, const char (&text)[Size])
 {
-    std::memcpy(reply.text + reply.size, text, static_cast<size_t>(size));
-    reply.size += size;
+    std::memcpy(to, text, Size - 1);
+    return Size - 1;
 }
 
-void append(Reply &reply, const char *text)
+/// `number` is at most three digits long. \return behind the character that ends it
+char *appendNumber(char *to, int number, char behind)
 {
-    append(reply, text, static_cast<int>(std::strlen(text)));
+    if (number >= 100) {
+        *to++ = static_cast<char>('0' + number / 100);
+    }
+    if (number >= 10) {
+        *to++ = static_cast<char>('0' + number / 10 % 10);
+    }
+    *to++ = static_cast<char>('0' + number % 10);
+    *to++ = behind;
+    return to;
 }
 
-/// `number` is at most three digits long.
-void appendNumber(Reply &reply, int number, char behind)
+int writeRoutingAnswer(char *to, int input, const MxShm &shm)
 {
-    char digits[4];
-    char *first = digits + sizeof digits;
-    *--first = behind;
-    do {
-        *--first = static_cast<char>('0' + number % 10);
-        number /= 10;
-    } while (number > 0);
-    append(reply, first, static_cast<int>(digits + sizeof digits - first));
-}
-
-Reply routingAnswer(int input, const MxShm &shm)
-{
-    Reply reply;
-    reply.size = 0;
-    appendNumber(reply, input, 'x');
-    for (int o = 0; o < portCount(shm); ++o) {
+    char *at = appendNumber(to, input, 'x');
+    const int ports = portCount(shm);
+    for (int o = 0; o < ports; ++o) {
         if (shm.map[o] == input - 1) {
-            appendNumber(reply, o + 1, '&');
+            at = appendNumber(at, o + 1, '&');
         }
     }
-    if (reply.text[reply.size - 1] == '&') {
-        --reply.size;
+    if (at[-1] == '&') {
+        --at;
     }
-    append(reply, ".");
-    return reply;
+    *at++ = '.';
+    return static_cast<int>(at - to);
 }
 } // namespace
 
-Reply replyTo(int result, const MxShm &shm)
+int writeReply(char *to, int result, const MxShm &shm)
 {
-    if (result >= 1 && result <= portCount(shm)) {
-        return routingAnswer(result, shm);
+    if (result == MxOk) {
+        return writeText(to, "OK.");
     }
-    Reply reply;
-    reply.size = 0;
-    append(reply, result == MxOk ? "OK." : "ERR.");
-    return reply;
+    return result >= 1 && result <= portCount(shm) ? writeRoutingAnswer(to, result, shm)
+                                                   : writeText(to, "ERR.");
 }
 
-Reply temperatureReply()
+int writeTemperatureReply(char *to)
 {
-    Reply reply;
-    reply.size = 0;
-    append(reply, "temp=");
-    append(reply, readTemperature().text);
-    append(reply, ".");
-    return reply;
+    const Temperature degrees = readTemperature();
+    int size = writeText(to, "temp=");
+    const std::size_t length = std::strlen(degrees.text);
+    std::memcpy(to + size, degrees.text, length);
+    size += static_cast<int>(length);
+    to[size++] = '.';
+    return size;
 }

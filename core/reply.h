@@ -2,24 +2,14 @@
 
 #include "mxshm.h"
 
-/// Results of `MxOnUartCommand` besides 1..`port`, which is the input that a query asked for.
-enum MxResult {
-    MxOk = 0,
-    MxError = -1,
-    MxTemperature = -2,
-};
+/// Bytes of the longest reply: the answer to a query with every output of the largest matrix on one input.
+constexpr int MxMaxReply = 8 + 4 * MxMaxPort;
 
-/// The answer to one command, as it goes on the wire: no line end and no NUL.
-struct Reply {
-    /// The longest is the answer to a query with every output of the largest matrix on one input.
-    char text[8 + 4 * MxMaxPort];
-    int size;
-};
+/// Writes the answer to one command to `to`, which has room for `MxMaxReply` bytes: "OK.", "ERR." or, for an
+/// input number, the outputs that it feeds ("3x1&4."); no line end and no NUL. `result` is the one of
+/// `runCommand`. Any thread; allocates nothing. \return bytes written
+int writeReply(char *to, int result, const MxShm &shm);
 
-/// "OK.", "ERR." or, for an input number, the outputs that it feeds ("3x1&4."). Any thread; allocates
-/// nothing.
-Reply replyTo(int result, const MxShm &shm);
-
-/// "temp=45.": whole degrees Celsius, from the sensor's millidegrees; nothing behind "=" when it cannot be
-/// read.
-Reply temperatureReply();
+/// The same for the temperature: "temp=45.", in whole degrees Celsius from the sensor's millidegrees; nothing
+/// behind "=" when it cannot be read.
+int writeTemperatureReply(char *to);

@@ -4,15 +4,16 @@
 
 void Routing::oneToOne(MxShm &shm, quint16 input, quint16 output)
 {
-    if (output < portCount(shm)) {
-        shm.map[output] = input;
-    }
+    oneToSome(shm, input, &output, 1);
 }
 
 void Routing::oneToSome(MxShm &shm, quint16 input, const quint16 *outputs, int count)
 {
+    const int ports = portCount(shm);
     for (int i = 0; i < count; ++i) {
-        oneToOne(shm, input, outputs[i]);
+        if (outputs[i] < ports) {
+            shm.map[outputs[i]] = input;
+        }
     }
 }
 

@@ -1,119 +1,81 @@
 #include "qmxtcp.h"
 
+#include "descriptorlimit.h"
 #include "mxsite.h"
-#include "networkblock.h"
+#include "tcpclient.h"
 
 #include <QHostAddress>
-#include <QTcpSocket>
-#include <QTimer>
-#include <utility>
+#include <cerrno>
+#include <cstdio>
+#include <sys/epoll.h>
+#include <sys/socket.h>
 
 namespace
 {
-/// Replies of one block are gathered up to this many bytes and then leave in one write.
-constexpr int MaxReplies = 64 * 1024;
-constexpr int AcceptPauseMs = 1000;
+/// Connections that are accepted before others have their turn.
+constexpr int AcceptRound = 16;
+constexpr int RetryMs = 1000;
 } // namespace
 
-QMxTcp::QMxTcp(QObject *parent)
+QMxTcp::QMxTcp(ClientTurns &turns, QObject *parent)
     : QObject(parent)
+    , m_turns(turns)
+    , m_poll(this)
 {
-    connect(&m_server, &QTcpServer::newConnection, this, &QMxTcp::onNewConnection);
-    connect(&m_server, &QTcpServer::acceptError, this, &QMxTcp::onAcceptError);
-    m_server.listen(QHostAddress::AnyIPv4, MxSite::tcpPort());
-}
-
-void QMxTcp::onNewConnection()
-{
-    QTcpSocket *socket = m_server.nextPendingConnection();
-    if (socket == nullptr) {
+    if (!m_server.listen(QHostAddress::AnyIPv4, MxSite::tcpPort())) {
+        std::printf("can't listen on TCP port %d: %s\n", MxSite::tcpPort(),
+                    qPrintable(m_server.errorString()));
         return;
     }
-    // A reply never waits for the acknowledgement of the one before.
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    // A client that has lost its power never says so.
-    socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    // All that is read at a time fits one block.
-    socket->setReadBufferSize(CommandBlock::MaxSize);
-    connect(socket, &QTcpSocket::readyRead, this, &QMxTcp::onReadyRead);
-    connect(socket, &QTcpSocket::disconnected, socket, &QTcpSocket::deleteLater);
-    connect(socket, &QTcpSocket::destroyed, this, [this, socket] { m_waiting.remove(socket); });
+    m_server.pauseAccepting();
+    m_poll.add(static_cast<int>(m_server.socketDescriptor()), *this, EPOLLIN);
 }
 
-/// Out of descriptors, say: the server has stopped accepting and would stay so.
-void QMxTcp::onAcceptError()
+void QMxTcp::onReady(std::uint32_t)
 {
-    QTimer::singleShot(AcceptPauseMs, &m_server, &QTcpServer::resumeAccepting);
-}
-
-void QMxTcp::onReadyRead()
-{
-    serve(static_cast<QTcpSocket *>(sender()));
-}
-
-void QMxTcp::onBytesWritten()
-{
-    auto *socket = static_cast<QTcpSocket *>(sender());
-    if (socket->bytesToWrite() == 0) {
-        disconnect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onBytesWritten);
-        serve(socket);
+    int left = AcceptRound;
+    while (left > 0 && acceptClient()) {
+        --left;
     }
 }
 
-/// Carries out what the client has sent, as long as the kernel takes the replies; goes on when it takes them
-/// again.
-void QMxTcp::serve(QTcpSocket *socket)
+/// \return whether there may be another
+bool QMxTcp::acceptClient()
 {
-    CommandBlock block;
-    while (socket->bytesToWrite() == 0 && takeBlock(socket, block)) {
-        answer(socket, std::move(block));
-    }
-    if (socket->bytesToWrite() > 0) {
-        connect(socket, &QTcpSocket::bytesWritten, this, &QMxTcp::onBytesWritten, Qt::UniqueConnection);
-    }
-}
-
-/// The next text to carry out: the rest of a block that had to wait, or else what has come in. A block for
-/// the board goes there on the way.
-bool QMxTcp::takeBlock(QTcpSocket *socket, CommandBlock &block)
-{
-    const auto waiting = m_waiting.find(socket);
-    if (waiting != m_waiting.end()) {
-        block = std::move(*waiting);
-        m_waiting.erase(waiting);
-        return true;
-    }
-    if (socket->bytesAvailable() == 0) {
+    const int listener = static_cast<int>(m_server.socketDescriptor());
+    const int descriptor = ::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    if (descriptor < 0) {
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+            pauseAccepting();
+            m_retry.start(RetryMs, this);
+        }
         return false;
     }
-    QByteArray bytes = socket->readAll();
-    if (NetworkBlock::isForBoard(bytes)) {
-        forward(socket, bytes);
-        return false;
+    auto *client = new TcpClient(descriptor, m_poll, m_turns, this);
+    connect(client, &QObject::destroyed, this, &QMxTcp::resumeAccepting);
+    const bool last = DescriptorLimit::reachesReserve(descriptor);
+    if (last) {
+        pauseAccepting();
     }
-    block = CommandBlock(std::move(bytes));
-    return !block.atEnd();
+    return !last;
 }
 
-void QMxTcp::answer(QTcpSocket *socket, CommandBlock block)
+void QMxTcp::pauseAccepting()
 {
-    QByteArray replies;
-    while (replies.size() < MaxReplies && block.next()) {
-        const Reply reply = NetworkBlock::answer(block);
-        replies.append(reply.text, reply.size);
-    }
-    if (!block.atEnd()) {
-        m_waiting.insert(socket, block);
-    }
-    socket->write(replies);
-    socket->flush();
+    m_accepts = false;
+    m_poll.change(static_cast<int>(m_server.socketDescriptor()), *this, 0);
 }
 
-/// The block itself is the acknowledgement.
-void QMxTcp::forward(QTcpSocket *socket, QByteArray &bytes)
+void QMxTcp::resumeAccepting()
 {
-    if (NetworkBlock::forward(bytes)) {
-        socket->write(bytes);
-        socket->flush();
+    if (!m_accepts) {
+        m_accepts = true;
+        m_poll.change(static_cast<int>(m_server.socketDescriptor()), *this, EPOLLIN);
     }
+}
+
+void QMxTcp::timerEvent(QTimerEvent *)
+{
+    m_retry.stop();
+    resumeAccepting();
 }

@@ -1,40 +1,38 @@
 #pragma once
 
-#include "commandblock.h"
+#include "socketpoll.h"
 
-#include <QHash>
+#include <QBasicTimer>
 #include <QObject>
 #include <QTcpServer>
 
-class QTcpSocket;
+class ClientTurns;
 
 /// Serves the command language, and frames for the switching board, on the unit's TCP port of every IPv4
-/// address. Main thread. Any number of clients; nothing of one read is carried into the next.
-///
-/// What a client makes the unit keep is bounded: while a client does not read its replies, nothing more of
-/// what it has sent is carried out, and TCP holds it back.
-class QMxTcp : public QObject
+/// address. Any number of clients, as long as the device keeps its reserve of descriptors: before that is
+/// touched no connection is accepted until one ends. Main thread.
+class QMxTcp : public QObject, private SocketPoll::Socket
 {
     Q_OBJECT
 
 public:
-    /// Listens at once; a port that is taken is not reported.
-    explicit QMxTcp(QObject *parent);
+    /// Listens at once; a port that is taken is named on the output.
+    QMxTcp(ClientTurns &turns, QObject *parent);
 
-private slots:
-    void onNewConnection();
-    void onReadyRead();
-    void onBytesWritten();
-    void onAcceptError();
+protected:
+    /// Tries again when no descriptor could be had.
+    void timerEvent(QTimerEvent *event) override;
 
 private:
-    void serve(QTcpSocket *socket);
-    bool takeBlock(QTcpSocket *socket, CommandBlock &block);
-    void answer(QTcpSocket *socket, CommandBlock block);
-    void forward(QTcpSocket *socket, QByteArray &bytes);
+    void onReady(std::uint32_t events) override;
+    bool acceptClient();
+    void pauseAccepting();
+    void resumeAccepting();
 
-    /// Blocks that wait until their client has read the replies to their beginning. It outlives the server, whose
-    /// sockets take themselves out of it.
-    QHash<QTcpSocket *, CommandBlock> m_waiting;
+    ClientTurns &m_turns;
+    SocketPoll m_poll;
+    /// Only listens: its own accepting cannot stop between two connections.
     QTcpServer m_server;
+    QBasicTimer m_retry;
+    bool m_accepts = true;
 };

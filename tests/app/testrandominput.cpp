@@ -1,4 +1,5 @@
 #include "mxsite.h"
+#include "clientturns.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
 #include "testregistry.h"
@@ -130,8 +131,9 @@ private:
             }
         }
         unit.start();
-        const QMxUdp udp(nullptr);
-        const QMxTcp tcp(nullptr);
+        ClientTurns turns;
+        const QMxUdp udp(turns, nullptr);
+        const QMxTcp tcp(turns, nullptr);
         QVERIFY(unit.talk(Wire::Control0, "9999?.") == "ERR."); // the control thread has opened what it needs
         const QByteArray before = untouchable(unit.shm());
         const int descriptors = openDescriptors();

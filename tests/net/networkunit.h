@@ -1,5 +1,6 @@
 #pragma once
 
+#include "clientturns.h"
 #include "mxsite.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
@@ -13,11 +14,14 @@ public:
         : TestUnit(ports)
     {
         start();
-        m_udp.reset(new QMxUdp(nullptr));
-        m_tcp.reset(new QMxTcp(nullptr));
+        m_udp.reset(new QMxUdp(m_turns, nullptr));
+        m_tcp.reset(new QMxTcp(m_turns, nullptr));
     }
 
+    QMxUdp &udp() { return *m_udp; }
+
 private:
+    ClientTurns m_turns;
     std::unique_ptr<QMxUdp> m_udp;
     std::unique_ptr<QMxTcp> m_tcp;
 };

@@ -1,0 +1,54 @@
+#include "commandrunner.h"
+
+#include "commandinterpreter.h"
+#include "qmxcomm.h"
+#include "scenestore.h"
+
+namespace
+{
+int setBeep(QMxComm &device, int beep)
+{
+    g_mxConfig->beep = beep;
+    device.SaveConfig();
+    return MxOk;
+}
+} // namespace
+
+int runCommand(const CommandInterpreter &command, QMxComm &device)
+{
+    const int number = command.number();
+    switch (command.command()) {
+    case CommandInterpreter::SyntaxError:
+        return MxError;
+    case CommandInterpreter::RouteToSome:
+        device.MxCmdOneToSome(command.input(), command.outputs(), command.outputCount());
+        return MxOk;
+    case CommandInterpreter::RouteToAll:
+        device.MxCmdOneToAll(command.input());
+        return MxOk;
+    case CommandInterpreter::RouteOneToOne:
+        device.MxCmdAllToAll();
+        return MxOk;
+    case CommandInterpreter::SaveScene:
+        if (!SceneStore::offered(*g_mxConfig, number)) {
+            return MxError;
+        }
+        device.SaveScene(number);
+        return MxOk;
+    case CommandInterpreter::RecallScene:
+        if (!SceneStore::offered(*g_mxConfig, number)) {
+            return MxError;
+        }
+        device.LoadScene(number);
+        return MxOk;
+    case CommandInterpreter::Query:
+        return number <= portCount(*g_mxConfig) ? number : MxError;
+    case CommandInterpreter::Temperature:
+        return MxTemperature;
+    case CommandInterpreter::BeepOn:
+        return setBeep(device, 1);
+    case CommandInterpreter::BeepOff:
+        return setBeep(device, 0);
+    }
+    return MxError;
+}

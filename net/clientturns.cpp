@@ -1,0 +1,37 @@
+#include "clientturns.h"
+
+#include "clientsession.h"
+
+void ClientTurns::add(ClientSession *session)
+{
+    m_line.append(session);
+    if (!m_round.isActive()) {
+        m_round.start(0, this);
+    }
+}
+
+void ClientTurns::remove(ClientSession *session)
+{
+    m_line.removeAll(session);
+}
+
+void ClientTurns::timerEvent(QTimerEvent *)
+{
+    ClientSession *blocked = nullptr;
+    for (int left = m_line.size(); left > 0; --left) {
+        ClientSession *session = m_line.takeFirst();
+        if (!session->isBlocked()) {
+            session->takeTurn();
+        } else if (blocked == nullptr) {
+            blocked = session;
+        } else {
+            m_line.append(session);
+        }
+    }
+    if (blocked != nullptr) {
+        blocked->takeTurn();
+    }
+    if (m_line.isEmpty()) {
+        m_round.stop();
+    }
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QList>
+#include <QObject>
+
+class ClientSession;
+
+/// Gives the sessions that have something left to do their turns, one round in each turn of the event loop:
+/// first whoever has quick commands, then at most one command that blocks, in the order of waiting. Between
+/// rounds touches, timers, signals and other clients are served. One for all network ports. Main thread.
+class ClientTurns : public QObject
+{
+public:
+    /// Puts the session at the end of the line.
+    void add(ClientSession *session);
+    void remove(ClientSession *session);
+
+    /// Where the replies of a turn are gathered, for the session whose turn it is.
+    static constexpr int ReplyRoom = 64 * 1024;
+    char *replies() { return m_replies; }
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    QList<ClientSession *> m_line;
+    QBasicTimer m_round;
+    char m_replies[ReplyRoom];
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "filedescriptor.h"
+
+#include <QObject>
+#include <cstdint>
+
+/// Waits for any number of sockets through one descriptor of the event loop, so that those at rest cost the
+/// loop nothing. Main thread.
+class SocketPoll : public QObject
+{
+public:
+    /// What has one of the sockets.
+    class Socket
+    {
+    public:
+        /// `events` are those of epoll. It may be the end of this object.
+        virtual void onReady(std::uint32_t events) = 0;
+
+    protected:
+        ~Socket() = default;
+    };
+
+    explicit SocketPoll(QObject *parent);
+
+    /// Begins to wait for `events` of epoll; closing the descriptor ends it.
+    void add(int descriptor, Socket &socket, std::uint32_t events);
+    /// Waits for others from now on.
+    void change(int descriptor, Socket &socket, std::uint32_t events);
+
+private:
+    void onActivated();
+
+    const FileDescriptor m_poll;
+};

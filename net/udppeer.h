@@ -1,0 +1,42 @@
+#pragma once
+
+#include "clientsession.h"
+
+#include <QHostAddress>
+
+class QMxUdp;
+class QUdpSocket;
+
+/// One sender of datagrams to one of the unit's ports. Main thread.
+class UdpPeer : public ClientSession
+{
+public:
+    UdpPeer(QMxUdp &owner, ClientTurns &turns)
+        : ClientSession(turns)
+        , m_owner(owner)
+    {
+    }
+
+    /// Who it is; only for one of whom nothing waits. Replies leave through `socket`.
+    void setAddress(QUdpSocket *socket, const QHostAddress &address, quint16 port);
+    /// Stands for the sender as long as the object lives.
+    quint64 key() const { return keyOf(m_socket, m_address, m_port); }
+    static quint64 keyOf(const QUdpSocket *socket, const QHostAddress &address, quint16 port);
+
+    /// Takes a datagram; one for which there is no room is dropped. \return whether something of it is left
+    /// to do
+    bool take(const char *datagram, int size);
+    /// Waits for a turn from now on, and is forgotten by its owner when nothing is left.
+    void stay();
+
+protected:
+    void sendReplies(const char *replies, int size) override;
+    void sendBlock(const char *bytes, int size) override;
+    void onSettled() override;
+
+private:
+    QMxUdp &m_owner;
+    QUdpSocket *m_socket = nullptr;
+    QHostAddress m_address;
+    quint16 m_port = 0;
+};
