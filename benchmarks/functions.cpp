@@ -3,15 +3,19 @@
 
 #include "allocations.h"
 #include "commandinterpreter.h"
+#include "commandtext.h"
 #include "framedecoder.h"
 #include "lineassembler.h"
 #include "matrixframes.h"
 #include "reply.h"
+#include "routing.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace
 {
@@ -32,9 +36,34 @@ void interpreterLine(benchmark::State &state, const char *text)
     const int length = static_cast<int>(std::strlen(text));
     measure(state, [&] {
         benchmark::DoNotOptimize(text);
-        const CommandInterpreter command(text, length);
+        const CommandInterpreter command(text, text + length);
         benchmark::DoNotOptimize(command.command());
     });
+}
+
+/// A block of commands as the network wires carry it out, but for the sockets.
+void blockOfRoutes(benchmark::State &state)
+{
+    constexpr int Commands = 1000;
+    std::string text;
+    for (int i = 0; i < Commands; ++i) {
+        text += "3x1&4.";
+    }
+    const auto shm = std::make_unique<MxShm>();
+    shm->port = 16;
+    std::vector<char> replies(3 * Commands + MxMaxReply);
+    measure(state, [&] {
+        int used = 0;
+        const char *const end = text.data() + text.size();
+        for (const char *at = text.data(); at != end; ++at) {
+            const CommandInterpreter command(at, end, CommandText::NetworkEnd);
+            at = command.end();
+            Routing::oneToSome(*shm, command.input(), command.outputs(), command.outputCount());
+            used += writeReply(replies.data() + used, 0, *shm);
+        }
+        benchmark::DoNotOptimize(replies.data());
+    });
+    state.SetItemsProcessed(state.iterations() * Commands);
 }
 
 /// One byte of a stream that is fed round and round.
@@ -109,6 +138,7 @@ constexpr char Frame[] = "\xEB\x90\x00\x10"
 BENCHMARK_CAPTURE(interpreterLine, route, "3x1&4");
 BENCHMARK_CAPTURE(interpreterLine, route_eight_outputs, "12x1&2&3&4&5&6&7&8");
 BENCHMARK_CAPTURE(interpreterLine, query, "12?");
+BENCHMARK(blockOfRoutes);
 BENCHMARK_CAPTURE(assemblerByte, text, Text, sizeof Text - 1);
 BENCHMARK_CAPTURE(decoderByte, frames, Frame, sizeof Frame);
 BENCHMARK_CAPTURE(decoderByte, text, Text, sizeof Text - 1);

@@ -14,26 +14,30 @@ struct Number {
     bool hasDigits;
 };
 
-/// Reads as far as a number goes, white space and a sign in front included, and moves `at` behind it. One
-/// that is too long for 64 bits stays at their limit.
-Number readNumber(const char *&at, const char *end)
+/// Reads digits and moves `at` behind them. A number that is too long for 64 bits stays at their limit.
+inline Number readDigits(const char *&at, const char *limit, int sign)
 {
-    while (at != end && is(*at, CommandText::Space)) {
-        ++at;
-    }
-    bool negative = false;
-    if (at != end && (*at == '-' || *at == '+')) {
-        negative = *at++ == '-';
-    }
     const char *const digits = at;
     qint64 value = 0;
-    for (; at != end && is(*at, CommandText::Digit); ++at) {
-        const int digit = negative ? '0' - *at : *at - '0';
-        if (__builtin_mul_overflow(value, 10, &value) || __builtin_add_overflow(value, digit, &value)) {
-            value = negative ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+    for (; at != limit && is(*at, CommandText::Digit); ++at) {
+        if (__builtin_mul_overflow(value, 10, &value) ||
+            __builtin_add_overflow(value, sign * (*at - '0'), &value)) {
+            value = sign < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
         }
     }
     return {static_cast<quint16>(value), at != digits};
+}
+
+/// The same with white space and a sign in front, as far as `limit` or one of `ends`.
+Number readNumber(const char *&at, const char *limit, int ends = 0)
+{
+    while (at != limit && is(*at, CommandText::Space) && !is(*at, ends)) {
+        ++at;
+    }
+    const bool hasSign = at != limit && (*at == '-' || *at == '+');
+    const int sign = hasSign && *at == '-' ? -1 : 1;
+    at += hasSign ? 1 : 0;
+    return readDigits(at, limit, sign);
 }
 
 /// Compares with a text in lower case.
@@ -73,9 +77,14 @@ bool isQueryForm(const char *line, const char *end)
 }
 } // namespace
 
-CommandInterpreter::CommandInterpreter(const char *line, int length)
+/// A line is read as a routing first, which finds its end as well; only one with other characters than a
+/// routing needs can be something else.
+CommandInterpreter::CommandInterpreter(const char *text, const char *limit, int ends)
 {
-    m_command = parse(line, line + length);
+    m_command = route(text, limit, ends);
+    if (!m_plain) {
+        m_command = other(text);
+    }
 }
 
 bool CommandInterpreter::blocks() const
@@ -83,75 +92,87 @@ bool CommandInterpreter::blocks() const
     return m_command == SaveScene || m_command == RecallScene || m_command == BeepOn || m_command == BeepOff;
 }
 
-CommandInterpreter::Command CommandInterpreter::parse(const char *line, const char *end)
+/// Fields with a number each, of which only the beginning counts. An input separator anywhere begins the list
+/// anew with the number before it.
+CommandInterpreter::Command CommandInterpreter::route(const char *text, const char *limit, int ends)
 {
-    if (beginsWith(line, end, "0m")) {
-        line += 2;
+    const int separators = CommandText::InputSeparator | CommandText::OutputSeparator;
+    Command command = RouteToSome;
+    m_count = 0;
+    for (const char *at = text;; ++at) {
+        Number field = readDigits(at, limit, 1);
+        if (at != limit && !is(*at, separators | ends)) {
+            m_plain = false;
+            if (!field.hasDigits) {
+                field = readNumber(at, limit, ends);
+            }
+            while (at != limit && !is(*at, separators | ends)) {
+                ++at;
+            }
+        }
+        const bool last = at == limit || is(*at, ends);
+        if (!last && is(*at, CommandText::InputSeparator)) {
+            command = field.hasDigits ? command : SyntaxError;
+            m_numbers[0] = field.value;
+            m_count = 1;
+        } else if (m_count == 0 || m_count == MaxNumbers) {
+            command = SyntaxError;
+        } else {
+            m_numbers[m_count++] = static_cast<quint16>(field.value - 1);
+        }
+        if (last) {
+            m_end = at;
+            return command;
+        }
     }
-    // No word begins with a digit, and no form but the routing ends with one.
-    if (line != end && is(*line, CommandText::Digit) && is(end[-1], CommandText::Digit)) {
-        return route(line, end);
-    }
-    if (isAllForm(line, end)) {
-        return routeToAll(line, end);
-    }
-    return word(line, end);
 }
 
-CommandInterpreter::Command CommandInterpreter::word(const char *line, const char *end)
+/// What is not a routing from its first character on.
+CommandInterpreter::Command CommandInterpreter::other(const char *line)
+{
+    const char *begin = beginsWith(line, m_end, "0m") ? line + 2 : line;
+    if (isAllForm(begin, m_end)) {
+        return routeToAll(begin);
+    }
+    const Command found = word(begin);
+    if (found != SyntaxError) {
+        return found;
+    }
+    // At two characters the line is a question or a routing, whatever it begins with.
+    if (m_end - begin > 2 && beginsWith(begin, m_end, ">c")) {
+        begin += 2;
+    }
+    if (isQueryForm(begin, m_end)) {
+        return query(begin);
+    }
+    return begin == line ? m_command : route(begin, m_end, 0);
+}
+
+/// \return SyntaxError when it is none of the words
+CommandInterpreter::Command CommandInterpreter::word(const char *line)
 {
     for (const Word &word : Words) {
+        if (!beginsWith(line, m_end, word.text)) {
+            continue;
+        }
         const char *behind = line + std::strlen(word.text);
-        if (beginsWith(line, end, word.text) && (behind != end) == word.takesNumber) {
-            m_numbers[0] = readNumber(behind, end).value;
+        if ((behind != m_end) == word.takesNumber) {
+            m_numbers[0] = readNumber(behind, m_end).value;
             return word.command;
         }
     }
-    // At two characters the line is a question or a routing, whatever it begins with.
-    return queryOrRoute(end - line > 2 && beginsWith(line, end, ">c") ? line + 2 : line, end);
+    return SyntaxError;
 }
 
-CommandInterpreter::Command CommandInterpreter::routeToAll(const char *line, const char *end)
+CommandInterpreter::Command CommandInterpreter::routeToAll(const char *line)
 {
-    const Number input = readNumber(line, end);
+    const Number input = readNumber(line, m_end);
     m_numbers[0] = input.value;
     return input.hasDigits ? RouteToAll : SyntaxError;
 }
 
-CommandInterpreter::Command CommandInterpreter::queryOrRoute(const char *line, const char *end)
+CommandInterpreter::Command CommandInterpreter::query(const char *line)
 {
-    return isQueryForm(line, end) ? query(line, end) : route(line, end);
-}
-
-CommandInterpreter::Command CommandInterpreter::query(const char *line, const char *end)
-{
-    m_numbers[0] = readNumber(line, end).value;
+    m_numbers[0] = readNumber(line, m_end).value;
     return number() != 0 ? Query : SyntaxError;
-}
-
-/// Fields with a number each, of which only the beginning counts. An input separator anywhere begins the list
-/// anew with the number before it.
-CommandInterpreter::Command CommandInterpreter::route(const char *line, const char *end)
-{
-    for (const char *at = line;; ++at) {
-        const Number field = readNumber(at, end);
-        while (at != end && !is(*at, CommandText::InputSeparator | CommandText::OutputSeparator)) {
-            ++at;
-        }
-        if (at != end && is(*at, CommandText::InputSeparator)) {
-            if (!field.hasDigits) {
-                return SyntaxError;
-            }
-            m_numbers[0] = field.value;
-            m_count = 1;
-            continue;
-        }
-        if (m_count == 0 || m_count == MaxNumbers) {
-            return SyntaxError;
-        }
-        m_numbers[m_count++] = static_cast<quint16>(field.value - 1);
-        if (at == end) {
-            return RouteToSome;
-        }
-    }
 }

@@ -28,10 +28,13 @@ public:
         BeepOff,
     };
 
-    /// Parses the `length` bytes of `line`. Allocates nothing; any thread.
-    CommandInterpreter(const char *line, int length);
+    /// Parses the command that begins at `text` and ends in front of the first byte in the character classes
+    /// `ends`, or at `limit`. Allocates nothing; any thread.
+    CommandInterpreter(const char *text, const char *limit, int ends = 0);
 
     Command command() const { return m_command; }
+    /// Where the command ends.
+    const char *end() const { return m_end; }
     /// True for what waits or writes files: whoever serves several clients lets nothing wait behind it.
     bool blocks() const;
     quint16 number() const { return m_numbers[0]; }
@@ -45,13 +48,14 @@ private:
     /// More than a serial line can hold; a longer network line that names more is an error.
     static constexpr int MaxNumbers = 4096;
 
-    Command parse(const char *line, const char *end);
-    Command word(const char *line, const char *end);
-    Command routeToAll(const char *line, const char *end);
-    Command queryOrRoute(const char *line, const char *end);
-    Command query(const char *line, const char *end);
-    Command route(const char *line, const char *end);
+    Command route(const char *text, const char *limit, int ends);
+    Command other(const char *line);
+    Command word(const char *line);
+    Command routeToAll(const char *line);
+    Command query(const char *line);
 
+    const char *m_end;
+    bool m_plain = true; ///< nothing but digits and separators
     Command m_command;
     int m_count = 0; ///< numbers gathered: the input, then the outputs
     quint16 m_numbers[MaxNumbers];

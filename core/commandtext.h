@@ -69,9 +69,6 @@ inline bool is(char c, int classes)
     return (Classes[static_cast<unsigned char>(c)] & classes) != 0;
 }
 
-/// True for the bytes that end a command on the network wires.
-inline bool endsNetworkCommand(char c)
-{
-    return is(c, CommandEnd | LineFeed);
-}
+/// What ends a command on the network wires.
+constexpr int NetworkEnd = CommandEnd | LineFeed;
 } // namespace CommandText

@@ -217,7 +217,7 @@ void QMxComm::MxCmdOneToNone(unsigned short in)
 
 int QMxComm::MxOnUartCommand(char *line, unsigned short len)
 {
-    return runCommand(CommandInterpreter(line, len), *this);
+    return runCommand(CommandInterpreter(line, line + len), *this);
 }
 
 void QMxComm::MxDoSwitch()

@@ -15,6 +15,26 @@ namespace
 {
 constexpr int TurnCommands = 1024;
 
+bool endsCommand(char c)
+{
+    return CommandText::is(c, CommandText::NetworkEnd);
+}
+
+/// Empty lines draw no reply.
+const char *nextLine(const char *at, const char *limit)
+{
+    return std::find_if_not(at, limit, endsCommand);
+}
+
+/// Behind the last terminator in the text; its beginning when there is none.
+const char *behindLastLine(const char *bytes, int size)
+{
+    while (size > 0 && !endsCommand(bytes[size - 1])) {
+        --size;
+    }
+    return bytes + size;
+}
+
 /// A block that goes to the switching board as it is.
 bool isForBoard(const char *bytes, int size)
 {
@@ -27,7 +47,7 @@ ClientSession::~ClientSession()
     m_turns.remove(this);
 }
 
-void ClientSession::receive(const char *bytes, int size, CommandBlock::End end)
+void ClientSession::receive(const char *bytes, int size, End end)
 {
     m_queuedBytes += size;
     if (hasTail()) {
@@ -74,7 +94,7 @@ void ClientSession::goOn()
         return;
     }
     QByteArray &block = m_blocks.first();
-    const int done = run(block.constData(), block.size(), m_blocks.size() == 1 ? m_end : CommandBlock::Final);
+    const int done = run(block.constData(), block.size(), m_blocks.size() == 1 ? m_end : Final);
     block.remove(0, done);
     m_begun = true;
     m_queuedBytes -= done;
@@ -86,7 +106,7 @@ void ClientSession::goOn()
 }
 
 /// \return how many of the bytes are done with
-int ClientSession::run(const char *bytes, int size, CommandBlock::End end)
+int ClientSession::run(const char *bytes, int size, End end)
 {
     if (!m_begun && isForBoard(bytes, size)) {
         forward(bytes, size);
@@ -96,45 +116,44 @@ int ClientSession::run(const char *bytes, int size, CommandBlock::End end)
     return skipped + runText(bytes + skipped, size - skipped, end);
 }
 
-/// Up to the terminator, which is left. One that has not come yet is waited for unless this is the end.
-int ClientSession::skipOverlongLine(const char *bytes, int size, CommandBlock::End end)
+/// Up to the terminator. One that has not come yet is waited for unless this is the end.
+int ClientSession::skipOverlongLine(const char *bytes, int size, End end)
 {
-    const char *terminator = std::find_if(bytes, bytes + size, CommandText::endsNetworkCommand);
-    m_overlong = terminator == bytes + size && end == CommandBlock::Open;
+    const char *const terminator = std::find_if(bytes, bytes + size, endsCommand);
+    m_overlong = terminator == bytes + size && end == Open;
     return static_cast<int>(terminator - bytes);
 }
 
-int ClientSession::runText(const char *bytes, int size, CommandBlock::End end)
+int ClientSession::runText(const char *bytes, int size, End end)
 {
+    const char *const limit = end == Final ? bytes + size : behindLastLine(bytes, size);
+    const char *at = nextLine(bytes, limit);
     char *const replies = m_turns.replies();
     int used = 0;
     int commands = 0;
-    CommandBlock block(bytes, size, end);
     const bool mayBlock = std::exchange(m_state, Resting) == Blocked;
-    while (m_state == Resting && block.next()) {
-        const CommandInterpreter command(block.line(), block.length());
+    while (at != limit && m_state == Resting) {
+        const CommandInterpreter command(at, limit, CommandText::NetworkEnd);
         if (command.blocks() && !mayBlock) {
-            block.unread();
             m_state = Blocked;
             break;
         }
         used += writeReply(replies + used, runCommand(command, *g_mxComm), *g_mxConfig);
-        const bool full = ++commands == TurnCommands || used > ClientTurns::ReplyRoom - MxMaxReply;
-        if (full || command.blocks()) {
-            m_state = block.atEnd() ? Resting : Waiting;
-            break;
+        at = nextLine(command.end(), limit);
+        const bool full = ++commands == TurnCommands || used > ClientTurns::ReplyRoom - 2 * MxMaxReply;
+        if (at != limit && (full || command.blocks())) {
+            m_state = Waiting;
         }
     }
-    int done = block.position();
-    if (m_state == Resting && size - done >= MaxBlock) {
+    if (m_state == Resting && bytes + size - limit >= MaxBlock) {
         used += writeReply(replies + used, MxError, *g_mxConfig);
         m_overlong = true;
-        done = size;
+        at = bytes + size;
     }
     if (used > 0) {
         sendReplies(replies, used);
     }
-    return done;
+    return static_cast<int>(at - bytes);
 }
 
 /// The block itself is the acknowledgement; one that the board's link did not take whole has none.

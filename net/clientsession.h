@@ -1,7 +1,5 @@
 #pragma once
 
-#include "commandblock.h"
-
 #include <QByteArray>
 #include <QQueue>
 
@@ -34,9 +32,15 @@ public:
     bool isBlocked() const { return m_state == Blocked; }
 
 protected:
+    /// What the end of a block means for a last line without a terminator.
+    enum End {
+        Final, ///< it is a line like any other
+        Open,  ///< it may go on in the next block
+    };
+
     /// Takes a block of at most `MaxBlock` bytes and carries out what one turn allows, unless older blocks
-    /// wait. With an `Open` end the text may go on with the next block; nothing else may wait then.
-    void receive(const char *bytes, int size, CommandBlock::End end);
+    /// wait. Nothing may wait when it has an `Open` end.
+    void receive(const char *bytes, int size, End end);
     /// To be called behind `receive`: waits for another turn when something is left. It may be the end of
     /// this object.
     void settle();
@@ -62,18 +66,18 @@ private:
         Blocked, ///< a command that blocks is next
     };
 
-    int run(const char *bytes, int size, CommandBlock::End end);
-    int runText(const char *bytes, int size, CommandBlock::End end);
+    int run(const char *bytes, int size, End end);
+    int runText(const char *bytes, int size, End end);
     void forward(const char *bytes, int size);
     void goOn();
     void keep(const char *bytes, int size);
-    int skipOverlongLine(const char *bytes, int size, CommandBlock::End end);
+    int skipOverlongLine(const char *bytes, int size, End end);
 
     ClientTurns &m_turns;
     State m_state = Resting;
     QQueue<QByteArray> m_blocks;
-    CommandBlock::End m_end = CommandBlock::Final; ///< of the last block
-    bool m_begun = false;                          ///< the first block is the rest of a text
-    bool m_overlong = false;                       ///< what comes is dropped up to the next terminator
+    End m_end = Final;       ///< of the last block
+    bool m_begun = false;    ///< the first block is the rest of a text
+    bool m_overlong = false; ///< what comes is dropped up to the next terminator
     int m_queuedBytes = 0;
 };

@@ -52,7 +52,7 @@ void TcpClient::read()
         return; // interrupted; or the connection is broken, which is told next
     }
     m_finished = count == 0;
-    receive(bytes, static_cast<int>(count), count >= SmallestCut ? CommandBlock::Open : CommandBlock::Final);
+    receive(bytes, static_cast<int>(count), count >= SmallestCut ? Open : Final);
     if (hasTail()) {
         m_silence.start(SilenceMs, this);
     }
@@ -63,7 +63,7 @@ void TcpClient::timerEvent(QTimerEvent *)
 {
     m_silence.stop();
     if (hasTail()) {
-        receive(nullptr, 0, CommandBlock::Final);
+        receive(nullptr, 0, Final);
         settle();
     }
 }

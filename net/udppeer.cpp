@@ -20,7 +20,7 @@ quint64 UdpPeer::keyOf(const QUdpSocket *socket, const QHostAddress &address, qu
 bool UdpPeer::take(const char *datagram, int size)
 {
     if (isResting() || queuedBytes() + size <= MaxBlock) {
-        receive(datagram, size, CommandBlock::Final);
+        receive(datagram, size, Final);
     }
     return !isResting();
 }
