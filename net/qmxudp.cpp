@@ -37,7 +37,7 @@ QMxUdp::QMxUdp(ClientTurns &turns, QObject *parent)
             std::printf("can't bind UDP port %d: %s\n", port, qPrintable(m_sockets[i]->errorString()));
         }
         m_sockets[i]->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBuffer);
-        connect(m_sockets[i], &QUdpSocket::readyRead, this, &QMxUdp::readPendingDatagrams);
+        connect(m_sockets[i], &QUdpSocket::readyRead, this, [this, i] { readPendingDatagrams(m_sockets[i]); });
     }
 }
 
@@ -52,31 +52,18 @@ void QMxUdp::forget(UdpPeer *peer)
     delete peer;
 }
 
-void QMxUdp::readPendingDatagrams()
+void QMxUdp::readPendingDatagrams(QUdpSocket *socket)
 {
-    for (QUdpSocket *socket : m_sockets) {
-        if (drain(socket) == 0 && socket == sender()) {
-            // An earlier call has already served what this signal announces. Unless a read follows a signal,
-            // even one that finds nothing, Qt never signals this socket again.
-            serve(socket);
-        }
-    }
-}
-
-/// \return datagrams served
-int QMxUdp::drain(QUdpSocket *socket)
-{
-    int served = 0;
+    int datagrams = 0;
     int bytes = 0;
-    while (served < TurnDatagrams && bytes < TurnBytes && socket->hasPendingDatagrams()) {
+    do {
         const int size = serve(socket);
         if (size < 0) {
             break;
         }
         bytes += size;
-        ++served;
-    }
-    return served;
+        ++datagrams;
+    } while (datagrams < TurnDatagrams && bytes < TurnBytes && socket->hasPendingDatagrams());
 }
 
 /// Reads and takes one datagram. \return its size, -1 when there is none

@@ -32,13 +32,10 @@ public:
     /// Deletes a sender of which nothing waits any more.
     void forget(UdpPeer *peer);
 
-private slots:
-    void readPendingDatagrams();
-
 private:
     static constexpr int PortCount = 8;
 
-    int drain(QUdpSocket *socket);
+    void readPendingDatagrams(QUdpSocket *socket);
     int serve(QUdpSocket *socket);
     void take(QUdpSocket *socket, const QHostAddress &address, quint16 port, int size);
 
