@@ -14,12 +14,20 @@ struct Number {
     bool hasDigits;
 };
 
+/// Beside the character classes: there is no more text.
+constexpr int Limit = 0x100;
+
+inline int classAt(const char *at, const char *limit)
+{
+    return at == limit ? Limit : CommandText::classOf(*at);
+}
+
 /// Reads digits and moves `at` behind them. A number that is too long for 64 bits stays at their limit.
 inline Number readDigits(const char *&at, const char *limit, int sign)
 {
     const char *const digits = at;
     qint64 value = 0;
-    for (; at != limit && is(*at, CommandText::Digit); ++at) {
+    for (; (classAt(at, limit) & CommandText::Digit) != 0; ++at) {
         if (__builtin_mul_overflow(value, 10, &value) ||
             __builtin_add_overflow(value, sign * (*at - '0'), &value)) {
             value = sign < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
@@ -96,31 +104,32 @@ bool CommandInterpreter::blocks() const
 /// anew with the number before it.
 CommandInterpreter::Command CommandInterpreter::route(const char *text, const char *limit, int ends)
 {
-    const int separators = CommandText::InputSeparator | CommandText::OutputSeparator;
+    const int fieldEnds = CommandText::InputSeparator | CommandText::OutputSeparator | ends | Limit;
     Command command = RouteToSome;
-    m_count = 0;
+    int count = 0;
     for (const char *at = text;; ++at) {
         Number field = readDigits(at, limit, 1);
-        if (at != limit && !is(*at, separators | ends)) {
+        int kind = classAt(at, limit);
+        if ((kind & fieldEnds) == 0) {
             m_plain = false;
-            if (!field.hasDigits) {
-                field = readNumber(at, limit, ends);
-            }
-            while (at != limit && !is(*at, separators | ends)) {
+            field = field.hasDigits ? field : readNumber(at, limit, ends);
+            while (((kind = classAt(at, limit)) & fieldEnds) == 0) {
                 ++at;
             }
         }
-        const bool last = at == limit || is(*at, ends);
-        if (!last && is(*at, CommandText::InputSeparator)) {
+        if (kind == CommandText::InputSeparator) {
             command = field.hasDigits ? command : SyntaxError;
             m_numbers[0] = field.value;
-            m_count = 1;
-        } else if (m_count == 0 || m_count == MaxNumbers) {
+            count = 1;
+            continue;
+        }
+        if (count == 0 || count == MaxNumbers) {
             command = SyntaxError;
         } else {
-            m_numbers[m_count++] = static_cast<quint16>(field.value - 1);
+            m_numbers[count++] = static_cast<quint16>(field.value - 1);
         }
-        if (last) {
+        if (kind != CommandText::OutputSeparator) {
+            m_count = count;
             m_end = at;
             return command;
         }

@@ -63,10 +63,16 @@ constexpr std::array<quint8, 256> classTable()
 }
 inline constexpr std::array<quint8, 256> Classes = classTable();
 
+/// The classes that the byte is in.
+inline int classOf(char c)
+{
+    return Classes[static_cast<unsigned char>(c)];
+}
+
 /// True when the byte is in one of the `classes`.
 inline bool is(char c, int classes)
 {
-    return (Classes[static_cast<unsigned char>(c)] & classes) != 0;
+    return (classOf(c) & classes) != 0;
 }
 
 /// What ends a command on the network wires.

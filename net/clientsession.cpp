@@ -23,7 +23,10 @@ bool endsCommand(char c)
 /// Empty lines draw no reply.
 const char *nextLine(const char *at, const char *limit)
 {
-    return std::find_if_not(at, limit, endsCommand);
+    while (at != limit && endsCommand(*at)) {
+        ++at;
+    }
+    return at;
 }
 
 /// Behind the last terminator in the text; its beginning when there is none.

@@ -37,7 +37,8 @@ QMxUdp::QMxUdp(ClientTurns &turns, QObject *parent)
             std::printf("can't bind UDP port %d: %s\n", port, qPrintable(m_sockets[i]->errorString()));
         }
         m_sockets[i]->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBuffer);
-        connect(m_sockets[i], &QUdpSocket::readyRead, this, [this, i] { readPendingDatagrams(m_sockets[i]); });
+        connect(m_sockets[i], &QUdpSocket::readyRead, this,
+                [this, i] { readPendingDatagrams(m_sockets[i]); });
     }
 }
 
