@@ -17,6 +17,10 @@ void ClientTurns::remove(ClientSession *session)
 
 void ClientTurns::timerEvent(QTimerEvent *)
 {
+    // Whoever blocked in the last round stands behind those who have come meanwhile.
+    if (m_line.removeOne(m_lastBlocked)) {
+        m_line.append(m_lastBlocked);
+    }
     ClientSession *blocked = nullptr;
     for (int left = m_line.size(); left > 0; --left) {
         ClientSession *session = m_line.takeFirst();
@@ -28,6 +32,7 @@ void ClientTurns::timerEvent(QTimerEvent *)
             m_line.append(session);
         }
     }
+    m_lastBlocked = blocked;
     if (blocked != nullptr) {
         blocked->takeTurn();
     }

@@ -25,6 +25,7 @@ protected:
 
 private:
     QList<ClientSession *> m_line;
+    ClientSession *m_lastBlocked = nullptr; ///< only compared, since it may be gone
     QBasicTimer m_round;
     char m_replies[ReplyRoom];
 };

@@ -28,6 +28,8 @@ QMxTcp::QMxTcp(ClientTurns &turns, QObject *parent)
         return;
     }
     m_server.pauseAccepting();
+    // Qt lets 50 connections wait; in a burst, those beyond would lose a second.
+    ::listen(static_cast<int>(m_server.socketDescriptor()), SOMAXCONN);
     m_poll.add(static_cast<int>(m_server.socketDescriptor()), *this, EPOLLIN);
 }
 

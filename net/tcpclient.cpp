@@ -53,9 +53,6 @@ void TcpClient::read()
     }
     m_finished = count == 0;
     receive(bytes, static_cast<int>(count), count >= SmallestCut ? Open : Final);
-    if (hasTail()) {
-        m_silence.start(SilenceMs, this);
-    }
     settle();
 }
 
@@ -89,6 +86,9 @@ void TcpClient::onSettled()
     if (m_finished && isResting() && !isStalled()) {
         delete this;
         return;
+    }
+    if (hasTail()) {
+        m_silence.start(SilenceMs, this);
     }
     const std::uint32_t wanted = wantedEvents();
     if (wanted != m_events) {

@@ -1,68 +1,19 @@
+#include "clients.h"
 #include "networkunit.h"
-#include "rawsocket.h"
 #include "testregistry.h"
 
 #include <QDir>
 #include <QTest>
 #include <atomic>
-#include <malloc.h>
 #include <sys/resource.h>
-#include <thread>
-
-/// Of the sanitizers' allocators; missing without one.
-extern "C" size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
 namespace
 {
-/// Runs `client` in `count` threads beside the event loop that serves them.
-template <typename Client>
-void withClients(int count, Client client)
-{
-    std::atomic<int> running{count};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < count; ++i) {
-        threads.emplace_back([&, i] {
-            client(i);
-            --running;
-        });
-    }
-    while (running > 0) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-}
-
-using Socket = std::unique_ptr<RawSocket>;
-
-/// Every byte up to and with the `count`th reply.
-QByteArray replies(const RawSocket &socket, int count)
-{
-    QByteArray all;
-    QByteArray more;
-    do {
-        more = socket.receive();
-        all += more;
-    } while (!more.isEmpty() && all.count('.') < count);
-    return all;
-}
-
 int openDescriptors()
 {
     return QDir(QStringLiteral("/proc/self/fd"))
         .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
         .size();
-}
-
-/// Bytes that the process has allocated and not freed.
-qint64 heapBytes()
-{
-    if (__sanitizer_get_current_allocated_bytes != nullptr) {
-        return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
-    }
-    const struct mallinfo2 heap = mallinfo2();
-    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
 }
 } // namespace
 
