@@ -33,7 +33,7 @@ bool hasFrontPanel()
 }
 
 /// The unit is operated from its front panel; the screen shows a picture.
-int runFrontPanel()
+int runFrontPanel(ClientTurns &turns)
 {
     g_mxConfig->sleep = MxSleepNever;
     StartPicture splash(QPixmap(themed("./images/%1/startup_lcd.png")));
@@ -42,6 +42,7 @@ int runFrontPanel()
     // The panel takes its start picture from the screen: it has to be there.
     QApplication::processEvents();
     LCD_GUI_Init();
+    turns.start();
     const int result = QApplication::exec();
     LCD_GUI_DeInit();
     return result;
@@ -57,7 +58,7 @@ void countUp(QSplashScreen &splash)
     }
 }
 
-int runTouchscreen()
+int runTouchscreen(ClientTurns &turns)
 {
     setTouchscreenStyle();
     StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
@@ -68,6 +69,8 @@ int runTouchscreen()
     window.show();
     splash.finish(&window);
     printTime("t1");
+    // Not before: a recall at each of the start picture's steps would hold the screen for twenty seconds.
+    turns.start();
     return QApplication::exec();
 }
 } // namespace
@@ -77,7 +80,11 @@ int main(int argc, char **argv)
     DescriptorLimit::raise();
     const SignalQuit signalQuit;
     MxApplication application(argc, argv);
-    signalQuit.watch(application);
+    ClientTurns turns;
+    signalQuit.watch(static_cast<QApplication &>(application), [&turns] {
+        turns.stop();
+        QApplication::quit();
+    });
 
     // Never deleted: the shared objects outlive the program, for the other processes on the board.
     g_mxComm = new QMxComm(true);
@@ -86,12 +93,11 @@ int main(int argc, char **argv)
     }
     g_mxComm->start();
 
-    ClientTurns turns;
     const QMxUdp udp(turns, nullptr);
     const QMxTcp tcp(turns, nullptr);
     printTime("t0");
 
-    const int result = hasFrontPanel() ? runFrontPanel() : runTouchscreen();
+    const int result = hasFrontPanel() ? runFrontPanel(turns) : runTouchscreen(turns);
     g_mxComm->stop();
     return result;
 }

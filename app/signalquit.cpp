@@ -1,10 +1,10 @@
 #include "signalquit.h"
 
-#include <QCoreApplication>
 #include <QSocketNotifier>
 #include <csignal>
 #include <sys/signalfd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -29,8 +29,8 @@ SignalQuit::~SignalQuit()
     ::close(m_descriptor);
 }
 
-void SignalQuit::watch(QCoreApplication &application) const
+void SignalQuit::watch(QObject &receiver, std::function<void()> quit) const
 {
-    auto *notifier = new QSocketNotifier(m_descriptor, QSocketNotifier::Read, &application);
-    QObject::connect(notifier, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+    auto *notifier = new QSocketNotifier(m_descriptor, QSocketNotifier::Read, &receiver);
+    QObject::connect(notifier, &QSocketNotifier::activated, &receiver, std::move(quit));
 }

@@ -1,9 +1,11 @@
 #pragma once
 
-class QCoreApplication;
+#include <functional>
 
-/// Ends the event loop on SIGINT or SIGTERM, so that the program leaves the way it does otherwise. Construct
-/// it first of all: the signals are then blocked in every thread and read from one descriptor.
+class QObject;
+
+/// Lets SIGINT and SIGTERM end the event loop, so that the program leaves the way it does otherwise.
+/// Construct it first of all: the signals are then blocked in every thread and read from one descriptor.
 class SignalQuit
 {
 public:
@@ -12,8 +14,9 @@ public:
     SignalQuit &operator=(const SignalQuit &) = delete;
     ~SignalQuit();
 
-    /// Lets a signal quit `application`, also one that has come meanwhile.
-    void watch(QCoreApplication &application) const;
+    /// Has the event loop call `quit` on a signal, also on one that has come meanwhile, as long as `receiver`
+    /// lives.
+    void watch(QObject &receiver, std::function<void()> quit) const;
 
 private:
     const int m_descriptor;

@@ -2,6 +2,8 @@
 
 #include "clientsession.h"
 
+#include <algorithm>
+
 void ClientTurns::add(ClientSession *session)
 {
     m_line.append(session);
@@ -15,28 +17,60 @@ void ClientTurns::remove(ClientSession *session)
     m_line.removeAll(session);
 }
 
+void ClientTurns::start()
+{
+    if (m_phase == NotYet) {
+        m_phase = Serving;
+    }
+}
+
+void ClientTurns::stop()
+{
+    m_phase = Over;
+}
+
 void ClientTurns::timerEvent(QTimerEvent *)
 {
-    // Whoever blocked in the last round stands behind those who have come meanwhile.
-    if (m_line.removeOne(m_lastBlocked)) {
-        m_line.append(m_lastBlocked);
-    }
-    ClientSession *blocked = nullptr;
-    for (int left = m_line.size(); left > 0; --left) {
-        ClientSession *session = m_line.takeFirst();
-        if (!session->isBlocked()) {
-            session->takeTurn();
-        } else if (blocked == nullptr) {
-            blocked = session;
-        } else {
-            m_line.append(session);
+    serveQuickOnes();
+    if (m_lastBlocked != nullptr) {
+        // The event loop has had a whole turn since. Whoever blocked stands behind those who have come
+        // meanwhile.
+        if (m_line.removeOne(m_lastBlocked)) {
+            m_line.append(m_lastBlocked);
+        }
+        m_lastBlocked = nullptr;
+    } else if (m_phase == Serving) {
+        m_lastBlocked = takeBlocked();
+        if (m_lastBlocked != nullptr) {
+            m_lastBlocked->takeTurn();
         }
     }
-    m_lastBlocked = blocked;
-    if (blocked != nullptr) {
-        blocked->takeTurn();
-    }
-    if (m_line.isEmpty()) {
+    if (m_line.isEmpty() && m_lastBlocked == nullptr) {
         m_round.stop();
     }
+}
+
+void ClientTurns::serveQuickOnes()
+{
+    for (int left = m_line.size(); left > 0; --left) {
+        ClientSession *session = m_line.takeFirst();
+        if (session->isBlocked()) {
+            m_line.append(session);
+        } else {
+            session->takeTurn();
+        }
+    }
+}
+
+/// The first in the line whose next command blocks; null when there is none.
+ClientSession *ClientTurns::takeBlocked()
+{
+    const auto found = std::find_if(m_line.begin(), m_line.end(),
+                                    [](const ClientSession *session) { return session->isBlocked(); });
+    if (found == m_line.end()) {
+        return nullptr;
+    }
+    ClientSession *session = *found;
+    m_line.erase(found);
+    return session;
 }

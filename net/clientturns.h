@@ -12,6 +12,11 @@ class ClientSession;
 class ClientTurns : public QObject
 {
 public:
+    /// Commands that block are carried out from now on; before, they wait.
+    void start();
+    /// None is carried out any more: the program is about to end.
+    void stop();
+
     /// Puts the session at the end of the line.
     void add(ClientSession *session);
     void remove(ClientSession *session);
@@ -24,6 +29,10 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    ClientSession *takeBlocked();
+    void serveQuickOnes();
+
+    enum { NotYet, Serving, Over } m_phase = NotYet;
     QList<ClientSession *> m_line;
     ClientSession *m_lastBlocked = nullptr; ///< only compared, since it may be gone
     QBasicTimer m_round;

@@ -59,6 +59,7 @@ bool QMxTcp::acceptClient()
     if (last) {
         pauseAccepting();
     }
+    client->read(); // the first command is mostly there already
     return !last;
 }
 

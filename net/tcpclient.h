@@ -19,6 +19,9 @@ public:
     /// Owns `descriptor`, which does not block. The object deletes itself when the connection has ended.
     TcpClient(int descriptor, SocketPoll &poll, ClientTurns &turns, QObject *parent);
 
+    /// Takes what has come. It may be the end of this object.
+    void read();
+
 protected:
     void timerEvent(QTimerEvent *event) override;
     void sendReplies(const char *replies, int size) override { send(replies, size); }
@@ -28,7 +31,6 @@ protected:
 
 private:
     void onReady(std::uint32_t events) override;
-    void read();
     void send(const char *bytes, int size);
     void sendRest();
     std::uint32_t wantedEvents() const;

@@ -5,8 +5,10 @@
 #include "testunit.h"
 #include "tickcount.h"
 
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QRegularExpression>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
@@ -120,6 +122,43 @@ private slots:
         QVERIFY(unit.boardShows({1, 1, 1, 4}));
         QCOMPARE(product.end(SIGTERM), 0);
         QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
+    }
+
+    /// However much a client has asked for.
+    void aSignalEndsItWithinOneRecall_data()
+    {
+        QTest::addColumn<bool>("tcp");
+        QTest::newRow("TCP") << true;
+        QTest::newRow("UDP") << false;
+    }
+
+    void aSignalEndsItWithinOneRecall()
+    {
+        QFETCH(bool, tcp);
+        TestUnit unit(4);
+        Product product;
+        QVERIFY(product.await("t1 "));
+        const QByteArray recalls = QByteArray(">r1.").repeated(tcp ? 100000 : 16000);
+        QCOMPARE(tcp ? overTcp("1x1." + recalls) : overUdp("1x1." + recalls), QByteArray("OK."));
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QCOMPARE(product.end(SIGTERM), 0);
+        QVERIFY2(elapsed.elapsed() < 1500, QByteArray::number(elapsed.elapsed()).constData());
+    }
+
+    void aTakenPortIsNamed()
+    {
+        TestUnit unit(4);
+        QTcpServer tcp;
+        QVERIFY(tcp.listen(QHostAddress::AnyIPv4, MxSite::tcpPort()));
+        QUdpSocket udp;
+        QVERIFY(udp.bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(MxSite::udpPort() + 3)));
+        Product product;
+        QVERIFY(
+            product.output().contains("can't listen on TCP port " + QByteArray::number(MxSite::tcpPort())));
+        QVERIFY(
+            product.output().contains("can't bind UDP port " + QByteArray::number(MxSite::udpPort() + 3)));
+        QCOMPARE(unit.talk(Wire::Control0, "1?."), QByteArray("1x1&2&3&4."));
     }
 
     void itIsOperatedByTouchOrFromThePanel_data()

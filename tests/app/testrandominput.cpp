@@ -1,5 +1,5 @@
-#include "mxsite.h"
 #include "clientturns.h"
+#include "mxsite.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
 #include "testregistry.h"
@@ -132,6 +132,7 @@ private:
         }
         unit.start();
         ClientTurns turns;
+        turns.start();
         const QMxUdp udp(turns, nullptr);
         const QMxTcp tcp(turns, nullptr);
         QVERIFY(unit.talk(Wire::Control0, "9999?.") == "ERR."); // the control thread has opened what it needs

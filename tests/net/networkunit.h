@@ -14,6 +14,7 @@ public:
         : TestUnit(ports)
     {
         start();
+        m_turns.start();
         m_udp.reset(new QMxUdp(m_turns, nullptr));
         m_tcp.reset(new QMxTcp(m_turns, nullptr));
     }
