@@ -14,17 +14,24 @@
 #include "theme.h"
 
 #include <QDateTime>
+#include <csignal>
 #include <cstdio>
 
 namespace
 {
 constexpr unsigned long SplashStepMs = 50;
 
+/// Each line is seen when it is printed, and a reader that goes away does not end the unit.
+void prepareOutput()
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 void printTime(const char *what)
 {
     const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
     std::printf("%s %s\n", what, qPrintable(now));
-    std::fflush(stdout);
 }
 
 bool hasFrontPanel()
@@ -78,6 +85,7 @@ int runTouchscreen(ClientTurns &turns)
 int main(int argc, char **argv)
 {
     DescriptorLimit::raise();
+    prepareOutput();
     const SignalQuit signalQuit;
     MxApplication application(argc, argv);
     ClientTurns turns;

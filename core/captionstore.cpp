@@ -27,7 +27,7 @@ void saveOne(QSettings &file, const char *kind, int number, const SharedText<32>
 
 void CaptionStore::load(MxShm &shm)
 {
-    const IniFile file(CaptionFile);
+    IniFile file(CaptionFile);
     for (int i = 0; i < portCount(shm); ++i) {
         loadOne(file, "input", i + 1, shm.inputCaption[i]);
         loadOne(file, "output", i + 1, shm.outputCaption[i]);
@@ -35,6 +35,7 @@ void CaptionStore::load(MxShm &shm)
     for (int i = 0; i < sceneCount(shm); ++i) {
         loadOne(file, "scene", i + 1, shm.sceneCaption[i]);
     }
+    file.loaded().report();
 }
 
 void CaptionStore::save(const MxShm &shm)
@@ -51,7 +52,7 @@ void CaptionStore::save(const MxShm &shm)
             saveOne(file, "scene", i + 1, shm.sceneCaption[i]);
         }
         file.endGroup();
-        file.sync();
+        file.saved().report();
     }
     DeviceFiles::syncToFlash();
 }

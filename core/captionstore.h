@@ -2,8 +2,8 @@
 
 struct MxShm;
 
-/// The captions of inputs, outputs and scenes in "/home/app/config/caption.ini". Runs on the caller's thread;
-/// no lock.
+/// The captions of inputs, outputs and scenes in "/home/app/config/caption.ini". When they could not be read
+/// or written, a line on standard output says so. Runs on the caller's thread; no lock.
 namespace CaptionStore
 {
 /// Fills the captions of the record; a missing or empty one becomes the number itself. Longer ones are cut to

@@ -4,10 +4,14 @@
 #include "matrixsender.h"
 #include "queuerelay.h"
 
+#include <deque>
+
+/// The control ports, in the order of their numbers. All run at the `baudrate` setting.
+constexpr const char *ControlDevices[] = {"/dev/ttymxc3", "/dev/ttymxc4"};
+
 /// What the control thread works with, made once the record is there.
 struct ControlParts {
     MatrixSender sender;
-    ControlPort port0;
-    ControlPort port1;
     QueueRelay relay;
+    std::deque<ControlPort> ports; ///< one per control device; filled once, since they cannot be moved
 };

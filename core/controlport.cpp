@@ -24,24 +24,36 @@ void ControlPort::open(const char *path, int baud)
     m_port.reset(openUart(path, baud));
 }
 
-void ControlPort::poll()
+void ControlPort::receive()
 {
-    char bytes[4096];
-    const auto count = ::read(m_port.get(), bytes, sizeof bytes);
-    for (ssize_t i = 0; i < count; ++i) {
-        feedText(bytes[i]);
-        feedFrame(static_cast<quint8>(bytes[i]));
+    if (m_next >= m_received) {
+        m_next = 0;
+        m_received = ::read(m_port.get(), m_bytes, sizeof m_bytes);
     }
 }
 
-void ControlPort::feedText(char byte)
+bool ControlPort::runLine()
+{
+    while (m_next < m_received) {
+        const char byte = m_bytes[m_next++];
+        const bool ran = feedText(byte);
+        feedFrame(static_cast<quint8>(byte));
+        if (ran) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ControlPort::feedText(char byte)
 {
     if (!m_lines.feed(byte)) {
-        return;
+        return false;
     }
     const int result = m_interpreter(m_lines.line(), m_lines.length());
     char reply[MxMaxReply];
     send(reply, result == MxTemperature ? writeTemperatureReply(reply) : writeReply(reply, result, m_shm));
+    return true;
 }
 
 void ControlPort::feedFrame(quint8 byte)

@@ -3,6 +3,7 @@
 #include "filedescriptor.h"
 #include "mxsite.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,46 +21,93 @@ void runShell(const QByteArray &command)
     const int ignored = std::system(command.constData());
     Q_UNUSED(ignored)
 }
+
+FileDescriptor openFile(const char *path, int flags, mode_t mode = 0)
+{
+    return FileDescriptor(::open(MxSite::path(path).constData(), flags | O_CLOEXEC, mode));
+}
+
+/// Of a file to be read.
+FileResult notOpened(const char *path)
+{
+    return errno == ENOENT ? FileResult{FileResult::Missing, -1, {}} : fileFailure("read", path);
+}
+
+/// One call, unless the file takes only a part. \return bytes written; with less than all, errno says why
+ssize_t writeWhole(const FileDescriptor &file, const void *bytes, size_t size)
+{
+    size_t written = 0;
+    while (written < size) {
+        const auto *rest = static_cast<const char *>(bytes) + written;
+        const ssize_t count = ::write(file.get(), rest, size - written);
+        if (count <= 0) {
+            return written > 0 ? static_cast<ssize_t>(written) : count;
+        }
+        written += static_cast<size_t>(count);
+    }
+    return static_cast<ssize_t>(written);
+}
+
+FileResult flushed(const FileDescriptor &file, const char *path, int count)
+{
+    // A device node has nothing to flush and says EINVAL.
+    if (::fsync(file.get()) != 0 && errno != EINVAL) {
+        return fileFailure("write", path, count);
+    }
+    return {FileResult::Done, count, {}};
+}
 } // namespace
 
-int DeviceFiles::read(const char *path, unsigned char *buf, int len)
+FileResult DeviceFiles::read(const char *path, unsigned char *buf, int len)
 {
-    const FileDescriptor file(::open(MxSite::path(path).constData(), O_RDONLY | O_CLOEXEC));
+    const auto size = static_cast<size_t>(len);
+    const FileDescriptor file = openFile(path, O_RDONLY);
     if (file.get() < 0) {
-        std::memset(buf, 0, static_cast<size_t>(len));
+        const FileResult result = notOpened(path);
         std::printf("read err\r");
-        return file.get();
+        if (result.outcome == FileResult::Missing) {
+            std::memset(buf, 0, size);
+        }
+        return result;
     }
-    return static_cast<int>(::read(file.get(), buf, static_cast<size_t>(len)));
+    const ssize_t count = ::read(file.get(), buf, size);
+    if (count < 0) {
+        return fileFailure("read", path);
+    }
+    std::memset(buf + count, 0, size - static_cast<size_t>(count));
+    return {count < len ? FileResult::Short : FileResult::Done, static_cast<int>(count), {}};
 }
 
-int DeviceFiles::write(const char *path, const unsigned char *buf, int len)
+FileResult DeviceFiles::write(const char *path, const unsigned char *buf, int len)
 {
-    const FileDescriptor file(::open(MxSite::path(path).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    const FileDescriptor file = openFile(path, O_WRONLY | O_CREAT, 0666);
     if (file.get() < 0) {
-        return file.get();
+        return fileFailure("write", path);
     }
-    const auto written = ::write(file.get(), buf, static_cast<size_t>(len));
-    ::fsync(file.get());
-    return static_cast<int>(written);
+    const ssize_t written = writeWhole(file, buf, static_cast<size_t>(len));
+    return written == len ? flushed(file, path, len) : fileFailure("write", path, static_cast<int>(written));
 }
 
-void DeviceFiles::copy(const char *source, const char *target, bool truncate)
+FileResult DeviceFiles::copy(const char *source, const char *target, bool truncate)
 {
-    const int flags = O_RDWR | O_CREAT | O_CLOEXEC;
-    const FileDescriptor from(::open(MxSite::path(source).constData(), flags, LayoutTextMode));
-    const FileDescriptor to(
-        ::open(MxSite::path(target).constData(), truncate ? flags | O_TRUNC : flags, LayoutTextMode));
-    if (from.get() < 0 || to.get() < 0) {
-        return;
+    const FileDescriptor from = openFile(source, O_RDONLY | O_CREAT, LayoutTextMode);
+    if (from.get() < 0) {
+        return notOpened(source);
+    }
+    const FileDescriptor to = openFile(target, O_RDWR | O_CREAT | (truncate ? O_TRUNC : 0), LayoutTextMode);
+    if (to.get() < 0) {
+        return fileFailure("write", target);
     }
     char chunk[1024];
+    int copied = 0;
     ssize_t count = 0;
     while ((count = ::read(from.get(), chunk, sizeof chunk)) > 0) {
-        if (::write(to.get(), chunk, static_cast<size_t>(count)) != count) {
-            return;
+        if (writeWhole(to, chunk, static_cast<size_t>(count)) != count) {
+            return fileFailure("write", target, copied);
         }
+        copied += static_cast<int>(count);
     }
+    return count == 0 ? flushed(to, target, copied) : fileFailure("read", source, copied);
 }
 
 bool DeviceFiles::exists(const char *path)
@@ -67,9 +115,12 @@ bool DeviceFiles::exists(const char *path)
     return ::access(MxSite::path(path).constData(), F_OK) == 0;
 }
 
-void DeviceFiles::makeFolder(const char *path)
+FileResult DeviceFiles::makeFolder(const char *path)
 {
-    ::mkdir(MxSite::path(path).constData(), 0775);
+    if (::mkdir(MxSite::path(path).constData(), 0775) != 0 && errno != EEXIST) {
+        return fileFailure("make", path);
+    }
+    return {FileResult::Done, 0, {}};
 }
 
 void DeviceFiles::removeLeftovers(const char *path)

@@ -1,16 +1,23 @@
 #pragma once
 
-#include "mxsite.h"
+#include "fileresult.h"
 
-#include <QFile>
 #include <QSettings>
 
-/// One of the unit's INI files; `devicePath` is absolute, as on the device.
+/// One of the unit's INI files. A missing one, and one that cannot be read, are as good as empty.
 class IniFile : public QSettings
 {
 public:
-    explicit IniFile(const char *devicePath)
-        : QSettings(QFile::decodeName(MxSite::path(devicePath)), QSettings::IniFormat)
-    {
-    }
+    /// `devicePath` is absolute, as on the device, and outlives the object.
+    explicit IniFile(const char *devicePath);
+
+    /// Whether the file could be read, if there is one.
+    FileResult loaded() { return synchronised("read"); }
+    /// Brings what was set to the file.
+    FileResult saved() { return synchronised("write"); }
+
+private:
+    FileResult synchronised(const char *what);
+
+    const char *const m_devicePath;
 };

@@ -4,9 +4,9 @@
 
 /// Assembles the text commands of a serial control port; one object per port.
 ///
-/// A command ends with "!", ".", "$", "%" or CR, which is not part of it. A line feed is an ordinary byte. Two
-/// terminators in a row make an empty line. A line that reaches 4096 bytes is discarded without a word, and
-/// what follows begins a new one. A partial line waits for ever.
+/// A command ends with "!", ".", "$", "%" or CR, which is not part of it. A line feed is an ordinary byte.
+/// Two terminators in a row make an empty line. A line that reaches 4096 bytes is discarded without a word,
+/// and what follows begins a new one. A partial line waits for ever.
 class LineAssembler
 {
 public:

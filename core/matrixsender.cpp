@@ -61,10 +61,11 @@ bool MatrixSender::deliverSplice(quint32 now)
     if (ticksBetween(m_lastFrame, now) < SpliceHoldOff) {
         return false;
     }
-    m_lastFrame = now;
-    m_shm.splicePending.lower();
-    const Buzzer buzzer(m_shm, m_gpio);
-    sendSplice();
+    if (m_shm.splicePending.take()) {
+        m_lastFrame = now;
+        const Buzzer buzzer(m_shm, m_gpio);
+        sendSplice();
+    }
     return true;
 }
 

@@ -4,9 +4,6 @@
 #include "commandinterpreter.h"
 #include "commandrunner.h"
 #include "controlparts.h"
-#include "devicefiles.h"
-#include "routing.h"
-#include "scenestore.h"
 #include "settingsstore.h"
 #include "tickcount.h"
 #include "uart.h"
@@ -24,6 +21,9 @@ QMxComm *g_mxComm = nullptr;
 namespace
 {
 constexpr unsigned long PassMs = 10;
+/// How long the lines of one control port hold up the other port, the sender and the queues: so long, or for
+/// the one line that takes longer.
+constexpr quint32 TurnMs = 50;
 constexpr char BrightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
 } // namespace
 
@@ -49,6 +49,7 @@ QMxComm::~QMxComm()
     msleep(50);
     // A pass may be in the middle of a recall, and must not lose the record under its feet.
     stop();
+    g_mxConfig = nullptr;
     MxShmClose();
     if (m_create) {
         MxShmRemove();
@@ -76,14 +77,14 @@ void QMxComm::openLinks()
 {
     const auto interpreter = [this](char *line, quint16 length) { return MxOnUartCommand(line, length); };
     MxShm &shm = *g_mxConfig;
-    m_parts.reset(new ControlParts{{shm, m_matrix, m_gpio},
-                                   {shm, m_matrix, interpreter},
-                                   {shm, m_matrix, interpreter},
-                                   {m_matrix, m_shared.requestQueue(), m_shared.replyQueue()}});
+    m_parts.reset(new ControlParts{
+        {shm, m_matrix, m_gpio}, {m_matrix, m_shared.requestQueue(), m_shared.replyQueue()}, {}});
     m_matrix.adopt(MxUartOpen("/dev/ttymxc2", 115200));
-    if (shm.baudrate != -1) {
-        m_parts->port0.open("/dev/ttymxc3", shm.baudrate);
-        m_parts->port1.open("/dev/ttymxc4", shm.baudrate);
+    for (const char *device : ControlDevices) {
+        ControlPort &port = m_parts->ports.emplace_back(shm, m_matrix, interpreter);
+        if (shm.baudrate != -1) {
+            port.open(device, shm.baudrate);
+        }
     }
 }
 
@@ -102,30 +103,21 @@ void QMxComm::run()
 
 void QMxComm::pollControlPorts()
 {
-    if (g_mxConfig->baudrate != -1) {
-        m_parts->port0.poll();
-        m_parts->port1.poll();
+    if (g_mxConfig->baudrate == -1) {
+        return;
+    }
+    for (ControlPort &port : m_parts->ports) {
+        port.receive();
+        runLines(port);
     }
 }
 
-void *QMxComm::MxShmCreate()
+/// At least one line, and as many as take no longer than a turn.
+void QMxComm::runLines(ControlPort &port)
 {
-    return m_shared.create();
-}
-
-void *QMxComm::MxShmOpen()
-{
-    return m_shared.open();
-}
-
-int QMxComm::MxShmClose()
-{
-    return m_shared.close();
-}
-
-int QMxComm::MxShmRemove()
-{
-    return m_shared.remove();
+    const quint32 begun = GetTickCount();
+    while (!m_stop && port.runLine() && ticksBetween(begun, GetTickCount()) < TurnMs) {
+    }
 }
 
 void QMxComm::LoadConfig()
@@ -151,16 +143,6 @@ void QMxComm::SaveCaption()
     CaptionStore::save(*g_mxConfig);
 }
 
-void QMxComm::LoadScene()
-{
-    SceneStore::load(*g_mxConfig);
-}
-
-void QMxComm::SaveScene(int n)
-{
-    SceneStore::save(*g_mxConfig, n);
-}
-
 void QMxComm::LoadScene(int n)
 {
     if (SceneStore::recallMap(*g_mxConfig, n)) {
@@ -168,51 +150,6 @@ void QMxComm::LoadScene(int n)
         sleep(1);
         LoadSplice(n);
     }
-}
-
-void QMxComm::SaveSplice(int n)
-{
-    SceneStore::saveSplice(*g_mxConfig, n);
-}
-
-void QMxComm::LoadSplice(int n)
-{
-    SceneStore::loadSplice(*g_mxConfig, n);
-}
-
-void QMxComm::MxCmdOneToOne(unsigned short in, unsigned short out)
-{
-    Routing::oneToOne(*g_mxConfig, in, out);
-}
-
-void QMxComm::MxCmdOneToSome(unsigned short in, const unsigned short *outs, int n)
-{
-    Routing::oneToSome(*g_mxConfig, in, outs, n);
-}
-
-void QMxComm::MxCmdMap(const unsigned short *m)
-{
-    Routing::setMap(*g_mxConfig, m);
-}
-
-void QMxComm::MxCmdOneToAll(unsigned short in)
-{
-    Routing::oneToAll(*g_mxConfig, in);
-}
-
-void QMxComm::MxCmdAllToAll()
-{
-    Routing::allToAll(*g_mxConfig);
-}
-
-void QMxComm::MxCmdAllToNone()
-{
-    Routing::allToNone(*g_mxConfig);
-}
-
-void QMxComm::MxCmdOneToNone(unsigned short in)
-{
-    Routing::oneToNone(*g_mxConfig, in);
 }
 
 int QMxComm::MxOnUartCommand(char *line, unsigned short len)
@@ -225,11 +162,6 @@ void QMxComm::MxDoSwitch()
     m_parts->sender.step(GetTickCount());
 }
 
-int QMxComm::MxWriteMatrix(const unsigned char *buf, int len)
-{
-    return m_matrix.writeFlushed(buf, len);
-}
-
 int QMxComm::MxUartOpen(const char *path, int baud)
 {
     return openUart(path, baud);
@@ -237,38 +169,28 @@ int QMxComm::MxUartOpen(const char *path, int baud)
 
 void QMxComm::MxUartProc0(char byte)
 {
-    m_parts->port0.feedText(byte);
+    m_parts->ports[0].feedText(byte);
 }
 
 void QMxComm::MxUartProc1(char byte)
 {
-    m_parts->port1.feedText(byte);
+    m_parts->ports[1].feedText(byte);
 }
 
 void QMxComm::MxUartProc0_EB90(unsigned char byte)
 {
-    m_parts->port0.feedFrame(byte);
+    m_parts->ports[0].feedFrame(byte);
 }
 
 void QMxComm::MxUartProc1_EB90(unsigned char byte)
 {
-    m_parts->port1.feedFrame(byte);
-}
-
-int QMxComm::MxRead(const char *path, unsigned char *buf, int len)
-{
-    return DeviceFiles::read(path, buf, len);
+    m_parts->ports[1].feedFrame(byte);
 }
 
 int QMxComm::MxWrite(const char *path, const char *text)
 {
-    return DeviceFiles::write(path, reinterpret_cast<const unsigned char *>(text),
-                              static_cast<int>(std::strlen(text)));
-}
-
-int QMxComm::MxWrite(const char *path, unsigned char *buf, int len)
-{
-    return DeviceFiles::write(path, buf, len);
+    const auto *bytes = reinterpret_cast<const unsigned char *>(text);
+    return DeviceFiles::write(path, bytes, static_cast<int>(std::strlen(text))).count;
 }
 
 int QMxComm::MxPrintf(const char *path, const char *format, ...)
@@ -283,11 +205,6 @@ int QMxComm::MxPrintf(const char *path, const char *format, ...)
     }
     const int written = MxWrite(path, text);
     return written < 0 ? written : length;
-}
-
-int QMxComm::MxGpioWrite(int line, int level)
-{
-    return m_gpio.write(line, level);
 }
 
 void QMxComm::MxSetBacklight(int level)

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "devicefiles.h"
 #include "gpio.h"
 #include "matrixlink.h"
+#include "routing.h"
+#include "scenestore.h"
 #include "sharedobjects.h"
 
 #include <QSerialPort>
@@ -9,6 +12,7 @@
 #include <atomic>
 #include <memory>
 
+class ControlPort;
 struct ControlParts;
 
 /// The control object of the switcher. It owns the shared record, loads what is stored, opens the serial
@@ -26,16 +30,17 @@ public:
     /// ends at once.
     explicit QMxComm(bool create);
     /// Ends the control thread, detaches the segment and removes the shared objects if this object made them.
+    /// `g_mxConfig` is null after that.
     ~QMxComm() override;
 
     /// Ends the control thread and waits for it. The shared objects stay.
     void stop();
 
     /// The shared objects; the results are those of the platform's calls.
-    void *MxShmCreate();
-    void *MxShmOpen();
-    int MxShmClose();
-    int MxShmRemove();
+    void *MxShmCreate() { return m_shared.create(); }
+    void *MxShmOpen() { return m_shared.open(); }
+    int MxShmClose() { return m_shared.close(); }
+    int MxShmRemove() { return m_shared.remove(); }
 
     /// The stores. Loads of settings and captions, and the save of settings, announce themselves
     /// by a signal.
@@ -43,22 +48,25 @@ public:
     void SaveConfig();
     void LoadCaption();
     void SaveCaption();
-    void LoadScene();
-    void SaveScene(int n);
+    void LoadScene() { SceneStore::load(*g_mxConfig); }
+    void SaveScene(int n) { SceneStore::save(*g_mxConfig, n); }
     /// Recalls scene `n` into the live map and, one second later, its splice. Blocks the caller for that
     /// second; nothing for 0 or a scene that is not offered.
     void LoadScene(int n);
-    void SaveSplice(int n);
-    void LoadSplice(int n);
+    void SaveSplice(int n) { SceneStore::saveSplice(*g_mxConfig, n); }
+    void LoadSplice(int n) { SceneStore::loadSplice(*g_mxConfig, n); }
 
     /// Routing. Inputs and outputs are 0-based; see `Routing`.
-    void MxCmdOneToOne(unsigned short in, unsigned short out);
-    void MxCmdOneToSome(unsigned short in, const unsigned short *outs, int n);
-    void MxCmdMap(const unsigned short *m);
-    void MxCmdOneToAll(unsigned short in);
-    void MxCmdAllToAll();
-    void MxCmdAllToNone();
-    void MxCmdOneToNone(unsigned short in);
+    void MxCmdOneToOne(unsigned short in, unsigned short out) { Routing::oneToOne(*g_mxConfig, in, out); }
+    void MxCmdOneToSome(unsigned short in, const unsigned short *outs, int n)
+    {
+        Routing::oneToSome(*g_mxConfig, in, outs, n);
+    }
+    void MxCmdMap(const unsigned short *m) { Routing::setMap(*g_mxConfig, m); }
+    void MxCmdOneToAll(unsigned short in) { Routing::oneToAll(*g_mxConfig, in); }
+    void MxCmdAllToAll() { Routing::allToAll(*g_mxConfig); }
+    void MxCmdAllToNone() { Routing::allToNone(*g_mxConfig); }
+    void MxCmdOneToNone(unsigned short in) { Routing::oneToNone(*g_mxConfig, in); }
 
     /// Carries out one line of the command language, NUL-terminated at `len`. \return 0, -1 for an error, -2
     /// when the temperature is asked for, or 1..`port`: the input that a query names
@@ -68,7 +76,7 @@ public:
     void MxDoSwitch();
     /// Writes to the switching board and flushes. \return bytes written, or a value below 1 when the link is
     /// not open
-    int MxWriteMatrix(const unsigned char *buf, int len);
+    int MxWriteMatrix(const unsigned char *buf, int len) { return m_matrix.writeFlushed(buf, len); }
 
     /// Opens and configures a serial device; see `openUart`.
     int MxUartOpen(const char *path, int baud);
@@ -78,13 +86,20 @@ public:
     void MxUartProc0_EB90(unsigned char byte);
     void MxUartProc1_EB90(unsigned char byte);
 
-    /// Small files and device nodes; see `DeviceFiles`. `MxPrintf` formats at most 4095 characters and writes
-    /// nothing for none; \return the formatted length, or the negative result of the open.
-    int MxRead(const char *path, unsigned char *buf, int len);
+    /// Small files and device nodes; see `DeviceFiles`. \return the bytes read or written, or the negative
+    /// result of the call that failed. `MxPrintf` formats at most 4095 characters and writes nothing for
+    /// none; \return the formatted length, or the negative result of the call that failed.
+    int MxRead(const char *path, unsigned char *buf, int len)
+    {
+        return DeviceFiles::read(path, buf, len).count;
+    }
     int MxWrite(const char *path, const char *text);
-    int MxWrite(const char *path, unsigned char *buf, int len);
+    int MxWrite(const char *path, unsigned char *buf, int len)
+    {
+        return DeviceFiles::write(path, buf, len).count;
+    }
     int MxPrintf(const char *path, const char *format, ...) __attribute__((format(printf, 3, 4)));
-    int MxGpioWrite(int line, int level);
+    int MxGpioWrite(int line, int level) { return m_gpio.write(line, level); }
     int MxGpioWrite(GpioLine line, int level) { return MxGpioWrite(static_cast<int>(line), level); }
 
     /// Touchscreen backlight: 0 switches it off, 1..7 are the levels, anything else counts as 7.
@@ -102,6 +117,7 @@ private:
     void loadState();
     void openLinks();
     void pollControlPorts();
+    void runLines(ControlPort &port);
 
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does

@@ -26,35 +26,44 @@ QueueRelay::QueueRelay(const MatrixLink &link, int requestQueue, int replyQueue)
 
 void QueueRelay::step() const
 {
-    if (m_replyQueue >= 0) {
-        drainRequests();
-        drainLink();
+    if (m_replyQueue < 0) {
+        return;
+    }
+    for (int i = 0; i < MostPerStep && passRequest(); ++i) {
+    }
+    for (int i = 0; i < MostPerStep && dropAnswer(); ++i) {
     }
 }
 
-void QueueRelay::drainRequests() const
+/// False when there is none.
+bool QueueRelay::passRequest() const
 {
     Message message;
-    ssize_t received = 0;
-    while ((received = ::msgrcv(m_requestQueue, &message, TextSize, 0, IPC_NOWAIT | MSG_NOERROR)) >= 0) {
-        // The sender's count is never trusted beyond what has really come.
-        const auto size = static_cast<std::size_t>(received);
-        const std::size_t data = size > CountSize ? size - CountSize : 0;
-        const std::size_t count = data > 0 ? std::min<std::size_t>(message.count, data) : 0;
-        if (count > 0) {
-            m_link.writeFlushed(message.data, static_cast<int>(count));
-        }
+    const ssize_t received = ::msgrcv(m_requestQueue, &message, TextSize, 0, IPC_NOWAIT | MSG_NOERROR);
+    if (received < 0) {
+        return false;
     }
+    // The sender's count is never trusted beyond what has really come.
+    const auto size = static_cast<std::size_t>(received);
+    const std::size_t data = size > CountSize ? size - CountSize : 0;
+    const std::size_t count = data > 0 ? std::min<std::size_t>(message.count, data) : 0;
+    if (count > 0) {
+        m_link.writeFlushed(message.data, static_cast<int>(count));
+    }
+    return true;
 }
 
-void QueueRelay::drainLink() const
+/// False when the link is empty.
+bool QueueRelay::dropAnswer() const
 {
     Message message;
-    int count = 0;
-    while ((count = m_link.read(message.data, sizeof message.data)) > 0) {
-        // The kernel refuses type 0: the bytes are dropped, and the link stays empty.
-        message.type = 0;
-        message.count = static_cast<std::uint32_t>(count);
-        ::msgsnd(m_replyQueue, &message, TextSize, IPC_NOWAIT);
+    const int count = m_link.read(message.data, sizeof message.data);
+    if (count <= 0) {
+        return false;
     }
+    // The kernel refuses type 0: the bytes are dropped, and the link stays empty.
+    message.type = 0;
+    message.count = static_cast<std::uint32_t>(count);
+    ::msgsnd(m_replyQueue, &message, TextSize, IPC_NOWAIT);
+    return true;
 }

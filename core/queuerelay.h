@@ -10,13 +10,17 @@ class QueueRelay
 public:
     QueueRelay(const MatrixLink &link, int requestQueue, int replyQueue);
 
-    /// Writes all waiting requests to the board, then takes all that the board has sent off the link. Never
+    /// Most messages, and most reads of the link, in one step: a full queue of whole messages, and far more
+    /// than the link carries meanwhile. Whoever sends without end holds up nothing else.
+    static constexpr int MostPerStep = 32;
+
+    /// Writes the waiting requests to the board, then takes what the board has sent off the link. Never
     /// waits. Does nothing when there is no reply queue.
     void step() const;
 
 private:
-    void drainRequests() const;
-    void drainLink() const;
+    bool passRequest() const;
+    bool dropAnswer() const;
 
     const MatrixLink &m_link;
     const int m_requestQueue;

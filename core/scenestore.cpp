@@ -34,15 +34,21 @@ NumberedPath layoutTextOf(int n)
 }
 
 /// The first `port` numbers of a table, between the record and a file. Both hold them little-endian, as
-/// memory does.
+/// memory does. False when the file could not be read: the table then keeps what it has.
 template <typename T>
-void readTable(const char *path, SharedNumber<T> *table, int count)
+bool readTable(const char *path, SharedNumber<T> *table, int count)
 {
     T words[MxMaxPort] = {};
-    DeviceFiles::read(path, reinterpret_cast<unsigned char *>(words), count * int(sizeof(T)));
+    const FileResult result =
+        DeviceFiles::read(path, reinterpret_cast<unsigned char *>(words), count * int(sizeof(T)));
+    result.report();
+    if (result.outcome == FileResult::Failed) {
+        return false;
+    }
     for (int i = 0; i < count; ++i) {
         table[i] = words[i];
     }
+    return true;
 }
 
 template <typename T>
@@ -52,7 +58,7 @@ void writeTable(const char *path, const SharedNumber<T> *table, int count)
     for (int i = 0; i < count; ++i) {
         words[i] = table[i];
     }
-    DeviceFiles::write(path, reinterpret_cast<const unsigned char *>(words), count * int(sizeof(T)));
+    DeviceFiles::write(path, reinterpret_cast<const unsigned char *>(words), count * int(sizeof(T))).report();
 }
 
 void copyMap(const MxShm &shm, const SharedUInt16 *from, SharedUInt16 *to)
@@ -105,15 +111,13 @@ void SceneStore::saveSplice(const MxShm &shm, int n)
     const NumberedPath words = spliceFile(n);
     writeTable(words, shm.spliceData, portCount(shm));
     std::printf("SaveSplice %s\r\n", words.text);
-    if (!DeviceFiles::exists(LayoutFolder)) {
-        DeviceFiles::makeFolder(LayoutFolder);
-    }
+    DeviceFiles::makeFolder(LayoutFolder).report();
     if (n == 0 || !DeviceFiles::exists(LayoutText)) {
         return;
     }
     const NumberedPath text = layoutTextOf(n);
     std::printf("webstr %s\r\n", text.text);
-    DeviceFiles::copy(LayoutText, text, false);
+    DeviceFiles::copy(LayoutText, text, false).report();
 }
 
 void SceneStore::loadSplice(MxShm &shm, int n)
@@ -123,12 +127,14 @@ void SceneStore::loadSplice(MxShm &shm, int n)
     }
     const NumberedPath words = spliceFile(n);
     std::printf("LoadSplice id:%d  %s\r\n", n, words.text);
-    readTable(words, shm.spliceData, portCount(shm));
+    if (!readTable(words, shm.spliceData, portCount(shm))) {
+        return;
+    }
     shm.splicePending.raise();
     if (n == 0) {
         return;
     }
     const NumberedPath text = layoutTextOf(n);
     std::printf("webstr %s\r\n", text.text);
-    DeviceFiles::copy(text, LayoutText, true);
+    DeviceFiles::copy(text, LayoutText, true).report();
 }

@@ -5,7 +5,6 @@
 #include "inifile.h"
 #include "mxshm.h"
 
-#include <QSettings>
 #include <algorithm>
 #include <iterator>
 
@@ -43,13 +42,14 @@ int acceptedBaudrate(int baudrate)
 
 void loadInterface(MxShm &shm, const EthernetInterface &interface)
 {
-    const IniFile file(interface.file);
+    IniFile file(interface.file);
     // The defaults go as a group: an address of its own never gets a foreign netmask or gateway.
     const bool present = file.contains(QStringLiteral("IP/ADDRESS"));
     for (int i = 0; i < 3; ++i) {
         const QString key = QStringLiteral("IP/") + QLatin1String(InterfaceKeys[i]);
         (shm.*interface.fields[i]).set(present ? text(file, key).constData() : interface.defaults[i]);
     }
+    file.loaded().report();
 }
 
 void saveInterface(const MxShm &shm, const EthernetInterface &interface)
@@ -62,13 +62,13 @@ void saveInterface(const MxShm &shm, const EthernetInterface &interface)
         file.setValue(QLatin1String(InterfaceKeys[i]), QString::fromLatin1(value));
     }
     file.endGroup();
-    file.sync();
+    file.saved().report();
 }
 } // namespace
 
 void SettingsStore::load(MxShm &shm)
 {
-    const IniFile file(SetupFile);
+    IniFile file(SetupFile);
     shm.port = qBound<int>(MxMinPort, number(file, "system/port"), MxMaxPort);
     shm.scene = qBound<int>(MxMinScene, number(file, "system/scene"), MxMaxScene);
     shm.beep = number(file, "system/beep");
@@ -78,6 +78,7 @@ void SettingsStore::load(MxShm &shm)
     shm.baudrate = acceptedBaudrate(number(file, "system/baudrate"));
     shm.images.set(formatted(file, "system/images", "default"));
     shm.language.set(formatted(file, "system/language", "en"));
+    file.loaded().report();
     for (const EthernetInterface &interface : EthernetInterfaces) {
         loadInterface(shm, interface);
     }
@@ -93,7 +94,7 @@ void SettingsStore::save(const MxShm &shm)
         file.setValue(QStringLiteral("backlight"), int(shm.backlight));
         file.setValue(QStringLiteral("sleep"), int(shm.sleep));
         file.endGroup();
-        file.sync();
+        file.saved().report();
     }
     for (const EthernetInterface &interface : EthernetInterfaces) {
         saveInterface(shm, interface);

@@ -3,7 +3,8 @@
 struct MxShm;
 
 /// The settings file and the two network files: "/home/app/config/setup.ini", "/etc/eth0.conf" and
-/// "/etc/eth1.conf". Runs on the caller's thread; no lock.
+/// "/etc/eth1.conf". What could not be read or written is said on standard output, a line for each file. Runs
+/// on the caller's thread; no lock.
 namespace SettingsStore
 {
 /// Fills the settings and addresses of the record. What is missing or out of bounds gets its default.

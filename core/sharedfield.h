@@ -41,13 +41,15 @@ using SharedInt32 = SharedNumber<std::int32_t>;
 using SharedUInt32 = SharedNumber<std::uint32_t>;
 using SharedUInt16 = SharedNumber<std::uint16_t>;
 
-/// One byte that hands data over: what was written before `raise()` is visible to whoever sees it raised.
+/// One byte that hands data over: what was written before `raise()` is visible to whoever takes it. The taker
+/// reads the data after that, so data that come meanwhile raise the flag again and are never missed.
 class SharedFlag
 {
 public:
-    bool raised() const { return __atomic_load_n(&m_byte, __ATOMIC_ACQUIRE) == 1; }
+    bool raised() const { return __atomic_load_n(&m_byte, __ATOMIC_RELAXED) == 1; }
     void raise() { __atomic_store_n(&m_byte, 1, __ATOMIC_RELEASE); }
-    void lower() { __atomic_store_n(&m_byte, 0, __ATOMIC_RELEASE); }
+    /// Lowers the flag. \return whether it was raised
+    bool take() { return __atomic_exchange_n(&m_byte, 0, __ATOMIC_ACQ_REL) == 1; }
 
 private:
     unsigned char m_byte;

@@ -9,7 +9,9 @@
 
 MxShm *SharedObjects::create()
 {
-    if (attach(SegmentSize, IPC_CREAT | 0666) != nullptr) {
+    // A new segment is full of zeros as it is: clearing it would only fetch pages that are never used.
+    if (attach(SegmentSize, IPC_CREAT | IPC_EXCL | 0666) == nullptr &&
+        attach(SegmentSize, IPC_CREAT | 0666) != nullptr) {
         std::memset(static_cast<void *>(m_record), 0, SegmentSize);
     }
     openQueues(IPC_CREAT | 0666);

@@ -16,7 +16,7 @@ public:
     SharedObjects(const SharedObjects &) = delete;
     SharedObjects &operator=(const SharedObjects &) = delete;
 
-    /// Gets or makes the segment, attaches it and fills it with zeros, then gets or makes both queues.
+    /// Makes the segment, or gets it and fills it with zeros, attaches it, and gets or makes both queues.
     /// \return the attached record, or null
     MxShm *create();
     /// Attaches what another process has made and clears nothing. \return the attached record, or null

@@ -1,3 +1,4 @@
+#include "filedescriptor.h"
 #include "mxsite.h"
 #include "product.h"
 #include "sharedobjects.h"
@@ -13,7 +14,9 @@
 #include <QTest>
 #include <QUdpSocket>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/shm.h>
+#include <sys/stat.h>
 
 using sim::Wire;
 
@@ -113,14 +116,18 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
-    void aSignalDuringARecallEndsItToo()
+    void aSignalIsServedBetweenTwoRecalls()
     {
         TestUnit unit(4);
         Product product;
-        QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        unit.hardware().send(Wire::Control0, "4x4.save2.1x4.recall2.");
-        QVERIFY(unit.boardShows({1, 1, 1, 4}));
+        QVERIFY(product.await("t1 "));
+        const QByteArray begun =
+            unit.talk(Wire::Control0, "4x4.save2." + QByteArray("recall2.").repeated(12), 3);
+        QCOMPARE(begun, QByteArray("OK.OK.OK."));
+        QElapsedTimer elapsed;
+        elapsed.start();
         QCOMPARE(product.end(SIGTERM), 0);
+        QVERIFY2(elapsed.elapsed() < 1500, QByteArray::number(elapsed.elapsed()));
         QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
     }
 
@@ -159,6 +166,51 @@ private slots:
         QVERIFY(
             product.output().contains("can't bind UDP port " + QByteArray::number(MxSite::udpPort() + 3)));
         QCOMPARE(unit.talk(Wire::Control0, "1?."), QByteArray("1x1&2&3&4."));
+    }
+
+    void aReaderOfItsOutputMayGoAway()
+    {
+        TestUnit unit(4);
+        const QString output = unit.path("/output");
+        QCOMPARE(mkfifo(qPrintable(output), 0600), 0);
+        FileDescriptor reader(::open(qPrintable(output), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        Product product(false, QStringLiteral("offscreen"), output);
+        QVERIFY(unit.boardShows({1, 1, 1, 1}));
+        reader.reset(-1);
+        QCOMPARE(unit.talk(Wire::Control0, "save3.2?.", 2), QByteArray("OK.2x."));
+        QCOMPARE(product.end(SIGTERM), 0);
+    }
+
+    /// While it runs, and without a word more to the client.
+    void itSaysWhatCannotBeReadOrWritten()
+    {
+        TestUnit unit(4);
+        for (const char *file : {"/home/app/config/caption.ini", "/etc/eth1.conf", "/home/app/data/scene2",
+                                 "/home/app/data/splice3.ini", "/home/www/splice/splice4.txt"}) {
+            unit.makeFolder(file);
+        }
+        unit.writeFile("/home/www/splice/splice.txt", "layout");
+        Product product;
+        for (const auto &[command, lines] :
+             {std::pair<QByteArray, QList<QByteArray>>(
+                  "",
+                  {"read /etc/eth1.conf", "read /home/app/config/caption.ini", "read /home/app/data/scene2"}),
+              {"beepon.", {"write /etc/eth1.conf"}},
+              {"save2.", {"write /home/app/data/scene2"}},
+              {"save3.", {"write /home/app/data/splice3.ini"}},
+              {"recall3.", {"read /home/app/data/splice3.ini"}},
+              {"save4.", {"write /home/www/splice/splice4.txt"}},
+              {"recall4.", {"read /home/www/splice/splice4.txt"}}}) {
+            QVERIFY(command.isEmpty() || unit.talk(Wire::Control0, command) == "OK.");
+            for (const QByteArray &line : lines) {
+                QVERIFY2(product.await("can't " + line + ": Is a directory\n"), line);
+            }
+        }
+        // Of a missing file nothing is said, and of the words that could not be read nothing was sent.
+        QCOMPARE(product.output().count("can't "), 9);
+        QCOMPARE(unit.fileContent("/home/www/splice/splice.txt"), QByteArray("layout"));
+        QVERIFY(runUntil([&] { return unit.hardware().board().spliceFrames().size() == 1; }));
+        QCOMPARE(product.end(SIGTERM), 0);
     }
 
     void itIsOperatedByTouchOrFromThePanel_data()

@@ -2,9 +2,12 @@
 #include "testregistry.h"
 #include "testunit.h"
 
+#include <QElapsedTimer>
 #include <QTest>
+#include <atomic>
 #include <cstring>
 #include <sys/msg.h>
+#include <thread>
 
 namespace
 {
@@ -106,6 +109,30 @@ private slots:
             QVERIFY2(boardBytes(unit) == expected, name);
         }
         QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void aFloodOfRequestsHoldsUpNoReply()
+    {
+        TestUnit unit(4);
+        unit.start();
+        std::atomic<bool> ended{false};
+        const auto flood = [&] {
+            while (!ended && sendRequest(counted(1, "x"))) {
+            }
+        };
+        std::thread first(flood);
+        std::thread second(flood);
+        qint64 longest = 0;
+        for (int i = 0; i < 20; ++i) {
+            QElapsedTimer elapsed;
+            elapsed.start();
+            unit.talk(sim::Wire::Control0, "9?.");
+            longest = qMax(longest, elapsed.elapsed());
+        }
+        ended = true;
+        first.join();
+        second.join();
+        QVERIFY2(longest < 300, QByteArray::number(longest));
     }
 
     void answersOfTheBoardNeverPileUp()

@@ -56,6 +56,19 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
+    void afterARecallTheOtherPortAndTheBoardHaveTheirTurn()
+    {
+        TestUnit unit(4);
+        unit.start();
+        QCOMPARE(unit.talk(Wire::Control0, "all1.save1.4all.save2.", 4), QByteArray("OK.OK.OK.OK."));
+        unit.hardware().send(Wire::Control0, "recall1.recall2.4?.");
+        QVERIFY(unit.hardware().waitFor([&] { return unit.shm().map[0] == 0; }, 5000));
+        QCOMPARE(unit.talk(Wire::Control1, "9?."), QByteArray("ERR."));
+        QVERIFY(unit.boardShows({1, 2, 3, 4}));
+        QCOMPARE(unit.receive(Wire::Control0, 3), QByteArray("OK."));
+        QCOMPARE(unit.receive(Wire::Control0, 13), QByteArray("OK.4x1&2&3&4."));
+    }
+
     void temperature()
     {
         TestUnit unit(4);

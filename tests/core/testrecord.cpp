@@ -3,11 +3,15 @@
 #include "testregistry.h"
 #include "testunit.h"
 
+#include <QElapsedTimer>
+#include <QFile>
 #include <QTest>
+#include <atomic>
 #include <cstring>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <sys/shm.h>
+#include <thread>
 
 /// The record and its segment, as other processes on the board see them.
 class TestRecord : public QObject
@@ -48,6 +52,7 @@ private slots:
         QCOMPARE(shmget(MxSite::segmentKey(), 0, 0), -1);
         QCOMPARE(msgget(MxSite::requestQueueKey(), 0), -1);
         QCOMPARE(msgget(MxSite::replyQueueKey(), 0), -1);
+        QVERIFY(g_mxConfig == nullptr);
     }
 
     void aSegmentLeftBehindIsReusedAndCleared()
@@ -64,6 +69,55 @@ private slots:
         QCOMPARE(all.mid(69545, 200618 - 69545).count('\0'), 200618 - 69545);
         QCOMPARE(all.mid(204714).count('\0'), all.size() - 204714);
         earlier.close();
+    }
+
+    void ofANewSegmentOnlyTheRecordIsTouched()
+    {
+        TestUnit unit(4);
+        unit.start(false);
+        const int id = shmget(MxSite::segmentKey(), 0, 0);
+        QFile segments(QStringLiteral("/proc/sysvipc/shm"));
+        QVERIFY(segments.open(QIODevice::ReadOnly));
+        for (const QByteArray &line : segments.readAll().split('\n')) {
+            const QList<QByteArray> columns = line.simplified().split(' ');
+            if (columns.size() >= 15 && columns.at(1).toInt() == id) {
+                const int inMemory = columns.at(14).toInt();
+                QVERIFY2(inMemory > 0 && inMemory < int(sizeof(MxShm)) + 8192, line);
+                return;
+            }
+        }
+        QFAIL("no such segment");
+    }
+
+    /// Each time a few in a row, of which the last meets the taker at any of its steps.
+    void aSpliceHandedOverIsNeverLost()
+    {
+        const auto shm = std::make_unique<MxShm>();
+        std::atomic<bool> ended{false};
+        std::atomic<quint32> taken{0};
+        std::thread taker([&] {
+            while (!ended) {
+                if (shm->splicePending.take()) {
+                    taken = shm->spliceData[0];
+                }
+            }
+        });
+        quint32 handedOver = 0;
+        bool lost = false;
+        QElapsedTimer elapsed;
+        for (int round = 0; round < 300000 && !lost; ++round) {
+            for (int i = 0; i <= round % 64; ++i) {
+                shm->spliceData[0] = ++handedOver;
+                shm->splicePending.raise();
+            }
+            elapsed.start();
+            while (taken != handedOver && !lost) {
+                lost = elapsed.hasExpired(2000);
+            }
+        }
+        ended = true;
+        taker.join();
+        QVERIFY2(!lost, QByteArray::number(handedOver));
     }
 };
 

@@ -10,7 +10,7 @@ namespace
 constexpr int DeadlineMs = 20000;
 }
 
-Product::Product(bool awaitStart, const QString &platform)
+Product::Product(bool awaitStart, const QString &platform, const QString &output)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
@@ -22,6 +22,7 @@ Product::Product(bool awaitStart, const QString &platform)
     m_process.setProcessEnvironment(environment);
     // Its pictures are beside the folder that the program is in.
     m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));
+    m_process.setStandardOutputFile(output);
     m_process.start(QStringLiteral(PRODUCT), QStringList());
     if (awaitStart) {
         await("t0 ");

@@ -7,8 +7,10 @@
 class Product
 {
 public:
-    /// Starts it on one of Qt's platforms; with `awaitStart` returns when it serves its wires.
-    explicit Product(bool awaitStart = true, const QString &platform = QStringLiteral("offscreen"));
+    /// Starts it on one of Qt's platforms; with `awaitStart` returns when it serves its wires. What it prints
+    /// goes into the file `output` if there is one, and is then not to be awaited.
+    explicit Product(bool awaitStart = true, const QString &platform = QStringLiteral("offscreen"),
+                     const QString &output = QString());
     /// Kills it if it still runs.
     ~Product();
 

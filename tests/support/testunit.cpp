@@ -56,7 +56,6 @@ void TestUnit::stop()
 {
     delete g_mxComm;
     g_mxComm = nullptr;
-    g_mxConfig = nullptr;
 }
 
 QByteArray TestUnit::talk(sim::Wire wire, const QByteArray &text, int replies)

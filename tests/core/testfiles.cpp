@@ -1,0 +1,158 @@
+#include "devicefiles.h"
+#include "scenestore.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QFile>
+#include <QTest>
+#include <csignal>
+#include <memory>
+#include <sys/fsuid.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr char LayoutText[] = "/home/www/splice/splice.txt";
+constexpr uid_t Nobody = 65534;
+
+/// Lowers a limit of the process for its lifetime.
+class Limit
+{
+public:
+    Limit(__rlimit_resource resource, rlim_t value)
+        : m_resource(resource)
+    {
+        ::getrlimit(resource, &m_before);
+        const rlimit lowered{value, m_before.rlim_max};
+        ::setrlimit(resource, &lowered);
+    }
+    ~Limit() { ::setrlimit(m_resource, &m_before); }
+
+private:
+    const __rlimit_resource m_resource;
+    rlimit m_before{};
+};
+
+/// Takes from this thread what root may do with files that are not its own.
+class AsNobody
+{
+public:
+    AsNobody() { ::setfsuid(Nobody); }
+    ~AsNobody() { ::setfsuid(::geteuid()); }
+};
+
+QByteArray failure(const FileResult &result)
+{
+    return result.outcome == FileResult::Failed ? result.failure
+                                                : "outcome " + QByteArray::number(result.outcome);
+}
+} // namespace
+
+/// Files that are missing, short, out of reach or on a full disk.
+class TestFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_unit.reset(new TestUnit);
+        m_shm = std::make_unique<MxShm>();
+        m_shm->port = 8;
+        m_shm->scene = 10;
+    }
+    void cleanup() { m_unit.reset(); }
+
+    void reading()
+    {
+        m_unit->writeFile("/home/long", "abcde");
+        m_unit->writeFile("/home/short", "ab");
+        m_unit->makeFolder("/home/folder");
+        QFile::link(QStringLiteral("loop"), m_unit->path("/home/loop"));
+        m_unit->start(false);
+        for (const auto &[file, outcome, count, content] :
+             {std::tuple("/home/long", FileResult::Done, 4, QByteArray("abcd")),
+              {"/home/short", FileResult::Short, 2, QByteArray("ab\0\0", 4)},
+              {"/home/missing", FileResult::Missing, -1, QByteArray(4, '\0')},
+              {"/home/folder", FileResult::Failed, -1, "...."},
+              {"/home/loop", FileResult::Failed, -1, "...."}}) {
+            QByteArray bytes(4, '.');
+            auto *buffer = reinterpret_cast<unsigned char *>(bytes.data());
+            QVERIFY2(DeviceFiles::read(file, buffer, 4).outcome == outcome, file);
+            QCOMPARE(bytes, content);
+            QCOMPARE(m_unit->comm().MxRead(file, buffer, 4), count);
+        }
+    }
+
+    void failuresNameFileAndReason()
+    {
+        m_unit->makeFolder("/home/www/splice");
+        QFile::link(QStringLiteral("/dev/full"), m_unit->path("/home/full"));
+        m_unit->writeFile(LayoutText, QByteArray(3000, 'L'));
+        const unsigned char bytes[8] = {};
+        QCOMPARE(failure(DeviceFiles::write("/home/full", bytes, 8)),
+                 QByteArray("can't write /home/full: No space left on device"));
+        QCOMPARE(failure(DeviceFiles::write("/none/file", bytes, 8)),
+                 QByteArray("can't write /none/file: No such file or directory"));
+        QCOMPARE(failure(DeviceFiles::copy(LayoutText, "/home/full", false)),
+                 QByteArray("can't write /home/full: No space left on device"));
+        // A part of what was to be written is no success.
+        std::signal(SIGXFSZ, SIG_IGN);
+        const Limit limit(RLIMIT_FSIZE, 2500);
+        QCOMPARE(failure(DeviceFiles::copy(LayoutText, "/home/copy", true)),
+                 QByteArray("can't write /home/copy: File too large"));
+        QCOMPARE(m_unit->fileContent("/home/copy").size(), 2500);
+    }
+
+    /// The record keeps what it has, and nothing is handed to the board.
+    void whatCannotBeReadIsNotZero()
+    {
+        for (const char *file : {"/home/app/data/scene3", "/home/app/data/splice3.ini"}) {
+            m_unit->makeFolder(file);
+        }
+        for (const char *file : {"/home/app/data/scene4", "/home/app/data/splice4.ini"}) {
+            m_unit->writeFile(file, QByteArray(32, '\5'));
+        }
+        const rlim_t descriptors[] = {256, 0};
+        for (const int scene : {3, 4}) {
+            m_shm->sceneMap[scene][7] = 7;
+            m_shm->spliceData[7] = 7;
+            const Limit limit(RLIMIT_NOFILE, descriptors[scene - 3]);
+            SceneStore::load(*m_shm);
+            SceneStore::loadSplice(*m_shm, scene);
+            QCOMPARE(int(m_shm->sceneMap[scene][7]), 7);
+            QCOMPARE(quint32(m_shm->spliceData[7]), 7U);
+            QVERIFY(!m_shm->splicePending.raised());
+        }
+    }
+
+    /// The mode of a saved layout text lets its owner read it, and no one but root write it again.
+    void layoutTextsOfAUserThatIsNotRoot()
+    {
+        m_unit->makeFolder("/home/www/splice");
+        m_unit->writeFile(LayoutText, "first");
+        QFile(m_unit->root()).setPermissions(QFile::Permissions(0x7711));
+        for (const char *file : {"/home/app/data", "/home/www/splice", LayoutText}) {
+            QVERIFY(::geteuid() != 0 || ::chown(qPrintable(m_unit->path(file)), Nobody, Nobody) == 0);
+        }
+        const AsNobody user;
+        SceneStore::saveSplice(*m_shm, 3);
+        SceneStore::loadSplice(*m_shm, 3);
+        QCOMPARE(m_unit->fileContent(LayoutText), QByteArray("first"));
+        m_unit->writeFile(LayoutText, "second");
+        SceneStore::saveSplice(*m_shm, 3);
+        QCOMPARE(failure(DeviceFiles::copy(LayoutText, "/home/www/splice/splice3.txt", false)),
+                 QByteArray("can't write /home/www/splice/splice3.txt: Permission denied"));
+        QCOMPARE(m_unit->fileContent(LayoutText), QByteArray("second"));
+        SceneStore::loadSplice(*m_shm, 3);
+        QCOMPARE(m_unit->fileContent(LayoutText), QByteArray("first"));
+    }
+
+private:
+    std::unique_ptr<TestUnit> m_unit;
+    std::unique_ptr<MxShm> m_shm;
+};
+
+static const RegisteredTest<TestFiles> registered;
+#include "testfiles.moc"
