@@ -149,7 +149,10 @@ void measureNetwork(const Server &product, const Server &echo)
     // Where the scheduler puts client and server decides more than either does; so both cases are made.
     pin(product.processId, 1);
     pin(echo.processId, 1);
-    std::printf("\nrequest to reply                      product         echo     ratio\n");
+    std::printf(
+        "\nthe peer: a bare server on Qt's sockets, as Qt sets them up, that sends back what it gets\n"
+        "(a command of 6 bytes; the product's reply has 3)\n");
+    std::printf("request to reply                      product         echo     ratio\n");
     std::printf("client on the server's core\n");
     pin(0, 1);
     compareRequests(product, echo);

@@ -3,6 +3,7 @@
 
 #include "wires.h"
 
+#include "descriptorlimit.h"
 #include "mxsite.h"
 #include "product.h"
 #include "samples.h"
@@ -45,6 +46,7 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     std::signal(SIGPIPE, SIG_IGN);
+    DescriptorLimit::raise();
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     TestUnit unit(16);
 

@@ -1,4 +1,5 @@
 #include "clients.h"
+#include "descriptorlimit.h"
 #include "networkunit.h"
 #include "testregistry.h"
 
@@ -84,11 +85,7 @@ private slots:
 
     void fiveHundredClientsAtOnce()
     {
-        rlimit limit{};
-        getrlimit(RLIMIT_NOFILE, &limit);
-        limit.rlim_cur = limit.rlim_max;
-        setrlimit(RLIMIT_NOFILE, &limit);
-
+        DescriptorLimit::raise();
         NetworkUnit unit(8);
         QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1})); // the control thread has opened what it needs
         const int before = openDescriptors();
