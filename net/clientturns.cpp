@@ -32,20 +32,14 @@ void ClientTurns::stop()
 void ClientTurns::timerEvent(QTimerEvent *)
 {
     serveQuickOnes();
-    if (m_lastBlocked != nullptr) {
-        // The event loop has had a whole turn since. Whoever blocked stands behind those who have come
-        // meanwhile.
-        if (m_line.removeOne(m_lastBlocked)) {
-            m_line.append(m_lastBlocked);
-        }
-        m_lastBlocked = nullptr;
-    } else if (m_phase == Serving) {
-        m_lastBlocked = takeBlocked();
-        if (m_lastBlocked != nullptr) {
-            m_lastBlocked->takeTurn();
-        }
+    const bool mayBlock = m_phase == Serving && !m_blockedInLastRound;
+    ClientSession *blocked = mayBlock ? takeBlocked() : nullptr;
+    m_blockedInLastRound = blocked != nullptr;
+    if (blocked != nullptr) {
+        m_lastBlocked = blocked;
+        blocked->takeTurn();
     }
-    if (m_line.isEmpty() && m_lastBlocked == nullptr) {
+    if (m_line.isEmpty()) {
         m_round.stop();
     }
 }
@@ -62,9 +56,13 @@ void ClientTurns::serveQuickOnes()
     }
 }
 
-/// The first in the line whose next command blocks; null when there is none.
+/// The first in the line whose next command blocks; null when there is none. Whoever blocked last stands
+/// behind those who have come meanwhile.
 ClientSession *ClientTurns::takeBlocked()
 {
+    if (m_line.removeOne(m_lastBlocked)) {
+        m_line.append(m_lastBlocked);
+    }
     const auto found = std::find_if(m_line.begin(), m_line.end(),
                                     [](const ClientSession *session) { return session->isBlocked(); });
     if (found == m_line.end()) {

@@ -34,6 +34,7 @@ private:
 
     enum { NotYet, Serving, Over } m_phase = NotYet;
     QList<ClientSession *> m_line;
+    bool m_blockedInLastRound = false;
     ClientSession *m_lastBlocked = nullptr; ///< only compared, since it may be gone
     QBasicTimer m_round;
     char m_replies[ReplyRoom];

@@ -113,18 +113,20 @@ private slots:
     {
         NetworkUnit unit(8);
         QByteArray second;
-        QElapsedTimer elapsed;
+        qint64 ms = 0;
         withClients(1, [&](int) {
             const Client first(true);
             first.send(QByteArray(">r1.").repeated(1000));
             first.receive(1);
             const Client other(false);
+            QElapsedTimer elapsed;
             elapsed.start();
             other.send(">r2.");
             second = other.receive(1);
+            ms = elapsed.elapsed();
         });
         QCOMPARE(second, QByteArray("OK."));
-        QVERIFY2(elapsed.elapsed() < 2500, QByteArray::number(elapsed.elapsed()).constData());
+        QVERIFY2(ms < 2500, QByteArray::number(ms).constData());
     }
 
     void aBlockIsCutOnlyBehindATerminator_data()
