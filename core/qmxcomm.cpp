@@ -24,7 +24,6 @@ QMxComm *g_mxComm = nullptr;
 namespace
 {
 constexpr unsigned long PassMs = 10;
-constexpr char BrightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
 } // namespace
 
 QMxComm::QMxComm(bool create)
@@ -67,7 +66,7 @@ void QMxComm::stop()
 void QMxComm::loadState()
 {
     LoadConfig();
-    MxSetBacklight(backlightLevel(*g_mxConfig));
+    m_backlight.showLevel();
     LoadCaption();
     LoadScene();
 }
@@ -331,7 +330,5 @@ int QMxComm::MxGpioWrite(int line, int level)
 
 void QMxComm::MxSetBacklight(int level)
 {
-    const int brightness = level >= 0 && level <= 7 ? level : 7;
-    MxPrintf(BrightnessFile, "%d", brightness);
-    m_gpio.write(GpioLine::BacklightPower, brightness > 0 ? 1 : 0);
+    m_backlight.light(level);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backlight.h"
 #include "gpio.h"
 #include "matrixlink.h"
 #include "sharedobjects.h"
@@ -87,7 +88,8 @@ public:
     int MxGpioWrite(int line, int level);
     int MxGpioWrite(GpioLine line, int level) { return MxGpioWrite(static_cast<int>(line), level); }
 
-    /// Touchscreen backlight: 0 switches it off, 1..7 are the levels, anything else counts as 7.
+    /// The light of the touchscreen; see `Backlight::light` for the level.
+    Backlight &backlight() { return m_backlight; }
     void MxSetBacklight(int level);
 
 signals:
@@ -108,6 +110,7 @@ private:
     std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does
     MatrixLink m_matrix;
     Gpio m_gpio;
+    Backlight m_backlight{m_gpio};
     /// Part of the object for its lifetime; the serial traffic itself goes through plain descriptors.
     QSerialPort m_serialPorts[2];
     const bool m_create;
