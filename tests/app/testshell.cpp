@@ -1,16 +1,9 @@
-#include "mainwindow.h"
 #include "mxapplication.h"
-#include "qmxkeyboard.h"
-#include "qmxscene.h"
-#include "qmxsetup.h"
-#include "qmxstatus.h"
-#include "qmxswitch.h"
+#include "shell.h"
 #include "stylesheet.h"
 #include "testregistry.h"
-#include "testunit.h"
-#include "touchscreen.h"
+#include "wakingtouch.h"
 
-#include <QButtonGroup>
 #include <QPushButton>
 
 using namespace Touchscreen;
@@ -32,43 +25,6 @@ void deliver(QWidget &widget, QEvent::Type type, const QPoint &place = QPoint(5,
     QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
 }
-
-/// A running unit with its window, which has made so many of its pages.
-struct Shell {
-    explicit Shell(int pages = 0, const TestUnit::Settings &settings = {})
-        : unit(8, settings)
-    {
-        unit.start(false);
-        window.reset(new MainWindow);
-        window->show();
-        for (int i = 0; i < pages; ++i) {
-            tick(*window);
-        }
-    }
-
-    TestUnit unit;
-    std::unique_ptr<MainWindow> window;
-};
-
-QAbstractButton *menu(const MainWindow &window, int id)
-{
-    return window.findChild<QButtonGroup *>()->button(id);
-}
-
-/// Which page is visible, 0 to 3; -1 when none is.
-int shownPage(const MainWindow &window)
-{
-    const QWidget *const pages[] = {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(),
-                                    window.findChild<QMxSetup *>(), window.findChild<QMxStatus *>()};
-    int shown = -1;
-    for (int i = 0; i < 4; ++i) {
-        if (pages[i] != nullptr && pages[i]->isVisible()) {
-            shown = shown < 0 ? i : 99;
-        }
-    }
-    return shown;
-}
-
 } // namespace
 
 /// The application and its window, with the pages in it.
@@ -145,6 +101,55 @@ private slots:
         deliver(button, QEvent::MouseButtonPress);
         deliver(button, QEvent::MouseButtonRelease);
         QCOMPARE(clicks, 2);
+    }
+
+    void aPressIsOfTheTouchThatWoke_data()
+    {
+        QTest::addColumn<int>("wokenBy");
+        QTest::addColumn<int>("next");
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<uint>("after");
+        QTest::addColumn<bool>("isOfIt");
+        const int move = QEvent::MouseMove;
+        const int press = QEvent::MouseButtonPress;
+        const QPoint there(20, 20);
+        QTest::newRow("at once") << move << press << there << 0u << true;
+        QTest::newRow("at the end of the burst") << move << press << there << 100u << true;
+        QTest::newRow("later") << move << press << there << 101u << false;
+        QTest::newRow("elsewhere") << move << press << QPoint(20, 21) << 0u << false;
+        QTest::newRow("a release") << move << int(QEvent::MouseButtonRelease) << there << 0u << false;
+        QTest::newRow("woken by a press") << press << press << there << 0u << false;
+    }
+
+    void aPressIsOfTheTouchThatWoke()
+    {
+        QFETCH(int, wokenBy);
+        QFETCH(int, next);
+        QFETCH(QPoint, place);
+        QFETCH(uint, after);
+        QFETCH(bool, isOfIt);
+        constexpr quint32 lit = 5000;
+        WakingTouch touch;
+        touch.begin(QEvent::Type(wokenBy), QPoint(20, 20), lit);
+        QCOMPARE(touch.continues(QEvent::Type(next), place, lit + after), isOfIt);
+        QVERIFY(!touch.continues(QEvent::MouseButtonPress, QPoint(20, 20), lit));
+    }
+
+    void settingsThatArriveLightNoDarkScreen()
+    {
+        Shell shell(4, {{"system/sleep", "0"}, {"system/backlight", "1"}});
+        TestUnit &unit = shell.unit;
+        idle(60);
+        unit.shm().backlight = 6;
+        QCOMPARE(unit.run("beepon"), 0);
+        QCOMPARE(unit.hardware().backlight(), 0);
+        deliver(*shell.window, QEvent::MouseButtonPress);
+        QCOMPARE(unit.hardware().backlight(), 7);
+        QTest::mouseClick(menu(*shell.window, 2), Qt::LeftButton);
+        QCOMPARE(shownPage(*shell.window), 2);
+        unit.shm().backlight = 4;
+        QCOMPARE(unit.run("beepoff"), 0);
+        QCOMPARE(unit.hardware().backlight(), 5);
     }
 
     void theSettingMayChangeMeanwhile()
@@ -245,10 +250,7 @@ private slots:
         const QList<bool> locked = {false, false, false};
         const QList<bool> unlocked = {true, true, true};
         QCOMPARE(saves(), locked);
-        QVERIFY(touch(window, "Unlock"));
-        for (const char *key : {"4", "0", "6", "1", "7", "2", "9", "5", "Enter"}) {
-            QVERIFY(touch(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(), key));
-        }
+        QVERIFY(unlock(window));
         QCOMPARE(saves(), unlocked);
         QVERIFY(touch(window, "Lock"));
         QCOMPARE(saves(), locked);
