@@ -13,6 +13,7 @@
 
 #include <QDateTime>
 #include <cstdio>
+#include <memory>
 
 namespace
 {
@@ -30,7 +31,7 @@ bool hasFrontPanel()
     return g_mxConfig->keypad > 0 && g_mxConfig->port <= PanelMaxPort;
 }
 
-/// The unit is operated from its front panel; the screen shows a picture.
+/// The unit is operated from its front panel; the screen shows a picture, all the time.
 int runFrontPanel()
 {
     g_mxConfig->sleep = MxSleepNever;
@@ -55,16 +56,23 @@ void countUp(QSplashScreen &splash)
     }
 }
 
+/// The window comes up behind the start picture, which is not kept.
+std::unique_ptr<MainWindow> openWindow()
+{
+    StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
+    splash.show();
+    auto window = std::make_unique<MainWindow>();
+    pMw = window.get();
+    countUp(splash);
+    window->show();
+    splash.finish(window.get());
+    return window;
+}
+
 int runTouchscreen()
 {
     setTouchscreenStyle();
-    StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
-    splash.show();
-    MainWindow window;
-    pMw = &window;
-    countUp(splash);
-    window.show();
-    splash.finish(&window);
+    const std::unique_ptr<MainWindow> window = openWindow();
     printTime("t1");
     return QApplication::exec();
 }

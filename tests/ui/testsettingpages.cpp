@@ -14,6 +14,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <array>
 
 using namespace Touchscreen;
 
@@ -41,6 +42,9 @@ QStringList letters(const QString &text)
     return all;
 }
 
+/// Backlight, sleep and beep.
+using Settings = std::array<int, 3>;
+
 QString edited(const QWidget &page)
 {
     return page.findChild<QLineEdit *>()->text();
@@ -52,6 +56,7 @@ bool unlock(QMxStatus &page, const char *password = "40617295")
            button(page, "Save")->isEnabled();
 }
 } // namespace
+Q_DECLARE_METATYPE(Settings)
 
 /// The pages of captions and settings, with the keyboard and the help.
 class TestSettingPages : public QObject
@@ -336,6 +341,45 @@ private slots:
         QVERIFY(button(*page, "10.0.0.9") != nullptr);
         QVERIFY(button(*page, "100%")->isChecked() && button(*page, "1Min")->isChecked());
         QCOMPARE(unit.hardware().backlight(), 5);
+    }
+
+    void theButtonsShowWhatIsSo_data()
+    {
+        QTest::addColumn<Settings>("settings");
+        QTest::addColumn<QStringList>("checked");
+        QTest::addColumn<int>("level");
+        QTest::newRow("lowest") << Settings{0, 0, 0} << QStringList{"20%", "1Min", "Off"} << 1;
+        QTest::newRow("highest with buttons") << Settings{4, 4, 1} << QStringList{"100%", "Never", "On"} << 5;
+        QTest::newRow("brighter") << Settings{6, 2, 2} << QStringList{"15Min", "On"} << 7;
+        QTest::newRow("none has a button") << Settings{5, 5, -1} << QStringList{"On"} << 6;
+        QTest::newRow("out of range") << Settings{99, INT_MIN, 0} << QStringList{"Off"} << 7;
+    }
+
+    void theButtonsShowWhatIsSo()
+    {
+        QFETCH(Settings, settings);
+        QFETCH(QStringList, checked);
+        QFETCH(int, level);
+        TestUnit unit(8, {{"system/backlight", "1"}, {"system/sleep", "1"}, {"system/beep", "0"}});
+        const auto page = open<QMxStatus>(unit);
+        const auto shown = [&] {
+            QStringList texts;
+            for (const QAbstractButton *each : buttons(*page)) {
+                texts += each->isChecked() ? QStringList(each->text()) : QStringList();
+            }
+            return texts;
+        };
+        QCOMPARE(shown(), QStringList({"40%", "5Min", "Off"}));
+        unit.shm().backlight = settings[0];
+        unit.shm().sleep = settings[1];
+        unit.shm().beep = settings[2];
+        unit.comm().SaveConfig();
+        QCOMPARE(shown(), checked);
+        QCOMPARE(unit.hardware().backlight(), level);
+        QCOMPARE(int(unit.shm().beep), settings[2]);
+        QVERIFY(touch(*page, "60%") && touch(*page, "30Min") && touch(*page, "Off"));
+        QCOMPARE(shown(), QStringList({"60%", "30Min", "Off"}));
+        QCOMPARE(unit.hardware().backlight(), 3);
     }
 
     void anyNumberInTheSettingsIsKept()
