@@ -59,7 +59,8 @@ void countUp(QSplashScreen &splash)
 /// The window comes up behind the start picture, which is not kept.
 std::unique_ptr<MainWindow> openWindow()
 {
-    StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
+    // Read as an image: a pixmap that is read from a file stays in a cache.
+    StartPicture splash(QPixmap::fromImage(QImage(themed("./images/%1/startup.png"))));
     splash.show();
     auto window = std::make_unique<MainWindow>();
     pMw = window.get();
