@@ -8,8 +8,8 @@
 
 namespace
 {
-/// Turns of the event loop without a touch after which none waits any more. One turn reads the input, the
-/// same or the next one brings it to the windows, and a timer may be ahead of both in its turn.
+/// Turns of the event loop without input after which none waits any more. One turn reads it, the same or the
+/// next one brings it to the windows, and a timer may be ahead of both in its turn.
 constexpr int QuietTurns = 3;
 
 bool isTouch(QEvent::Type type)
@@ -27,7 +27,7 @@ public:
         : QObject(qApp)
     {
         qApp->installEventFilter(this);
-        expectMore();
+        m_turn.start(0, this);
     }
 
 protected:
@@ -38,43 +38,40 @@ protected:
         if (!receiver->isWindowType() || !isTouch(event->type())) {
             return false;
         }
+        const bool waiting = m_turn.isActive();
+        if (waiting) {
+            m_turnsLeft = QuietTurns;
+        }
         if (event->type() == QEvent::MouseButtonPress) {
-            m_dropping = m_turn.isActive();
-            if (!m_dropping) {
-                deleteLater();
-            }
+            m_dropping = waiting;
         }
         const bool dropped = m_dropping;
         if (event->type() == QEvent::MouseButtonRelease) {
             m_dropping = false;
         }
-        if (dropped) {
-            expectMore();
-        }
+        endIfDone();
         return dropped;
     }
 
     void timerEvent(QTimerEvent *) override
     {
-        if (--m_turnsLeft > 0) {
-            return;
-        }
-        m_turn.stop();
-        if (!m_dropping) {
-            deleteLater();
+        if (--m_turnsLeft == 0) {
+            m_turn.stop();
+            endIfDone();
         }
     }
 
 private:
-    void expectMore()
+    void endIfDone()
     {
-        m_turnsLeft = QuietTurns;
-        m_turn.start(0, this);
+        if (!m_turn.isActive() && !m_dropping) {
+            deleteLater();
+        }
     }
 
     QBasicTimer m_turn;
-    int m_turnsLeft = 0;
-    bool m_dropping = false; ///< the touch that was begun last
+    int m_turnsLeft = QuietTurns;
+    bool m_dropping = false; ///< the touch that has begun last
 };
 } // namespace
 

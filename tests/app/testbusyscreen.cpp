@@ -105,6 +105,16 @@ private slots:
         queue(*menu(window, 0), QEvent::MouseButtonRelease);
         catchUp();
         QCOMPARE(shownPage(window), 3);
+        // What has waited may take the event loop many turns.
+        queueTap(*lock);
+        for (int turn = 0; turn < 20; ++turn) {
+            queue(window, QEvent::MouseMove);
+            QCoreApplication::processEvents();
+        }
+        queueTap(*menu(window, 0));
+        catchUp();
+        QCOMPARE(shownPage(window), 3);
+        // A finger may have been down before.
         queue(*menu(window, 1), QEvent::MouseButtonPress);
         catchUp();
         QVERIFY(menu(window, 1)->isDown());
