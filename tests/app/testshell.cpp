@@ -103,36 +103,22 @@ private slots:
         QCOMPARE(clicks, 2);
     }
 
-    void aPressIsOfTheTouchThatWoke_data()
-    {
-        QTest::addColumn<int>("wokenBy");
-        QTest::addColumn<int>("next");
-        QTest::addColumn<QPoint>("place");
-        QTest::addColumn<uint>("after");
-        QTest::addColumn<bool>("isOfIt");
-        const int move = QEvent::MouseMove;
-        const int press = QEvent::MouseButtonPress;
-        const QPoint there(20, 20);
-        QTest::newRow("at once") << move << press << there << 0u << true;
-        QTest::newRow("at the end of the burst") << move << press << there << 100u << true;
-        QTest::newRow("later") << move << press << there << 101u << false;
-        QTest::newRow("elsewhere") << move << press << QPoint(20, 21) << 0u << false;
-        QTest::newRow("a release") << move << int(QEvent::MouseButtonRelease) << there << 0u << false;
-        QTest::newRow("woken by a press") << press << press << there << 0u << false;
-    }
-
     void aPressIsOfTheTouchThatWoke()
     {
-        QFETCH(int, wokenBy);
-        QFETCH(int, next);
-        QFETCH(QPoint, place);
-        QFETCH(uint, after);
-        QFETCH(bool, isOfIt);
         constexpr quint32 lit = 5000;
-        WakingTouch touch;
-        touch.begin(QEvent::Type(wokenBy), QPoint(20, 20), lit);
-        QCOMPARE(touch.continues(QEvent::Type(next), place, lit + after), isOfIt);
-        QVERIFY(!touch.continues(QEvent::MouseButtonPress, QPoint(20, 20), lit));
+        const QPoint there(20, 20);
+        const auto isOfIt = [&](QEvent::Type wokenBy, QEvent::Type next, const QPoint &place, quint32 after) {
+            WakingTouch touch;
+            touch.begin(wokenBy, there, lit);
+            const bool first = touch.continues(next, place, lit + after);
+            return first && !touch.continues(QEvent::MouseButtonPress, there, lit + after);
+        };
+        QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 0));
+        QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 100));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 101));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, {20, 21}, 0));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonRelease, there, 0));
+        QVERIFY(!isOfIt(QEvent::MouseButtonPress, QEvent::MouseButtonPress, there, 0));
     }
 
     void settingsThatArriveLightNoDarkScreen()

@@ -14,7 +14,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <array>
 
 using namespace Touchscreen;
 
@@ -42,9 +41,6 @@ QStringList letters(const QString &text)
     return all;
 }
 
-/// Backlight, sleep and beep.
-using Settings = std::array<int, 3>;
-
 QString edited(const QWidget &page)
 {
     return page.findChild<QLineEdit *>()->text();
@@ -56,7 +52,6 @@ bool unlock(QMxStatus &page, const char *password = "40617295")
            button(page, "Save")->isEnabled();
 }
 } // namespace
-Q_DECLARE_METATYPE(Settings)
 
 /// The pages of captions and settings, with the keyboard and the help.
 class TestSettingPages : public QObject
@@ -343,43 +338,36 @@ private slots:
         QCOMPARE(unit.hardware().backlight(), 5);
     }
 
-    void theButtonsShowWhatIsSo_data()
-    {
-        QTest::addColumn<Settings>("settings");
-        QTest::addColumn<QStringList>("checked");
-        QTest::addColumn<int>("level");
-        QTest::newRow("lowest") << Settings{0, 0, 0} << QStringList{"20%", "1Min", "Off"} << 1;
-        QTest::newRow("highest with buttons") << Settings{4, 4, 1} << QStringList{"100%", "Never", "On"} << 5;
-        QTest::newRow("brighter") << Settings{6, 2, 2} << QStringList{"15Min", "On"} << 7;
-        QTest::newRow("none has a button") << Settings{5, 5, -1} << QStringList{"On"} << 6;
-        QTest::newRow("out of range") << Settings{99, INT_MIN, 0} << QStringList{"Off"} << 7;
-    }
-
     void theButtonsShowWhatIsSo()
     {
-        QFETCH(Settings, settings);
-        QFETCH(QStringList, checked);
-        QFETCH(int, level);
-        TestUnit unit(8, {{"system/backlight", "1"}, {"system/sleep", "1"}, {"system/beep", "0"}});
+        TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
-        const auto shown = [&] {
+        const auto checked = [&] {
             QStringList texts;
             for (const QAbstractButton *each : buttons(*page)) {
                 texts += each->isChecked() ? QStringList(each->text()) : QStringList();
             }
             return texts;
         };
-        QCOMPARE(shown(), QStringList({"40%", "5Min", "Off"}));
-        unit.shm().backlight = settings[0];
-        unit.shm().sleep = settings[1];
-        unit.shm().beep = settings[2];
-        unit.comm().SaveConfig();
-        QCOMPARE(shown(), checked);
-        QCOMPARE(unit.hardware().backlight(), level);
-        QCOMPARE(int(unit.shm().beep), settings[2]);
-        QVERIFY(touch(*page, "60%") && touch(*page, "30Min") && touch(*page, "Off"));
-        QCOMPARE(shown(), QStringList({"60%", "30Min", "Off"}));
-        QCOMPARE(unit.hardware().backlight(), 3);
+        struct Row {
+            int backlight, sleep, beep;
+            QStringList checked;
+            int level;
+        };
+        for (const Row &row : {Row{4, 4, 1, {"100%", "Never", "On"}, 5},
+                               {6, 2, 2, {"15Min", "On"}, 7},
+                               {5, 5, -1, {"On"}, 6},
+                               {99, INT_MIN, 0, {"Off"}, 7}}) {
+            QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
+            QCOMPARE(checked(), QStringList({"40%", "30Min", "Off"}));
+            unit.shm().backlight = row.backlight;
+            unit.shm().sleep = row.sleep;
+            unit.shm().beep = row.beep;
+            unit.comm().SaveConfig();
+            QCOMPARE(checked(), row.checked);
+            QCOMPARE(unit.hardware().backlight(), row.level);
+            QCOMPARE(int(unit.shm().beep), row.beep);
+        }
     }
 
     void anyNumberInTheSettingsIsKept()
