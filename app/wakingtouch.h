@@ -8,10 +8,10 @@
 class WakingTouch
 {
 public:
-    /// How long the press may come after the screen was lit.
+    /// How long after the screen was awake the press may come.
     static constexpr quint32 BurstMs = 100;
 
-    /// The screen was lit at `now` by this kind of event, at this place of the screen.
+    /// This kind of event, at this place of the screen, has woken it; it was awake at `now`.
     void begin(QEvent::Type type, const QPoint &place, quint32 now);
 
     /// To be asked once about each event that comes then. \return whether it is still of the touch that woke
@@ -20,5 +20,5 @@ public:
 private:
     bool m_wokenByMove = false; ///< and nothing has come since
     QPoint m_place;
-    quint32 m_lit = 0;
+    quint32 m_awake = 0;
 };

@@ -2,6 +2,7 @@
 #include "shell.h"
 #include "stylesheet.h"
 #include "testregistry.h"
+#include "tickcount.h"
 #include "wakingtouch.h"
 
 #include <QPushButton>
@@ -101,17 +102,24 @@ private slots:
         deliver(button, QEvent::MouseButtonPress);
         deliver(button, QEvent::MouseButtonRelease);
         QCOMPARE(clicks, 2);
+        idle(60);
+        deliver(button, QEvent::MouseMove);
+        const quint32 awake = GetTickCount();
+        QVERIFY(runUntil([&] { return ticksBetween(awake, GetTickCount()) > WakingTouch::BurstMs; }));
+        deliver(button, QEvent::MouseButtonPress);
+        deliver(button, QEvent::MouseButtonRelease);
+        QCOMPARE(clicks, 3);
     }
 
     void aPressIsOfTheTouchThatWoke()
     {
-        constexpr quint32 lit = 5000;
+        constexpr quint32 awake = 5000;
         const QPoint there(20, 20);
         const auto isOfIt = [&](QEvent::Type wokenBy, QEvent::Type next, const QPoint &place, quint32 after) {
             WakingTouch touch;
-            touch.begin(wokenBy, there, lit);
-            const bool first = touch.continues(next, place, lit + after);
-            return first && !touch.continues(QEvent::MouseButtonPress, there, lit + after);
+            touch.begin(wokenBy, there, awake);
+            const bool first = touch.continues(next, place, awake + after);
+            return first && !touch.continues(QEvent::MouseButtonPress, there, awake + after);
         };
         QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 0));
         QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 100));
