@@ -16,6 +16,7 @@
 #include <QDateTime>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 
 namespace
 {
@@ -39,7 +40,7 @@ bool hasFrontPanel()
     return g_mxConfig->keypad > 0 && g_mxConfig->port <= PanelMaxPort;
 }
 
-/// The unit is operated from its front panel; the screen shows a picture.
+/// The unit is operated from its front panel; the screen shows a picture, all the time.
 int runFrontPanel(ClientTurns &turns)
 {
     g_mxConfig->sleep = MxSleepNever;
@@ -65,16 +66,24 @@ void countUp(QSplashScreen &splash)
     }
 }
 
+/// The window comes up behind the start picture, which is not kept.
+std::unique_ptr<MainWindow> openWindow()
+{
+    // Read as an image: a pixmap that is read from a file stays in a cache.
+    StartPicture splash(QPixmap::fromImage(QImage(themed("./images/%1/startup.png"))));
+    splash.show();
+    auto window = std::make_unique<MainWindow>();
+    pMw = window.get();
+    countUp(splash);
+    window->show();
+    splash.finish(window.get());
+    return window;
+}
+
 int runTouchscreen(ClientTurns &turns)
 {
     setTouchscreenStyle();
-    StartPicture splash(QPixmap(themed("./images/%1/startup.png")));
-    splash.show();
-    MainWindow window;
-    pMw = &window;
-    countUp(splash);
-    window.show();
-    splash.finish(&window);
+    const std::unique_ptr<MainWindow> window = openWindow();
     printTime("t1");
     // Not before: a recall at each of the start picture's steps would hold the screen for twenty seconds.
     turns.start();

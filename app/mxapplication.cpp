@@ -2,9 +2,9 @@
 
 #include "mxshm.h"
 #include "qmxcomm.h"
+#include "tickcount.h"
 
 #include <QMouseEvent>
-#include <utility>
 
 namespace
 {
@@ -37,7 +37,7 @@ MxApplication::MxApplication(int &argc, char **argv)
 void MxApplication::timerEvent(QTimerEvent *event)
 {
     // Qt's own timers of the application object arrive here as well.
-    if (event->timerId() != timerId() || m_asleep) {
+    if (event->timerId() != timerId() || g_mxComm->backlight().asleep()) {
         return;
     }
     ++m_idleSeconds;
@@ -45,8 +45,7 @@ void MxApplication::timerEvent(QTimerEvent *event)
     if (sleep == MxSleepNever) {
         m_idleSeconds = 0;
     } else if (sleep < MxSleepNever && m_idleSeconds >= SleepAfter[sleep]) {
-        m_asleep = true;
-        g_mxComm->MxSetBacklight(0);
+        g_mxComm->backlight().sleep();
     }
 }
 
@@ -54,29 +53,22 @@ bool MxApplication::notify(QObject *receiver, QEvent *event)
 {
     if (isTouch(*event)) {
         m_idleSeconds = 0;
-        if (m_asleep) {
-            wake(*event);
-            return true;
-        }
-        if (continuesWakingTouch(*event)) {
+        if (wakes(*event)) {
             return true;
         }
     }
     return QApplication::notify(receiver, event);
 }
 
-void MxApplication::wake(const QEvent &touch)
+/// Whether the touch only wakes the screen.
+bool MxApplication::wakes(const QEvent &touch)
 {
-    g_mxComm->MxSetBacklight(backlightLevel(*g_mxConfig));
+    Backlight &backlight = g_mxComm->backlight();
+    if (!backlight.asleep()) {
+        return m_wakingTouch.continues(touch.type(), placeOf(touch), GetTickCount());
+    }
+    backlight.wake();
     QThread::msleep(WakeMs);
-    m_asleep = false;
-    m_wokenByMove = touch.type() == QEvent::MouseMove;
-    m_wakingPlace = placeOf(touch);
-}
-
-/// A touch at a new place arrives as a move to it, which has then woken the screen, and a press.
-bool MxApplication::continuesWakingTouch(const QEvent &touch)
-{
-    const bool next = std::exchange(m_wokenByMove, false);
-    return next && touch.type() == QEvent::MouseButtonPress && placeOf(touch) == m_wakingPlace;
+    m_wakingTouch.begin(touch.type(), placeOf(touch), GetTickCount());
+    return true;
 }

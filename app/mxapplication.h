@@ -1,7 +1,8 @@
 #pragma once
 
+#include "wakingtouch.h"
+
 #include <QApplication>
-#include <QPoint>
 #include <QTimer>
 
 /// The application, which puts the screen to sleep when nobody touches it, and wakes it at the next touch.
@@ -18,11 +19,8 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    void wake(const QEvent &touch);
-    bool continuesWakingTouch(const QEvent &touch);
+    bool wakes(const QEvent &touch);
 
     int m_idleSeconds = 0;
-    bool m_asleep = false;
-    bool m_wokenByMove = false; ///< and nothing has come since
-    QPoint m_wakingPlace;
+    WakingTouch m_wakingTouch;
 };

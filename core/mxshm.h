@@ -94,12 +94,5 @@ inline int sceneCount(const MxShm &shm)
     return qBound<int>(MxMinScene, shm.scene, MxMaxScene);
 }
 
-/// The level for `QMxComm::MxSetBacklight` that the setting stands for: one more, whatever number the record
-/// holds.
-inline int backlightLevel(const MxShm &shm)
-{
-    return static_cast<int>(static_cast<quint32>(shm.backlight) + 1);
-}
-
 /// The shared record of this process; null until the control object has attached it, or when it could not.
 extern MxShm *g_mxConfig;

@@ -24,7 +24,6 @@ constexpr unsigned long PassMs = 10;
 /// How long the lines of one control port hold up the other port, the sender and the queues: so long, or for
 /// the one line that takes longer.
 constexpr quint32 TurnMs = 50;
-constexpr char BrightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
 } // namespace
 
 QMxComm::QMxComm(bool create)
@@ -68,7 +67,7 @@ void QMxComm::stop()
 void QMxComm::loadState()
 {
     LoadConfig();
-    MxSetBacklight(backlightLevel(*g_mxConfig));
+    m_backlight.showLevel();
     LoadCaption();
     LoadScene();
 }
@@ -205,11 +204,4 @@ int QMxComm::MxPrintf(const char *path, const char *format, ...)
     }
     const int written = MxWrite(path, text);
     return written < 0 ? written : length;
-}
-
-void QMxComm::MxSetBacklight(int level)
-{
-    const int brightness = level >= 0 && level <= 7 ? level : 7;
-    MxPrintf(BrightnessFile, "%d", brightness);
-    m_gpio.write(GpioLine::BacklightPower, brightness > 0 ? 1 : 0);
 }

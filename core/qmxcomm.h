@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backlight.h"
 #include "devicefiles.h"
 #include "gpio.h"
 #include "matrixlink.h"
@@ -102,8 +103,9 @@ public:
     int MxGpioWrite(int line, int level) { return m_gpio.write(line, level); }
     int MxGpioWrite(GpioLine line, int level) { return MxGpioWrite(static_cast<int>(line), level); }
 
-    /// Touchscreen backlight: 0 switches it off, 1..7 are the levels, anything else counts as 7.
-    void MxSetBacklight(int level);
+    /// The light of the touchscreen; see `Backlight::light` for the level.
+    Backlight &backlight() { return m_backlight; }
+    void MxSetBacklight(int level) { m_backlight.light(level); }
 
 signals:
     void OnLoadCaption();
@@ -123,6 +125,7 @@ private:
     std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does
     MatrixLink m_matrix;
     Gpio m_gpio;
+    Backlight m_backlight{m_gpio};
     /// Part of the object for its lifetime; the serial traffic itself goes through plain descriptors.
     QSerialPort m_serialPorts[2];
     const bool m_create;

@@ -1,5 +1,6 @@
 #include "qmxscene.h"
 
+#include "busyscope.h"
 #include "mxshm.h"
 #include "page.h"
 #include "qmxcomm.h"
@@ -8,14 +9,12 @@
 #include "touchbutton.h"
 
 #include <QBoxLayout>
-#include <QTimer>
 
 namespace
 {
 constexpr QSize ViewSize(200, 495);
 constexpr int Columns = 5;
 constexpr QSize ActionSize(180, 65);
-constexpr int LateTouchesMs = 100;
 
 enum Action { Load, Save };
 
@@ -90,22 +89,17 @@ void QMxScene::OnScenePressed(int) {}
 
 void QMxScene::OnSceneActionPressed(int action)
 {
+    QAbstractButton *button = m_actions->button(action);
+    if (button == nullptr) {
+        return;
+    }
+    const BusyScope busy(button);
     const int scene = m_scenes->checkedId() + 1;
     if (action == Load) {
-        load(scene);
-    } else if (action == Save) {
+        g_mxComm->LoadScene(scene);
+    } else {
         g_mxComm->SaveScene(scene);
     }
-}
-
-/// Touches that come during the second that this takes shall not load again: they find the button disabled.
-void QMxScene::load(int scene)
-{
-    QAbstractButton *button = m_actions->button(Load);
-    button->setEnabled(false);
-    button->repaint();
-    g_mxComm->LoadScene(scene);
-    QTimer::singleShot(LateTouchesMs, button, [button] { button->setEnabled(true); });
 }
 
 void QMxScene::setSaveEnabled(bool enabled)

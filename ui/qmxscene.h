@@ -28,7 +28,6 @@ protected:
 
 private:
     QLayout *makeButtons();
-    void load(int scene);
 
     QButtonGroup *m_scenes;
     QButtonGroup *m_actions;

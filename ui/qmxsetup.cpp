@@ -1,5 +1,6 @@
 #include "qmxsetup.h"
 
+#include "busyscope.h"
 #include "mxshm.h"
 #include "qmxcomm.h"
 #include "qmxkeyboard.h"
@@ -155,7 +156,7 @@ void QMxSetup::OnCapActionPressed(int action)
     case Default:
         return showDefaults();
     case Load:
-        return g_mxComm->LoadCaption();
+        return load();
     case Save:
         return store();
     }
@@ -170,8 +171,15 @@ void QMxSetup::showDefaults()
     }
 }
 
+void QMxSetup::load()
+{
+    const BusyScope busy(m_actions->button(Load));
+    g_mxComm->LoadCaption();
+}
+
 void QMxSetup::store()
 {
+    const BusyScope busy(m_actions->button(Save));
     const Captions captions = captionsOf(m_lists->checkedId());
     const QList<QAbstractButton *> buttons = m_captions->buttons();
     const int count = qMin(buttons.size(), captions.count);

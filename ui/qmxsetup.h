@@ -35,6 +35,7 @@ private:
     QLayout *makeButtons();
     void showEntries(int count);
     void showDefaults();
+    void load();
     void store();
 
     QButtonGroup *m_numbers;

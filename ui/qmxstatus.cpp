@@ -1,5 +1,6 @@
 #include "qmxstatus.h"
 
+#include "busyscope.h"
 #include "ethernet.h"
 #include "gpio.h"
 #include "qmxcomm.h"
@@ -19,13 +20,13 @@ constexpr int MaxAddressLength = 15;
 constexpr int MaxPasswordLength = 8;
 constexpr char UnlockPassword[] = "40617295";
 
+enum Buzzer { BuzzerOff, BuzzerOn };
 enum Action { Unlock, Lock, Default, Load, Save, Help };
 
 constexpr int AddressesPerInterface = 3;
 constexpr int AddressCount = 2 * AddressesPerInterface;
 constexpr int DefaultBrightness = 2; ///< "60%"
 constexpr int DefaultSleep = 2;      ///< "15Min"
-constexpr int DefaultBuzzer = 1;     ///< "On"
 
 /// The address of an Ethernet button, 0 to 5, and what a new unit has there.
 SharedText<32> &address(int id)
@@ -67,7 +68,7 @@ QMxStatus::QMxStatus(QWidget *parent)
     makeGroups();
     OnLoadConfig();
     connect(g_mxComm, &QMxComm::OnLoadConfig, this, &QMxStatus::OnLoadConfig);
-    clickButton(m_actions, Lock);
+    setSaveEnabled(false);
     startTimer(StatusMs);
 }
 
@@ -96,9 +97,10 @@ void QMxStatus::makeGroups()
 
 void QMxStatus::OnLoadConfig()
 {
-    clickButton(m_buzzer, g_mxConfig->beep);
-    clickButton(m_brightness, g_mxConfig->backlight);
-    clickButton(m_sleep, g_mxConfig->sleep);
+    checkButton(m_buzzer, g_mxConfig->beep != 0 ? BuzzerOn : BuzzerOff);
+    checkButton(m_brightness, g_mxConfig->backlight);
+    checkButton(m_sleep, g_mxConfig->sleep);
+    g_mxComm->backlight().showLevel();
     for (int id = 0; id < AddressCount; ++id) {
         m_ethernet->button(id)->setText(QString::fromLatin1(address(id).get()));
     }
@@ -115,7 +117,7 @@ void QMxStatus::OnBlPressed(int id)
 {
     if (m_brightness->button(id) != nullptr) {
         g_mxConfig->backlight = id;
-        g_mxComm->MxSetBacklight(id + 1);
+        g_mxComm->backlight().showLevel();
     }
 }
 
@@ -153,34 +155,30 @@ void QMxStatus::OnActPressed(int id)
 
 void QMxStatus::lock()
 {
-    m_form->buttonLock->setEnabled(false);
+    const BusyScope busy(m_form->buttonLock);
     setSaveEnabled(false);
     QThread::msleep(LockMs);
-    m_form->buttonLock->setEnabled(true);
 }
 
 void QMxStatus::showDefaults()
 {
-    m_form->buttonDefault->setEnabled(false);
     for (int id = 0; id < AddressCount; ++id) {
         m_ethernet->button(id)->setText(defaultAddress(id));
     }
     clickButton(m_brightness, DefaultBrightness);
     clickButton(m_sleep, DefaultSleep);
-    clickButton(m_buzzer, DefaultBuzzer);
-    m_form->buttonDefault->setEnabled(true);
+    clickButton(m_buzzer, BuzzerOn);
 }
 
 void QMxStatus::load()
 {
-    m_form->buttonLoad->setEnabled(false);
+    const BusyScope busy(m_form->buttonLoad);
     g_mxComm->LoadConfig();
-    m_form->buttonLoad->setEnabled(true);
 }
 
 void QMxStatus::save()
 {
-    m_form->buttonSave->setEnabled(false);
+    const BusyScope busy(m_form->buttonSave);
     for (int id = 0; id < AddressCount; ++id) {
         address(id).set(m_ethernet->button(id)->text().toLatin1());
     }
@@ -188,7 +186,6 @@ void QMxStatus::save()
     beep();
     QThread::msleep(100);
     beep();
-    m_form->buttonSave->setEnabled(true);
 }
 
 void QMxStatus::onEnter(const QString &text)

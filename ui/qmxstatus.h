@@ -19,7 +19,7 @@ public:
     ~QMxStatus() override;
 
 public slots:
-    /// Shows what the record holds, and applies it: each setting's button is clicked.
+    /// Shows what the record holds, and applies it. A value that no button stands for leaves none checked.
     void OnLoadConfig();
     /// 0 to 2: address, netmask and gateway of the first interface, 3 to 5: of the second.
     void OnEthPressed(int id);

@@ -11,6 +11,7 @@
 #include <QBoxLayout>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <cstring>
 
 namespace
 {
@@ -129,6 +130,8 @@ void QMxSwitch::OnInputPressed(int) {}
 
 void QMxSwitch::OnOutputPressed(int output)
 {
+    // Its button has changed by itself, which may be wrong while the map is as before.
+    m_shown.ports = 0;
     if (output < 0 || output >= portCount(*g_mxConfig)) {
         return;
     }
@@ -161,15 +164,22 @@ void QMxSwitch::timerEvent(QTimerEvent *)
     if (isHidden()) {
         return;
     }
-    quint16 map[MxMaxPort] = {};
-    Routing::copyMap(*g_mxConfig, 0, map);
-    if (m_map != nullptr) {
-        m_map->setMap(map);
+    Shown now = {portCount(*g_mxConfig), m_inputs->checkedId(), {}};
+    Routing::copyMap(*g_mxConfig, 0, now.map);
+    if (std::memcmp(&now, &m_shown, sizeof now) != 0) {
+        showRouting(now);
     }
-    const int selected = m_inputs->checkedId();
+}
+
+void QMxSwitch::showRouting(const Shown &now)
+{
+    m_shown = now;
+    if (m_map != nullptr) {
+        m_map->setMap(now.map);
+    }
     const QList<QAbstractButton *> outputs = m_outputs->buttons();
-    const int shown = qMin(outputs.size(), portCount(*g_mxConfig));
+    const int shown = qMin(outputs.size(), now.ports);
     for (int output = 0; output < shown; ++output) {
-        outputs.at(output)->setChecked(map[output] == selected);
+        outputs.at(output)->setChecked(now.map[output] == now.input);
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mxshm.h"
+
 #include <QWidget>
 
 class QBoxLayout;
@@ -8,8 +10,8 @@ class QMxWidget;
 class QScrollArea;
 
 /// The page on which outputs are routed: one input is selected, and a touch on an output connects it or takes
-/// it off. Outputs that show the selected input are checked. The page keeps nothing but the selection: it
-/// reads the live map every 200 ms while it is visible. GUI thread only.
+/// it off. Outputs that show the selected input are checked. The page keeps nothing but the selection
+/// and what it shows: it compares that with the live map every 200 ms while it is visible. GUI thread only.
 class QMxSwitch : public QWidget
 {
     Q_OBJECT
@@ -35,6 +37,14 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    /// What the outputs' buttons show.
+    struct Shown {
+        int ports; ///< 0 when they may show something else
+        int input;
+        quint16 map[MxMaxPort];
+    };
+
+    void showRouting(const Shown &now);
     QScrollArea *makeArea(QButtonGroup *group, int ports);
     QBoxLayout *makeActions();
 
@@ -42,4 +52,5 @@ private:
     QButtonGroup *m_outputs;
     QButtonGroup *m_actions;
     QMxWidget *m_map = nullptr; ///< null when the matrix is too large for it
+    Shown m_shown = {};
 };

@@ -53,6 +53,18 @@ void clickButton(const QButtonGroup *group, int id)
     }
 }
 
+void checkButton(QButtonGroup *group, int id)
+{
+    if (QAbstractButton *button = group->button(id)) {
+        button->setChecked(true);
+    } else if (QAbstractButton *checked = group->checkedButton()) {
+        // An exclusive group lets none go without another in its place.
+        group->setExclusive(false);
+        checked->setChecked(false);
+        group->setExclusive(true);
+    }
+}
+
 void showCaptions(const QButtonGroup *group, const SharedText<32> *captions, int count)
 {
     const QList<QAbstractButton *> buttons = group->buttons();

@@ -34,5 +34,8 @@ void connectClicks(const QButtonGroup *group, Receiver *receiver, void (Receiver
 /// Clicks the button with this id; nothing when there is none.
 void clickButton(const QButtonGroup *group, int id);
 
+/// Checks the button with this id of an exclusive group; none when no button has it.
+void checkButton(QButtonGroup *group, int id);
+
 /// Puts the captions on the first `count` buttons of the group, in the order in which these were added.
 void showCaptions(const QButtonGroup *group, const SharedText<32> *captions, int count);

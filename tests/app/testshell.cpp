@@ -1,16 +1,10 @@
-#include "mainwindow.h"
 #include "mxapplication.h"
-#include "qmxkeyboard.h"
-#include "qmxscene.h"
-#include "qmxsetup.h"
-#include "qmxstatus.h"
-#include "qmxswitch.h"
+#include "shell.h"
 #include "stylesheet.h"
 #include "testregistry.h"
-#include "testunit.h"
-#include "touchscreen.h"
+#include "tickcount.h"
+#include "wakingtouch.h"
 
-#include <QButtonGroup>
 #include <QPushButton>
 
 using namespace Touchscreen;
@@ -32,43 +26,6 @@ void deliver(QWidget &widget, QEvent::Type type, const QPoint &place = QPoint(5,
     QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
 }
-
-/// A running unit with its window, which has made so many of its pages.
-struct Shell {
-    explicit Shell(int pages = 0, const TestUnit::Settings &settings = {})
-        : unit(8, settings)
-    {
-        unit.start(false);
-        window.reset(new MainWindow);
-        window->show();
-        for (int i = 0; i < pages; ++i) {
-            tick(*window);
-        }
-    }
-
-    TestUnit unit;
-    std::unique_ptr<MainWindow> window;
-};
-
-QAbstractButton *menu(const MainWindow &window, int id)
-{
-    return window.findChild<QButtonGroup *>()->button(id);
-}
-
-/// Which page is visible, 0 to 3; -1 when none is.
-int shownPage(const MainWindow &window)
-{
-    const QWidget *const pages[] = {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(),
-                                    window.findChild<QMxSetup *>(), window.findChild<QMxStatus *>()};
-    int shown = -1;
-    for (int i = 0; i < 4; ++i) {
-        if (pages[i] != nullptr && pages[i]->isVisible()) {
-            shown = shown < 0 ? i : 99;
-        }
-    }
-    return shown;
-}
-
 } // namespace
 
 /// The application and its window, with the pages in it.
@@ -145,6 +102,48 @@ private slots:
         deliver(button, QEvent::MouseButtonPress);
         deliver(button, QEvent::MouseButtonRelease);
         QCOMPARE(clicks, 2);
+        idle(60);
+        deliver(button, QEvent::MouseMove);
+        const quint32 awake = GetTickCount();
+        QVERIFY(runUntil([&] { return ticksBetween(awake, GetTickCount()) > WakingTouch::BurstMs; }));
+        deliver(button, QEvent::MouseButtonPress);
+        deliver(button, QEvent::MouseButtonRelease);
+        QCOMPARE(clicks, 3);
+    }
+
+    void aPressIsOfTheTouchThatWoke()
+    {
+        constexpr quint32 awake = 5000;
+        const QPoint there(20, 20);
+        const auto isOfIt = [&](QEvent::Type wokenBy, QEvent::Type next, const QPoint &place, quint32 after) {
+            WakingTouch touch;
+            touch.begin(wokenBy, there, awake);
+            const bool first = touch.continues(next, place, awake + after);
+            return first && !touch.continues(QEvent::MouseButtonPress, there, awake + after);
+        };
+        QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 0));
+        QVERIFY(isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 100));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, there, 101));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonPress, {20, 21}, 0));
+        QVERIFY(!isOfIt(QEvent::MouseMove, QEvent::MouseButtonRelease, there, 0));
+        QVERIFY(!isOfIt(QEvent::MouseButtonPress, QEvent::MouseButtonPress, there, 0));
+    }
+
+    void settingsThatArriveLightNoDarkScreen()
+    {
+        Shell shell(4, {{"system/sleep", "0"}, {"system/backlight", "1"}});
+        TestUnit &unit = shell.unit;
+        idle(60);
+        unit.shm().backlight = 6;
+        QCOMPARE(unit.run("beepon"), 0);
+        QCOMPARE(unit.hardware().backlight(), 0);
+        deliver(*shell.window, QEvent::MouseButtonPress);
+        QCOMPARE(unit.hardware().backlight(), 7);
+        QTest::mouseClick(menu(*shell.window, 2), Qt::LeftButton);
+        QCOMPARE(shownPage(*shell.window), 2);
+        unit.shm().backlight = 4;
+        QCOMPARE(unit.run("beepoff"), 0);
+        QCOMPARE(unit.hardware().backlight(), 5);
     }
 
     void theSettingMayChangeMeanwhile()
@@ -245,10 +244,7 @@ private slots:
         const QList<bool> locked = {false, false, false};
         const QList<bool> unlocked = {true, true, true};
         QCOMPARE(saves(), locked);
-        QVERIFY(touch(window, "Unlock"));
-        for (const char *key : {"4", "0", "6", "1", "7", "2", "9", "5", "Enter"}) {
-            QVERIFY(touch(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(), key));
-        }
+        QVERIFY(unlock(window));
         QCOMPARE(saves(), unlocked);
         QVERIFY(touch(window, "Lock"));
         QCOMPARE(saves(), locked);

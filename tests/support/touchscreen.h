@@ -5,9 +5,11 @@
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QCoreApplication>
+#include <QMouseEvent>
 #include <QTest>
 #include <QTimerEvent>
 #include <QWidget>
+#include <QWindow>
 
 /// What a finger does, and what an eye sees. For tests that link the pages.
 namespace Touchscreen
@@ -56,6 +58,32 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
         QTest::mouseClick(found, Qt::LeftButton);
     }
     return found != nullptr;
+}
+
+/// Lays a press, a move or a release before the widget's window as the window system does: it waits there for
+/// the event loop.
+inline void queue(const QWidget &widget, QEvent::Type type)
+{
+    const QWidget &window = *widget.window();
+    const QPoint place = widget.mapTo(&window, widget.rect().center());
+    const Qt::MouseButtons down = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    auto *event =
+        new QMouseEvent(type, place, place, window.mapToGlobal(place), Qt::LeftButton, down, Qt::NoModifier);
+    QCoreApplication::postEvent(window.windowHandle(), event);
+}
+
+inline void queueTap(const QWidget &widget)
+{
+    queue(widget, QEvent::MouseButtonPress);
+    queue(widget, QEvent::MouseButtonRelease);
+}
+
+/// Lets the event loop go through what has queued up, and some turns more.
+inline void catchUp()
+{
+    for (int turn = 0; turn < 10; ++turn) {
+        QCoreApplication::processEvents();
+    }
 }
 
 /// The colour of a dot of the widget as it is painted.

@@ -338,6 +338,38 @@ private slots:
         QCOMPARE(unit.hardware().backlight(), 5);
     }
 
+    void theButtonsShowWhatIsSo()
+    {
+        TestUnit unit(8);
+        const auto page = open<QMxStatus>(unit);
+        const auto checked = [&] {
+            QStringList texts;
+            for (const QAbstractButton *each : buttons(*page)) {
+                texts += each->isChecked() ? QStringList(each->text()) : QStringList();
+            }
+            return texts;
+        };
+        struct Row {
+            int backlight, sleep, beep;
+            QStringList checked;
+            int level;
+        };
+        for (const Row &row : {Row{4, 4, 1, {"100%", "Never", "On"}, 5},
+                               {6, 2, 2, {"15Min", "On"}, 7},
+                               {5, 5, -1, {"On"}, 6},
+                               {99, INT_MIN, 0, {"Off"}, 7}}) {
+            QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
+            QCOMPARE(checked(), QStringList({"40%", "30Min", "Off"}));
+            unit.shm().backlight = row.backlight;
+            unit.shm().sleep = row.sleep;
+            unit.shm().beep = row.beep;
+            unit.comm().SaveConfig();
+            QCOMPARE(checked(), row.checked);
+            QCOMPARE(unit.hardware().backlight(), row.level);
+            QCOMPARE(int(unit.shm().beep), row.beep);
+        }
+    }
+
     void anyNumberInTheSettingsIsKept()
     {
         TestUnit unit(8, {{"system/backlight", "6"}, {"system/sleep", "-7"}, {"system/beep", "2147483647"}});

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "mainwindow.h"
+#include "qmxkeyboard.h"
+#include "qmxscene.h"
+#include "qmxsetup.h"
+#include "qmxstatus.h"
+#include "qmxswitch.h"
+#include "testunit.h"
+#include "touchscreen.h"
+
+#include <QButtonGroup>
+
+/// A running unit with its window, which has made so many of its pages.
+struct Shell {
+    explicit Shell(int pages = 0, const TestUnit::Settings &settings = {})
+        : unit(8, settings)
+    {
+        unit.start(false);
+        window.reset(new MainWindow);
+        window->show();
+        for (int i = 0; i < pages; ++i) {
+            Touchscreen::tick(*window);
+        }
+    }
+
+    TestUnit unit;
+    std::unique_ptr<MainWindow> window;
+};
+
+inline QAbstractButton *menu(const MainWindow &window, int id)
+{
+    return window.findChild<QButtonGroup *>()->button(id);
+}
+
+/// Which page is visible, 0 to 3; -1 when none is.
+inline int shownPage(const MainWindow &window)
+{
+    const QWidget *const pages[] = {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(),
+                                    window.findChild<QMxSetup *>(), window.findChild<QMxStatus *>()};
+    int shown = -1;
+    for (int i = 0; i < 4; ++i) {
+        if (pages[i] != nullptr && pages[i]->isVisible()) {
+            shown = shown < 0 ? i : 99;
+        }
+    }
+    return shown;
+}
+
+/// Types the password on the page of the settings, which is visible. \return whether all keys were there
+inline bool unlock(const MainWindow &window)
+{
+    bool found = Touchscreen::touch(window, QStringLiteral("Unlock"));
+    for (const char *key : {"4", "0", "6", "1", "7", "2", "9", "5", "Enter"}) {
+        found = found && Touchscreen::touch(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(),
+                                            QLatin1String(key));
+    }
+    return found;
+}
