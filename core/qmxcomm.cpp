@@ -4,6 +4,7 @@
 #include "commandinterpreter.h"
 #include "controlparts.h"
 #include "devicefiles.h"
+#include "passgrid.h"
 #include "reply.h"
 #include "routing.h"
 #include "scenestore.h"
@@ -23,7 +24,6 @@ QMxComm *g_mxComm = nullptr;
 
 namespace
 {
-constexpr unsigned long PassMs = 10;
 constexpr char BrightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
 } // namespace
 
@@ -91,7 +91,7 @@ void QMxComm::run()
 {
     UptimeClock uptime;
     while (m_parts && !m_stop) {
-        msleep(PassMs);
+        PassGrid::wait();
         uptime.step(g_mxConfig->uptime);
         pollControlPorts();
         MxDoSwitch();

@@ -5,6 +5,7 @@
 #include "keypad.h"
 #include "lcdframe.h"
 #include "mxsite.h"
+#include "passgrid.h"
 #include "qmxcomm.h"
 #include "uart.h"
 
@@ -34,7 +35,6 @@ constexpr std::uint8_t mode = SPI_CPOL | SPI_CPHA | SPI_CS_HIGH;
 /// An instruction takes the controller 72 us.
 constexpr unsigned InstructionUs = 100;
 constexpr std::uint32_t ResetMs = 10;
-constexpr std::uint32_t RefreshMs = 10;
 
 constexpr std::uint8_t ExtendedGraphic = 0x36; ///< extended instruction set, graphic display on
 constexpr std::uint8_t NoScroll = 0x40;
@@ -154,7 +154,7 @@ void *thread_lcd(void *)
         if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
             lcd_refresh();
         }
-        msleep(RefreshMs);
+        PassGrid::wait();
     }
     return nullptr;
 }

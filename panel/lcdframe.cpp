@@ -1,5 +1,8 @@
 #include "lcdframe.h"
 
+#include <cstring>
+#include <utility>
+
 namespace
 {
 constexpr std::uint8_t InstructionSync = 0xF8;
@@ -13,35 +16,66 @@ std::uint8_t *putSplit(std::uint8_t *target, std::uint8_t byte)
     return target;
 }
 
-/// Eight dots side by side; compilers map it to the machine's vector registers.
-typedef std::uint16_t Dots __attribute__((vector_size(16)));
-constexpr Dots Weights = {0x80, 0x40, 0x20, 0x10, 0x08, 0x04, 0x02, 0x01};
+constexpr int DotsPerByte = 8;
 
-/// The bit of each of eight dots in a byte of the frame, if it is lit; else 0.
-__attribute__((no_sanitize("thread"))) Dots litBits(const std::uint16_t *dots)
+/// Reads the frame memory, which is shared without a lock (see framememory.h): no report by the thread
+/// sanitizer.
+#define MX_FRAME_READER __attribute__((no_sanitize("thread")))
+
+// A row is packed in two steps that compilers map to the machine's vector registers, whatever their width.
+// First its bytes lie across: eight lanes of 16 bits, the left four in one word and the others in a second
+// one; lane j has dot j of all 16 bytes. Then bits of the number of the lane and of the place in it change
+// places, three times, until each byte has its dots side by side, the leftmost in bit 7.
+
+/// Where a byte's dots are in the lanes: where the turns below take them to the byte's own place from.
+constexpr int laneBit(int byte)
 {
-    Dots eight;
-    __builtin_memcpy(&eight, dots, sizeof eight);
-    return reinterpret_cast<Dots>(eight == 0) & Weights;
+    return (LcdFrame::RowBytes - 1 - byte) / 2 + byte % 2 * DotsPerByte;
 }
+
+/// Bytes from `First` on of a row's `Count`, by halves: sums that do not wait for each other are faster.
+template <int First, int Count>
+MX_FRAME_READER inline std::uint16_t litBits(const std::uint16_t *row)
+{
+    if constexpr (Count == 1) {
+        return row[DotsPerByte * First] == 0 ? 1 << laneBit(First) : 0;
+    } else {
+        return litBits<First, Count / 2>(row) | litBits<First + Count / 2, Count / 2>(row);
+    }
+}
+
+/// Exchanges the bits of `high` that are `distance` above those of `mask` with the bits of `low` there.
+void exchange(std::uint64_t &low, std::uint64_t &high, std::uint64_t mask, int distance)
+{
+    const std::uint64_t differing = ((high >> distance) ^ low) & mask;
+    low ^= differing;
+    high ^= differing << distance;
+}
+
 } // namespace
 
 namespace LcdFrame
 {
-// The frame memory is shared without a lock (see framememory.h), hence no report by the thread sanitizer.
-__attribute__((no_sanitize("thread"))) void pack(const std::uint16_t *dots, Rows &rows)
+MX_FRAME_READER void pack(const std::uint16_t *dots, Rows &rows)
 {
-    constexpr std::uint64_t SumOfLanes = 0x0001000100010001;
-    std::uint8_t *target = rows[0];
-    for (int dot = 0; dot < LCD_XSIZE * LCD_YSIZE; dot += 16) {
-        // Two bytes at a time, the second in the upper halves of the lanes. No bit is there twice, so that
-        // the sum of all lanes, which the product has in its upper 16 bits, is free of carries.
-        const Dots lit = litBits(dots + dot) | litBits(dots + dot + 8) << 8;
-        std::uint64_t lanes[2];
-        __builtin_memcpy(lanes, &lit, sizeof lanes);
-        const std::uint64_t bytes = ((lanes[0] | lanes[1]) * SumOfLanes) >> 48;
-        *target++ = static_cast<std::uint8_t>(bytes);
-        *target++ = static_cast<std::uint8_t>(bytes >> 8);
+    std::uint64_t left[LCD_YSIZE];
+    std::uint64_t right[LCD_YSIZE];
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        std::uint16_t lanes[DotsPerByte];
+        for (int dot = 0; dot < DotsPerByte; ++dot) {
+            lanes[dot] = litBits<0, RowBytes>(dots + LCD_XSIZE * y + dot);
+        }
+        std::memcpy(&left[y], lanes, sizeof left[y]);
+        std::memcpy(&right[y], lanes + DotsPerByte / 2, sizeof right[y]);
+    }
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        exchange(left[y], right[y], 0x0F0F0F0F0F0F0F0F, 4);
+        exchange(left[y], left[y], 0x0000000033333333, 34);
+        exchange(right[y], right[y], 0x0000000033333333, 34);
+        exchange(left[y], left[y], 0x0000555500005555, 17);
+        exchange(right[y], right[y], 0x0000555500005555, 17);
+        std::memcpy(rows[y], &left[y], sizeof left[y]);
+        std::memcpy(rows[y] + RowBytes / 2, &right[y], sizeof right[y]);
     }
 }
 
