@@ -163,7 +163,7 @@ void measureProduct()
     QThread::sleep(5);
     measureFrames(unit.hardware());
     measureKeyToLcd(unit.hardware());
-    measureIdle(product.processId());
+    measureIdle(product.processId(), Operation::FrontPanel);
     product.end(SIGTERM);
     std::printf("%s", unit.faults().isEmpty() ? "no wire recorded a fault\n" : unit.faults().constData());
 }
