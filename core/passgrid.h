@@ -3,19 +3,21 @@
 #include <QtGlobal>
 
 /// The points of time at which the loops of the program pass: every 10 ms of the monotonic clock, the same
-/// for all threads. So they wake together, and an idle processor is woken once instead of once for each.
+/// for all threads. So they wake together, and who takes over what another one makes can pass right behind
+/// it.
 namespace PassGrid
 {
 /// From one point to the next, in nanoseconds.
 constexpr qint64 Period = 10 * 1000 * 1000;
 
-/// The point behind `now`, both in nanoseconds; at a point it is the next one. A pass that took long is so
-/// followed by one pass, and not by all that it has missed.
-constexpr qint64 next(qint64 now)
+/// The point behind `now`; at a point it is the next one. A pass that took long is so followed by one pass,
+/// and not by all that it has missed. `behind`, 0 to below `Period`, puts all points that much later. All in
+/// nanoseconds, not below 0.
+constexpr qint64 next(qint64 now, qint64 behind = 0)
 {
-    return (now / Period + 1) * Period;
+    return (now + Period - behind) / Period * Period + behind;
 }
 
 /// Sleeps until the next point; signals do not shorten it. Any thread.
-void wait();
+void wait(qint64 behind = 0);
 } // namespace PassGrid

@@ -35,6 +35,8 @@ constexpr std::uint8_t mode = SPI_CPOL | SPI_CPHA | SPI_CS_HIGH;
 /// An instruction takes the controller 72 us.
 constexpr unsigned InstructionUs = 100;
 constexpr std::uint32_t ResetMs = 10;
+/// `thread_keypad` draws in its pass; what it has drawn leaves 2 ms later and not in the pass after that.
+constexpr qint64 BehindKeypad = 2 * 1000 * 1000;
 
 constexpr std::uint8_t ExtendedGraphic = 0x36; ///< extended instruction set, graphic display on
 constexpr std::uint8_t NoScroll = 0x40;
@@ -154,7 +156,7 @@ void *thread_lcd(void *)
         if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
             lcd_refresh();
         }
-        PassGrid::wait();
+        PassGrid::wait(BehindKeypad);
     }
     return nullptr;
 }
