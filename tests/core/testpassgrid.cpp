@@ -56,7 +56,7 @@ private slots:
         sigaction(SIGUSR2, &interrupt, nullptr);
         std::atomic<bool> ended{false};
         const pthread_t waiting = pthread_self();
-        std::thread signals([&] {
+        std::thread sender([&] {
             while (!ended) {
                 pthread_kill(waiting, SIGUSR2);
             }
@@ -68,7 +68,7 @@ private slots:
             inTime = inTime && now() >= point;
         }
         ended = true;
-        signals.join();
+        sender.join();
         QVERIFY(inTime);
     }
 };
