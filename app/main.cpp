@@ -25,6 +25,16 @@ void printTime(const char *what)
     std::fflush(stdout);
 }
 
+/// Qt's own event loop wakes with fewer detours than the one on GLib, which nothing here needs. Before the
+/// application is made; who starts the program may choose otherwise, by setting the variable.
+void chooseEventLoop()
+{
+    constexpr char NoGlib[] = "QT_NO_GLIB";
+    if (!qEnvironmentVariableIsSet(NoGlib)) {
+        qputenv(NoGlib, "1");
+    }
+}
+
 bool hasFrontPanel()
 {
     return g_mxConfig->keypad > 0 && g_mxConfig->port <= PanelMaxPort;
@@ -73,6 +83,7 @@ int runTouchscreen()
 int main(int argc, char **argv)
 {
     const SignalQuit signalQuit;
+    chooseEventLoop();
     MxApplication application(argc, argv);
     signalQuit.watch(application);
 

@@ -99,6 +99,7 @@ void configureSpi()
 void joinThreads()
 {
     run = 0;
+    endLcdWait();
     tid_lcd.join();
     tid_keypad.join();
 }
@@ -156,6 +157,8 @@ void *thread_lcd(void *)
         if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
             lcd_refresh();
         }
+        // Between the first change and the grid's next point all that belongs to it is drawn.
+        awaitLcdChange();
         PassGrid::wait(BehindKeypad);
     }
     return nullptr;
