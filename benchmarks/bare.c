@@ -2,8 +2,9 @@
 // SIGTERM. Argument: "touchscreen", or "panel" for the two threads of the front panel instead of the pages'
 // timer.
 //
-// The loops sleep 10 ms from pass to pass, as such loops are usually written. The serial ports are ends of
-// pseudo terminals, as those of the virtual unit are.
+// The loops sleep 10 ms from pass to pass, as such loops are usually written; that of the LCD looks in each
+// pass for something to send, where the product's sleeps on until something is drawn. The serial ports are
+// ends of pseudo terminals, as those of the virtual unit are.
 
 #define _GNU_SOURCE
 #include <arpa/inet.h>
