@@ -8,11 +8,11 @@ namespace
 constexpr qint64 Second = 1000 * 1000 * 1000;
 }
 
-void PassGrid::wait(qint64 behind)
+void PassGrid::wait()
 {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
-    const qint64 point = next(now.tv_sec * Second + now.tv_nsec, behind);
+    const qint64 point = next(now.tv_sec * Second + now.tv_nsec);
     timespec until{};
     until.tv_sec = static_cast<time_t>(point / Second);
     until.tv_nsec = static_cast<long>(point % Second);

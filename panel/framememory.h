@@ -13,12 +13,6 @@ extern std::uint16_t pLcdBuffer[LCD_XSIZE * LCD_YSIZE];
 /// 1 after the frame memory was written and until `thread_lcd` takes notice.
 extern std::atomic<int> nLcdBufferChanged;
 
-/// Raises the flag; to be called after the dots were written. Any thread.
-void raiseLcdChanged();
-/// Sleeps until the flag is raised, or `endLcdWait` is called; may return without either. For `thread_lcd`.
-void awaitLcdChange();
-void endLcdWait();
-
 /// Fills the frame memory with 0 and sets the cursor to (0, 0).
 void BSP_LCD_Init();
 

@@ -44,6 +44,7 @@ void *thread_keypad(void *)
     Menu menu(sendLeds);
     while (run) {
         WM_Exec();
+        lcd_drawn();
         PassGrid::wait();
         const int key = readKey();
         menu.step(key, readInfrared());

@@ -12,6 +12,12 @@ std::uint16_t *rowAt(int x, int y)
     return &pLcdBuffer[x + LCD_XSIZE * y];
 }
 
+/// To be called after the dots were written.
+void raiseChanged()
+{
+    nLcdBufferChanged.store(1, std::memory_order_release);
+}
+
 int dotOf(const LCD_Bits &bits, const std::uint8_t *row, int dot)
 {
     if (bits.bitsPerPixel == 8) {
@@ -85,7 +91,7 @@ void LCD_L0_FillRect(int x0, int y0, int x1, int y1, int index)
     for (int y = y0; y <= y1; ++y) {
         std::fill_n(rowAt(x0, y), x1 - x0 + 1, static_cast<std::uint16_t>(index));
     }
-    raiseLcdChanged();
+    raiseChanged();
 }
 
 void LCD_L0_DrawBitmap(int x, int y, const LCD_Bits &bits)
@@ -101,5 +107,5 @@ void LCD_L0_DrawBitmap(int x, int y, const LCD_Bits &bits)
             }
         }
     }
-    raiseLcdChanged();
+    raiseChanged();
 }

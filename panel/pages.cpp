@@ -156,12 +156,15 @@ int GUI_Task()
     findWidgets();
     WM_BringToTop(hWin[StartPage]);
     WM_Exec();
+    lcd_drawn();
     for (int ms = 0; ms < StartMs && run; ms += StartStepMs) {
         msleep(StartStepMs);
     }
     WM_BringToTop(hWin[MenuHeader]);
     WM_BringToTop(hWin[ViewPage]);
-    return WM_Exec();
+    const int painted = WM_Exec();
+    lcd_drawn();
+    return painted;
 }
 
 WM_Handle StartPageCreate()

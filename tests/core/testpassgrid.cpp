@@ -26,26 +26,20 @@ private slots:
     void nextPoint_data()
     {
         QTest::addColumn<qint64>("now");
-        QTest::addColumn<qint64>("behind");
         QTest::addColumn<qint64>("next");
         constexpr qint64 ms = 1000 * 1000;
-        QTest::newRow("the first") << qint64(0) << qint64(0) << 10 * ms;
-        QTest::newRow("right before a point") << 20 * ms - 1 << qint64(0) << 20 * ms;
-        QTest::newRow("at a point") << 20 * ms << qint64(0) << 30 * ms;
-        QTest::newRow("right behind a point") << 20 * ms + 1 << qint64(0) << 30 * ms;
-        QTest::newRow("after a pass of a second") << 1023 * ms << qint64(0) << 1030 * ms;
-        QTest::newRow("after 300 days") << 25920000000 * ms + 1 << qint64(0) << 25920000010 * ms;
-        QTest::newRow("later points: the first") << qint64(0) << 2 * ms << 2 * ms;
-        QTest::newRow("later points: still this one") << 21 * ms << 2 * ms << 22 * ms;
-        QTest::newRow("later points: at one") << 22 * ms << 2 * ms << 32 * ms;
-        QTest::newRow("latest points") << 19 * ms << 10 * ms - 1 << 20 * ms - 1;
+        QTest::newRow("the first") << qint64(0) << 10 * ms;
+        QTest::newRow("right before a point") << 20 * ms - 1 << 20 * ms;
+        QTest::newRow("at a point") << 20 * ms << 30 * ms;
+        QTest::newRow("right behind a point") << 20 * ms + 1 << 30 * ms;
+        QTest::newRow("after a pass of a second") << 1023 * ms << 1030 * ms;
+        QTest::newRow("after 300 days") << 25920000000 * ms + 1 << 25920000010 * ms;
     }
 
     void nextPoint()
     {
         QFETCH(qint64, now);
-        QFETCH(qint64, behind);
-        QTEST(PassGrid::next(now, behind), "next");
+        QTEST(PassGrid::next(now), "next");
     }
 
     void signalsDoNotShortenTheWait()
