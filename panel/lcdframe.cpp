@@ -18,24 +18,22 @@ std::uint8_t *putSplit(std::uint8_t *target, std::uint8_t byte)
 
 constexpr int DotsPerByte = 8;
 
-/// Reads the frame memory, which is shared without a lock (see framememory.h): no report by the thread
-/// sanitizer.
-#define MX_FRAME_READER __attribute__((no_sanitize("thread")))
+// A row is packed in two steps, which compilers map to the machine's vector registers. First its bytes lie
+// across: eight lanes of 16 bits, four in a word from its low end on, where lane j has dot j of all 16 bytes.
+// Then three exchanges, each of one bit of a lane's number for one of the place in the lane, leave the dots
+// of a byte side by side, the leftmost in bit 7.
+//
+// The frame memory is shared without a lock (see framememory.h), hence no report by the thread sanitizer.
 
-// A row is packed in two steps that compilers map to the machine's vector registers, whatever their width.
-// First its bytes lie across: eight lanes of 16 bits, the left four in one word and the others in a second
-// one; lane j has dot j of all 16 bytes. Then bits of the number of the lane and of the place in it change
-// places, three times, until each byte has its dots side by side, the leftmost in bit 7.
-
-/// Where a byte's dots are in the lanes: where the turns below take them to the byte's own place from.
+/// The place in the lanes from which the exchanges take a byte's dots to the byte.
 constexpr int laneBit(int byte)
 {
     return (LcdFrame::RowBytes - 1 - byte) / 2 + byte % 2 * DotsPerByte;
 }
 
-/// Bytes from `First` on of a row's `Count`, by halves: sums that do not wait for each other are faster.
+/// A lane's bits of `Count` bytes from `First` on; `row` begins with the lane's dot of the first byte of all.
 template <int First, int Count>
-MX_FRAME_READER inline std::uint16_t litBits(const std::uint16_t *row)
+__attribute__((no_sanitize("thread"))) inline std::uint16_t litBits(const std::uint16_t *row)
 {
     if constexpr (Count == 1) {
         return row[DotsPerByte * First] == 0 ? 1 << laneBit(First) : 0;
@@ -44,19 +42,19 @@ MX_FRAME_READER inline std::uint16_t litBits(const std::uint16_t *row)
     }
 }
 
-/// Exchanges the bits of `high` that are `distance` above those of `mask` with the bits of `low` there.
+/// Exchanges the bits of `low` in `mask` with those of `high` that are `distance` above them. Both may be the
+/// same word.
 void exchange(std::uint64_t &low, std::uint64_t &high, std::uint64_t mask, int distance)
 {
     const std::uint64_t differing = ((high >> distance) ^ low) & mask;
     low ^= differing;
     high ^= differing << distance;
 }
-
 } // namespace
 
 namespace LcdFrame
 {
-MX_FRAME_READER void pack(const std::uint16_t *dots, Rows &rows)
+__attribute__((no_sanitize("thread"))) void pack(const std::uint16_t *dots, Rows &rows)
 {
     std::uint64_t left[LCD_YSIZE];
     std::uint64_t right[LCD_YSIZE];
