@@ -63,7 +63,7 @@ int main(int argc, char **argv)
         return only.isEmpty() || only.contains(QLatin1String(name));
     };
     if (wanted("idle")) {
-        measureIdle(product.processId());
+        measureIdle(product.processId(), Operation::Touchscreen);
     }
     if (wanted("network")) {
         measureBesideEcho(product);

@@ -4,6 +4,7 @@
 #include "commandinterpreter.h"
 #include "commandrunner.h"
 #include "controlparts.h"
+#include "passgrid.h"
 #include "settingsstore.h"
 #include "tickcount.h"
 #include "uart.h"
@@ -20,7 +21,6 @@ QMxComm *g_mxComm = nullptr;
 
 namespace
 {
-constexpr unsigned long PassMs = 10;
 /// How long the lines of one control port hold up the other port, the sender and the queues: so long, or for
 /// the one line that takes longer.
 constexpr quint32 TurnMs = 50;
@@ -91,7 +91,7 @@ void QMxComm::run()
 {
     UptimeClock uptime;
     while (m_parts && !m_stop) {
-        msleep(PassMs);
+        PassGrid::wait();
         uptime.step(g_mxConfig->uptime);
         pollControlPorts();
         MxDoSwitch();

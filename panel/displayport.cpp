@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <linux/spi/spidev.h>
 #include <pthread.h>
+#include <semaphore.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -34,12 +35,24 @@ constexpr std::uint8_t mode = SPI_CPOL | SPI_CPHA | SPI_CS_HIGH;
 /// An instruction takes the controller 72 us.
 constexpr unsigned InstructionUs = 100;
 constexpr std::uint32_t ResetMs = 10;
-constexpr std::uint32_t RefreshMs = 10;
 
 constexpr std::uint8_t ExtendedGraphic = 0x36; ///< extended instruction set, graphic display on
 constexpr std::uint8_t NoScroll = 0x40;
 
 int fd_spi_dev = -1;
+
+/// Lets the thread that waits for it go on, once for each time that it was raised.
+class Signal
+{
+public:
+    Signal() { sem_init(&m_count, 0, 0); }
+    void raise() { sem_post(&m_count); }
+    void await() { sem_wait(&m_count); }
+
+private:
+    sem_t m_count;
+};
+Signal lcdSignal;
 
 struct Thread {
     pthread_t handle;
@@ -97,6 +110,7 @@ void configureSpi()
 void joinThreads()
 {
     run = 0;
+    lcdSignal.raise();
     tid_lcd.join();
     tid_keypad.join();
 }
@@ -154,7 +168,7 @@ void *thread_lcd(void *)
         if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
             lcd_refresh();
         }
-        msleep(RefreshMs);
+        lcdSignal.await();
     }
     return nullptr;
 }
@@ -199,6 +213,13 @@ void lcd_refresh()
     for (int line = 0; line < LcdFrame::Lines; ++line) {
         instruct(LcdFrame::address(line));
         transfer(LcdFrame::data(rows, line));
+    }
+}
+
+void lcd_drawn()
+{
+    if (nLcdBufferChanged) {
+        lcdSignal.raise();
     }
 }
 

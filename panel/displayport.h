@@ -30,5 +30,9 @@ void lcd_off();
 /// Sends the frame memory to the controller, all of it. `thread_lcd` only, once the device is open.
 void lcd_refresh();
 
+/// Wakes `thread_lcd` if the frame memory has changed; until then it sleeps. To be called after drawing, on
+/// the thread that draws.
+void lcd_drawn();
+
 /// Sleeps.
 void msleep(std::uint32_t ms);

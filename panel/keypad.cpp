@@ -5,13 +5,13 @@
 #include "menu.h"
 #include "mxshm.h"
 #include "pages.h"
+#include "passgrid.h"
 #include "startbitmap.h"
 
 #include <unistd.h>
 
 namespace
 {
-constexpr std::uint32_t CycleMs = 10;
 constexpr unsigned char KeyMark = 0x80; ///< bytes without it are no key presses
 
 int readKey()
@@ -44,7 +44,8 @@ void *thread_keypad(void *)
     Menu menu(sendLeds);
     while (run) {
         WM_Exec();
-        msleep(CycleMs);
+        lcd_drawn();
+        PassGrid::wait();
         const int key = readKey();
         menu.step(key, readInfrared());
     }

@@ -1,5 +1,8 @@
 #include "lcdframe.h"
 
+#include <cstring>
+#include <utility>
+
 namespace
 {
 constexpr std::uint8_t InstructionSync = 0xF8;
@@ -13,35 +16,64 @@ std::uint8_t *putSplit(std::uint8_t *target, std::uint8_t byte)
     return target;
 }
 
-/// Eight dots side by side; compilers map it to the machine's vector registers.
-typedef std::uint16_t Dots __attribute__((vector_size(16)));
-constexpr Dots Weights = {0x80, 0x40, 0x20, 0x10, 0x08, 0x04, 0x02, 0x01};
+constexpr int DotsPerByte = 8;
 
-/// The bit of each of eight dots in a byte of the frame, if it is lit; else 0.
-__attribute__((no_sanitize("thread"))) Dots litBits(const std::uint16_t *dots)
+// A row is packed in two steps, which compilers map to the machine's vector registers. First its bytes lie
+// across: eight lanes of 16 bits, four in a word from its low end on, where lane j has dot j of all 16 bytes.
+// Then three exchanges, each of one bit of a lane's number for one of the place in the lane, leave the dots
+// of a byte side by side, the leftmost in bit 7.
+//
+// The frame memory is shared without a lock (see framememory.h), hence no report by the thread sanitizer.
+
+/// The place in the lanes from which the exchanges take a byte's dots to the byte.
+constexpr int laneBit(int byte)
 {
-    Dots eight;
-    __builtin_memcpy(&eight, dots, sizeof eight);
-    return reinterpret_cast<Dots>(eight == 0) & Weights;
+    return (LcdFrame::RowBytes - 1 - byte) / 2 + byte % 2 * DotsPerByte;
+}
+
+/// A lane's bits of `Count` bytes from `First` on; `row` begins with the lane's dot of the first byte of all.
+template <int First, int Count>
+__attribute__((no_sanitize("thread"))) inline std::uint16_t litBits(const std::uint16_t *row)
+{
+    if constexpr (Count == 1) {
+        return row[DotsPerByte * First] == 0 ? 1 << laneBit(First) : 0;
+    } else {
+        return litBits<First, Count / 2>(row) | litBits<First + Count / 2, Count / 2>(row);
+    }
+}
+
+/// Exchanges the bits of `low` in `mask` with those of `high` that are `distance` above them. Both may be the
+/// same word.
+void exchange(std::uint64_t &low, std::uint64_t &high, std::uint64_t mask, int distance)
+{
+    const std::uint64_t differing = ((high >> distance) ^ low) & mask;
+    low ^= differing;
+    high ^= differing << distance;
 }
 } // namespace
 
 namespace LcdFrame
 {
-// The frame memory is shared without a lock (see framememory.h), hence no report by the thread sanitizer.
 __attribute__((no_sanitize("thread"))) void pack(const std::uint16_t *dots, Rows &rows)
 {
-    constexpr std::uint64_t SumOfLanes = 0x0001000100010001;
-    std::uint8_t *target = rows[0];
-    for (int dot = 0; dot < LCD_XSIZE * LCD_YSIZE; dot += 16) {
-        // Two bytes at a time, the second in the upper halves of the lanes. No bit is there twice, so that
-        // the sum of all lanes, which the product has in its upper 16 bits, is free of carries.
-        const Dots lit = litBits(dots + dot) | litBits(dots + dot + 8) << 8;
-        std::uint64_t lanes[2];
-        __builtin_memcpy(lanes, &lit, sizeof lanes);
-        const std::uint64_t bytes = ((lanes[0] | lanes[1]) * SumOfLanes) >> 48;
-        *target++ = static_cast<std::uint8_t>(bytes);
-        *target++ = static_cast<std::uint8_t>(bytes >> 8);
+    std::uint64_t left[LCD_YSIZE];
+    std::uint64_t right[LCD_YSIZE];
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        std::uint16_t lanes[DotsPerByte];
+        for (int dot = 0; dot < DotsPerByte; ++dot) {
+            lanes[dot] = litBits<0, RowBytes>(dots + LCD_XSIZE * y + dot);
+        }
+        std::memcpy(&left[y], lanes, sizeof left[y]);
+        std::memcpy(&right[y], lanes + DotsPerByte / 2, sizeof right[y]);
+    }
+    for (int y = 0; y < LCD_YSIZE; ++y) {
+        exchange(left[y], right[y], 0x0F0F0F0F0F0F0F0F, 4);
+        exchange(left[y], left[y], 0x0000000033333333, 34);
+        exchange(right[y], right[y], 0x0000000033333333, 34);
+        exchange(left[y], left[y], 0x0000555500005555, 17);
+        exchange(right[y], right[y], 0x0000555500005555, 17);
+        std::memcpy(rows[y], &left[y], sizeof left[y]);
+        std::memcpy(rows[y] + RowBytes / 2, &right[y], sizeof right[y]);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "maplist.h"
 
 #include "mxshm.h"
-#include "routing.h"
 
 #include <cstdio>
 
@@ -30,14 +29,17 @@ void MapList::show(int slot)
     }
     ++m_cycles;
 
-    quint16 inputs[MxMaxPort] = {};
-    Routing::copyMap(*g_mxConfig, slot, inputs);
     const bool isSecond = m_secondHalf && ports > MapButtons;
-    showFrom(isSecond ? MapButtons : 0, ports, inputs);
+    const State state(isSecond ? MapButtons : 0, ports, panelMap(slot));
+    if (m_shown != state) {
+        m_shown = state;
+        show(state);
+    }
 }
 
-void MapList::showFrom(int first, int ports, const unsigned short *inputs) const
+void MapList::show(const State &state) const
 {
+    const auto &[first, ports, inputs] = state;
     char text[32];
     for (int i = 0; i < MapButtons; ++i) {
         const int output = first + i;
@@ -50,6 +52,6 @@ void MapList::showFrom(int first, int ports, const unsigned short *inputs) const
         } else {
             break;
         }
-        setButtonText(m_page, IdButton + i, text);
+        setButtonText(m_page, i, text);
     }
 }

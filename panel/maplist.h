@@ -2,6 +2,9 @@
 
 #include "pages.h"
 
+#include <optional>
+#include <tuple>
+
 /// A routing map on the buttons of the VIEW or the SCENE page, as "input>output". More outputs than buttons
 /// take turns: the first 20, then the others. For the keypad thread.
 class MapList
@@ -19,11 +22,14 @@ public:
     void show(int slot);
 
 private:
-    void showFrom(int first, int ports, const unsigned short *inputs) const;
+    /// The first output, ports and map.
+    using State = std::tuple<int, int, PanelMap>;
+    void show(const State &state) const;
 
     const Page m_page;
     const int m_period;
     const Rest m_rest;
     int m_cycles = 0;
     bool m_secondHalf = false;
+    std::optional<State> m_shown; ///< on the buttons, which nobody else writes on
 };

@@ -32,6 +32,11 @@ constexpr Grid SwitchGrid = {8, 5, 16, 1, 16};
 static_assert(MapGrid.columns * MapGrid.rows == MapButtons, "");
 static_assert(SwitchGrid.columns * SwitchGrid.rows == SwitchButtons, "");
 
+/// What the cycles set, so that none has to look for it.
+WM_Handle headerTitle;
+WM_Handle headerStatus;
+WM_Handle buttons[PageCount][SwitchButtons];
+
 constexpr int SetupRowHeight = 8;
 constexpr int SetupGap = 2; ///< between the interfaces
 constexpr int LabelWidth = 32;
@@ -112,11 +117,32 @@ void createPages()
     hWin[SetupPage] = SetupPageCreate();
     hWin[MenuHeader] = MenuPageCreate();
 }
+
+void findWidgets()
+{
+    headerTitle = WM_GetDialogItem(hWin[MenuHeader], IdTitle);
+    headerStatus = WM_GetDialogItem(hWin[MenuHeader], IdStatus);
+    for (const Page page : {ViewPage, SwitchPage, ScenePage}) {
+        for (int i = 0; i < SwitchButtons; ++i) {
+            buttons[page][i] = WM_GetDialogItem(hWin[page], IdButton + i);
+        }
+    }
+}
 } // namespace
 
 int panelPorts()
 {
     return std::min(portCount(*g_mxConfig), PanelMaxPort);
+}
+
+PanelMap panelMap(int slot)
+{
+    PanelMap inputs{};
+    const int ports = panelPorts();
+    for (int output = 0; output < ports; ++output) {
+        inputs[output] = g_mxConfig->sceneMap[slot][output];
+    }
+    return inputs;
 }
 
 int GUI_Task()
@@ -127,14 +153,18 @@ int GUI_Task()
     GUI_Clear();
     setDefaults();
     createPages();
+    findWidgets();
     WM_BringToTop(hWin[StartPage]);
     WM_Exec();
+    lcd_drawn();
     for (int ms = 0; ms < StartMs && run; ms += StartStepMs) {
         msleep(StartStepMs);
     }
     WM_BringToTop(hWin[MenuHeader]);
     WM_BringToTop(hWin[ViewPage]);
-    return WM_Exec();
+    const int painted = WM_Exec();
+    lcd_drawn();
+    return painted;
 }
 
 WM_Handle StartPageCreate()
@@ -182,14 +212,14 @@ WM_Handle SetupPageCreate()
     return page;
 }
 
-void setButtonText(Page page, int id, const char *text)
+void setButtonText(Page page, int button, const char *text)
 {
-    BUTTON_SetText(WM_GetDialogItem(hWin[page], id), text);
+    BUTTON_SetText(buttons[page][button], text);
 }
 
-void setButtonPressed(Page page, int id, bool isPressed)
+void setButtonPressed(Page page, int button, bool isPressed)
 {
-    BUTTON_SetPressed(WM_GetDialogItem(hWin[page], id), isPressed ? 1 : 0);
+    BUTTON_SetPressed(buttons[page][button], isPressed ? 1 : 0);
 }
 
 void labelButtons(Page page, int count)
@@ -197,14 +227,14 @@ void labelButtons(Page page, int count)
     char text[16];
     for (int i = 0; i < count; ++i) {
         std::snprintf(text, sizeof text, "%02d", i + 1);
-        setButtonText(page, IdButton + i, text);
+        setButtonText(page, i, text);
     }
 }
 
 void setHeader(const char *title, const char *status)
 {
-    setButtonText(MenuHeader, IdTitle, title);
-    setButtonText(MenuHeader, IdStatus, status);
+    BUTTON_SetText(headerTitle, title);
+    BUTTON_SetText(headerStatus, status);
 }
 
 void bringToFront(Page page)

@@ -2,6 +2,9 @@
 
 #include "gui.h"
 
+#include <array>
+#include <cstdint>
+
 /// The LCD's windows, built with the graphics library on the keypad thread.
 
 /// The largest matrix that the front panel works for.
@@ -9,6 +12,12 @@ constexpr int PanelMaxPort = 40;
 
 /// The ports of the record, as many of them as the panel has keys for.
 int panelPorts();
+
+constexpr int LiveMap = 0; ///< its slot
+
+/// The inputs of a map of the record, as many as `panelPorts`; 0 from there on.
+using PanelMap = std::array<std::uint16_t, PanelMaxPort>;
+PanelMap panelMap(int slot);
 
 enum Page { StartPage, ViewPage, SwitchPage, ScenePage, SetupPage, MenuHeader, PageCount };
 
@@ -37,9 +46,10 @@ WM_Handle SwitchPageCreate();
 WM_Handle ScenePageCreate();
 WM_Handle SetupPageCreate();
 
-/// A button of a page; texts of a button that the page does not have are ignored.
-void setButtonText(Page page, int id, const char *text);
-void setButtonPressed(Page page, int id, bool isPressed);
+/// A button of the VIEW, SWITCH or SCENE page, from 0 on; texts of a button that the page does not have are
+/// ignored.
+void setButtonText(Page page, int button, const char *text);
+void setButtonPressed(Page page, int button, bool isPressed);
 /// Numbers the first `count` buttons of a page from "01" on.
 void labelButtons(Page page, int count);
 

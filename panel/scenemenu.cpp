@@ -25,6 +25,7 @@ void SceneMenu::enter()
     g_mxComm->MxGpioWrite(GpioLine::SwitchIndicator, 0);
     g_mxComm->MxGpioWrite(GpioLine::SceneIndicator, 1);
     m_list.restart();
+    m_shown.reset();
 }
 
 void SceneMenu::show()
@@ -33,11 +34,21 @@ void SceneMenu::show()
         const std::uint8_t bytes[] = {AllLedsOff, ledByte(m_scene, true)};
         m_leds.send(bytes, sizeof bytes);
     }
+    showHeader();
+    m_list.show(m_scene);
+}
+
+void SceneMenu::showHeader()
+{
+    const std::pair state(m_scene, m_status);
+    if (m_shown == state) {
+        return;
+    }
+    m_shown = state;
     constexpr const char *Suffixes[] = {"", " saved", " loaded"};
     char status[24];
     std::snprintf(status, sizeof status, "%d%s", m_scene, Suffixes[static_cast<int>(m_status)]);
     setHeader("SCENE", status);
-    m_list.show(m_scene);
 }
 
 Mode SceneMenu::press(int key)

@@ -4,6 +4,9 @@
 #include "maplist.h"
 #include "menupage.h"
 
+#include <optional>
+#include <utility>
+
 /// The SCENE page: shows, saves and loads scenes.
 class SceneMenu : public MenuPage
 {
@@ -19,10 +22,12 @@ public:
 
 private:
     enum class Status { None, Saved, Loaded };
+    void showHeader();
     Mode leave() const;
 
     KeyLeds &m_leds;
     MapList m_list;
     int m_scene = 1;
     Status m_status = Status::None;
+    std::optional<std::pair<int, Status>> m_shown; ///< in the header; none when the page has been left
 };

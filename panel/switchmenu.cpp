@@ -22,6 +22,7 @@ void SwitchMenu::enter()
 {
     g_mxComm->MxGpioWrite(GpioLine::SwitchIndicator, 1);
     g_mxComm->MxGpioWrite(GpioLine::SceneIndicator, 0);
+    m_shown.reset();
 }
 
 void SwitchMenu::show()
@@ -30,11 +31,16 @@ void SwitchMenu::show()
     if (m_leds.isDue(LedCycles)) {
         sendLeds(ports);
     }
+    const State state(ports, m_input, panelMap(LiveMap));
+    if (m_shown == state) {
+        return;
+    }
+    m_shown = state;
     char status[16];
     std::snprintf(status, sizeof status, "%02d>", m_input + 1);
     setHeader("SWITCH", status);
     for (int output = 0; output < ports; ++output) {
-        setButtonPressed(SwitchPage, IdButton + output, isRouted(output));
+        setButtonPressed(SwitchPage, output, std::get<PanelMap>(state)[output] == m_input);
     }
 }
 

@@ -2,6 +2,10 @@
 
 #include "keyleds.h"
 #include "menupage.h"
+#include "pages.h"
+
+#include <optional>
+#include <tuple>
 
 /// The SWITCH page: chooses an input and switches it to outputs.
 class SwitchMenu : public MenuPage
@@ -18,6 +22,9 @@ private:
     void sendLeds(int ports);
     void toggle(int output);
 
+    using State = std::tuple<int, int, PanelMap>;
+
     KeyLeds &m_leds;
-    int m_input = 0; ///< selected, 0-based
+    int m_input = 0;              ///< selected, 0-based
+    std::optional<State> m_shown; ///< ports, selected input and live map; none when the page has been left
 };

@@ -7,7 +7,6 @@
 
 namespace
 {
-constexpr int LiveMap = 0;
 constexpr int HalfCycles = 500;
 } // namespace
 
@@ -19,14 +18,18 @@ ViewMenu::ViewMenu()
 void ViewMenu::enter()
 {
     m_list.restart();
+    m_shownPorts = 0;
 }
 
 void ViewMenu::show()
 {
     const int ports = portCount(*g_mxConfig);
-    char size[16];
-    std::snprintf(size, sizeof size, "%dx%d", ports, ports);
-    setHeader("VIEW", size);
+    if (ports != m_shownPorts) {
+        m_shownPorts = ports;
+        char size[16];
+        std::snprintf(size, sizeof size, "%dx%d", ports, ports);
+        setHeader("VIEW", size);
+    }
     m_list.show(LiveMap);
 }
 

@@ -14,4 +14,5 @@ public:
 
 private:
     MapList m_list;
+    int m_shownPorts = 0; ///< in the header; 0 when the page has been left
 };

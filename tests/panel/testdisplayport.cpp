@@ -49,6 +49,15 @@ bool isLitInMemory(int x, int y)
     return pLcdBuffer[x + LCD_XSIZE * y] == 0;
 }
 
+void drawRandomly(unsigned seed)
+{
+    std::mt19937 random(seed);
+    for (std::uint16_t &dot : pLcdBuffer) {
+        const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
+        dot = values[random() % 7];
+    }
+}
+
 /// Whether the LCD shows what is in the frame memory.
 bool lcdFollows(const sim::LcdModule &lcd)
 {
@@ -69,13 +78,23 @@ class TestDisplayPort : public QObject
     Q_OBJECT
 
 private slots:
+    void packingKeepsEveryDot()
+    {
+        for (unsigned seed = 0; seed < 20; ++seed) {
+            drawRandomly(seed);
+            LcdFrame::Rows rows;
+            LcdFrame::pack(pLcdBuffer, rows);
+            for (int i = 0; i < LCD_XSIZE * LCD_YSIZE; ++i) {
+                const int x = i % LCD_XSIZE;
+                const int y = i / LCD_XSIZE;
+                QCOMPARE((rows[y][x / 8] & (0x80 >> x % 8)) != 0, isLitInMemory(x, y));
+            }
+        }
+    }
+
     void frameBytes()
     {
-        std::mt19937 random(5);
-        for (std::uint16_t &dot : pLcdBuffer) {
-            const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
-            dot = values[random() % 7];
-        }
+        drawRandomly(5);
         LcdFrame::Rows rows;
         LcdFrame::pack(pLcdBuffer, rows);
         for (int line = 0; line < 32; ++line) {

@@ -16,7 +16,8 @@ private slots:
             PanelUnit unit(8, {{"system/keypad", keypad}});
             unit.step();
             QCOMPARE(unit.header(), QByteArray("SWITCH|01>"));
-            for (const QByteArray &next : QByteArray(round).split(' ')) {
+            const QList<QByteArray> pages = QByteArray(round).split(' ');
+            for (const QByteArray &next : pages + pages) { // the second time nothing but the page is new
                 unit.act("menu");
                 QCOMPARE(unit.header(), next);
             }
@@ -167,6 +168,32 @@ private slots:
         QCOMPARE(unit.texts(ViewPage, 0, 3), first);
         unit.act("menu menu");
         QCOMPARE(unit.texts(ScenePage, 0, 1), QByteArray("01>01"));
+    }
+
+    /// Other threads and processes write the record while a page is shown, and while it is not.
+    void whatOthersChangeIsShown()
+    {
+        PanelUnit unit(8);
+        unit.shm().map[6] = 3;
+        unit.step();
+        QCOMPARE(unit.pressed(), QByteArray("1,2,3,4,5,6,8"));
+        unit.act("menu");
+        unit.shm().sceneMap[1][7] = 4;
+        unit.step();
+        QCOMPARE(unit.texts(ScenePage, 6, 4), QByteArray("01>07,05>08,,"));
+        unit.shm().port = 10;
+        unit.step();
+        QCOMPARE(unit.texts(ScenePage, 6, 4), QByteArray("01>07,05>08,01>09,01>10"));
+        unit.act("menu menu");
+        QCOMPARE(unit.header(), QByteArray("VIEW|10x10"));
+        unit.shm().port = 7;
+        unit.shm().map[0] = 6;
+        unit.step();
+        QCOMPARE(unit.header(), QByteArray("VIEW|7x7"));
+        QCOMPARE(unit.texts(ViewPage, 0, 8), QByteArray("07>01,01>02,01>03,01>04,01>05,01>06,04>07,01>08"));
+        unit.shm().map[1] = 6;
+        unit.act("menu in7");
+        QCOMPARE(unit.pressed(), QByteArray("1,2,8")); // what lies beyond the matrix stays as it was
     }
 
     void inputsBeyondTheMatrixShowAsNone()

@@ -1,0 +1,72 @@
+#include "passgrid.h"
+#include "testregistry.h"
+
+#include <QTest>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <pthread.h>
+#include <thread>
+
+namespace
+{
+qint64 now()
+{
+    using namespace std::chrono;
+    return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
+}
+} // namespace
+
+/// When the loops of 10 ms pass.
+class TestPassGrid : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nextPoint_data()
+    {
+        QTest::addColumn<qint64>("now");
+        QTest::addColumn<qint64>("next");
+        constexpr qint64 ms = 1000 * 1000;
+        QTest::newRow("the first") << qint64(0) << 10 * ms;
+        QTest::newRow("right before a point") << 20 * ms - 1 << 20 * ms;
+        QTest::newRow("at a point") << 20 * ms << 30 * ms;
+        QTest::newRow("right behind a point") << 20 * ms + 1 << 30 * ms;
+        QTest::newRow("after a pass of a second") << 1023 * ms << 1030 * ms;
+        QTest::newRow("after 300 days") << 25920000000 * ms + 1 << 25920000010 * ms;
+    }
+
+    void nextPoint()
+    {
+        QFETCH(qint64, now);
+        QTEST(PassGrid::next(now), "next");
+    }
+
+    void signalsDoNotShortenTheWait()
+    {
+        struct sigaction interrupt {
+        };
+        interrupt.sa_handler = [](int) {};
+        sigaction(SIGUSR2, &interrupt, nullptr);
+        std::atomic<bool> ended{false};
+        const pthread_t waiting = pthread_self();
+        std::thread sender([&] {
+            while (!ended) {
+                pthread_kill(waiting, SIGUSR2);
+            }
+        });
+        bool inTime = true;
+        for (int i = 0; i < 5; ++i) {
+            const qint64 point = PassGrid::next(now());
+            PassGrid::wait();
+            inTime = inTime && now() >= point;
+        }
+        ended = true;
+        sender.join();
+        QVERIFY(inTime);
+    }
+};
+
+static const RegisteredTest<TestPassGrid> registered;
+
+#include "testpassgrid.moc"
