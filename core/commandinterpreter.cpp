@@ -22,21 +22,24 @@ inline int classAt(const char *at, const char *limit)
     return at == limit ? Limit : CommandText::classOf(*at);
 }
 
-/// Reads digits and moves `at` behind them. A number that is too long for 64 bits stays at their limit.
-inline Number readDigits(const char *&at, const char *limit, int sign)
+/// So many digits never leave 32 bits.
+constexpr int ShortNumber = 9;
+
+/// Reads digits and moves `at` behind them. The value is right up to `ShortNumber` of them.
+inline Number readDigits(const char *&at, const char *limit)
 {
     const char *const digits = at;
-    qint64 value = 0;
-    for (; (classAt(at, limit) & CommandText::Digit) != 0; ++at) {
-        if (__builtin_mul_overflow(value, 10, &value) ||
-            __builtin_add_overflow(value, sign * (*at - '0'), &value)) {
-            value = sign < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
-        }
+    quint32 value = 0;
+    quint32 digit = 0;
+    while (at != limit && (digit = static_cast<quint32>(*at - '0')) <= 9) {
+        value = value * 10 + digit;
+        ++at;
     }
     return {static_cast<quint16>(value), at != digits};
 }
 
-/// The same with white space and a sign in front, as far as `limit` or one of `ends`.
+/// Reads any number, with white space and a sign in front, as far as `limit` or one of `ends`, and moves `at`
+/// behind it. One that is too long for 64 bits stays at their limit.
 Number readNumber(const char *&at, const char *limit, int ends = 0)
 {
     while (at != limit && is(*at, CommandText::Space) && !is(*at, ends)) {
@@ -45,7 +48,25 @@ Number readNumber(const char *&at, const char *limit, int ends = 0)
     const bool hasSign = at != limit && (*at == '-' || *at == '+');
     const int sign = hasSign && *at == '-' ? -1 : 1;
     at += hasSign ? 1 : 0;
-    return readDigits(at, limit, sign);
+    const char *const digits = at;
+    qint64 value = 0;
+    for (; at != limit && is(*at, CommandText::Digit); ++at) {
+        if (__builtin_mul_overflow(value, 10, &value) ||
+            __builtin_add_overflow(value, sign * (*at - '0'), &value)) {
+            value = sign < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+        }
+    }
+    return {static_cast<quint16>(value), at != digits};
+}
+
+/// A field that is more than a short number; `at` is then at its end.
+Number readField(const char *&at, const char *limit, int fieldEnds)
+{
+    const Number number = readNumber(at, limit, fieldEnds);
+    while ((classAt(at, limit) & fieldEnds) == 0) {
+        ++at;
+    }
+    return number;
 }
 
 /// Compares with a text in lower case.
@@ -59,17 +80,25 @@ bool beginsWith(const char *line, const char *end, const char *text)
     return true;
 }
 
-/// A command that is a word, alone or with a number behind it.
+enum Argument { Alone, WithNumber };
+enum Duration { Quick, Blocks };
+
+/// A command that is a word.
 struct Word {
     const char *text;
     CommandInterpreter::Command command;
-    bool takesNumber; ///< one character or more behind the word, read as a number
+    Argument argument; ///< `WithNumber`: one character or more behind the word, read as a number
+    Duration duration;
 };
 constexpr Word Words[] = {
-    {"temp", CommandInterpreter::Temperature, false},  {"all1", CommandInterpreter::RouteOneToOne, false},
-    {"beepon", CommandInterpreter::BeepOn, false},     {"beepoff", CommandInterpreter::BeepOff, false},
-    {"save", CommandInterpreter::SaveScene, true},     {">s", CommandInterpreter::SaveScene, true},
-    {"recall", CommandInterpreter::RecallScene, true}, {">r", CommandInterpreter::RecallScene, true},
+    {"temp", CommandInterpreter::Temperature, Alone, Quick},
+    {"all1", CommandInterpreter::RouteOneToOne, Alone, Quick},
+    {"beepon", CommandInterpreter::BeepOn, Alone, Blocks},
+    {"beepoff", CommandInterpreter::BeepOff, Alone, Blocks},
+    {"save", CommandInterpreter::SaveScene, WithNumber, Blocks},
+    {">s", CommandInterpreter::SaveScene, WithNumber, Blocks},
+    {"recall", CommandInterpreter::RecallScene, WithNumber, Blocks},
+    {">r", CommandInterpreter::RecallScene, WithNumber, Blocks},
 };
 
 /// One to three characters and "all".
@@ -95,11 +124,6 @@ CommandInterpreter::CommandInterpreter(const char *text, const char *limit, int 
     }
 }
 
-bool CommandInterpreter::blocks() const
-{
-    return m_command == SaveScene || m_command == RecallScene || m_command == BeepOn || m_command == BeepOff;
-}
-
 /// Fields with a number each, of which only the beginning counts. An input separator anywhere begins the list
 /// anew with the number before it.
 CommandInterpreter::Command CommandInterpreter::route(const char *text, const char *limit, int ends)
@@ -108,14 +132,15 @@ CommandInterpreter::Command CommandInterpreter::route(const char *text, const ch
     Command command = RouteToSome;
     int count = 0;
     for (const char *at = text;; ++at) {
-        Number field = readDigits(at, limit, 1);
+        const char *const begin = at;
+        Number field = readDigits(at, limit);
         int kind = classAt(at, limit);
-        if ((kind & fieldEnds) == 0) {
+        if ((kind & fieldEnds) == 0 || at - begin > ShortNumber) {
+            const char *end = begin;
+            field = readField(end, limit, fieldEnds);
+            at = end;
+            kind = classAt(at, limit);
             m_plain = false;
-            field = field.hasDigits ? field : readNumber(at, limit, ends);
-            while (((kind = classAt(at, limit)) & fieldEnds) == 0) {
-                ++at;
-            }
         }
         if (kind == CommandText::InputSeparator) {
             command = field.hasDigits ? command : SyntaxError;
@@ -165,7 +190,8 @@ CommandInterpreter::Command CommandInterpreter::word(const char *line)
             continue;
         }
         const char *behind = line + std::strlen(word.text);
-        if ((behind != m_end) == word.takesNumber) {
+        if ((behind != m_end) == (word.argument == WithNumber)) {
+            m_blocks = word.duration == Blocks;
             m_numbers[0] = readNumber(behind, m_end).value;
             return word.command;
         }

@@ -36,7 +36,7 @@ public:
     /// Where the command ends.
     const char *end() const { return m_end; }
     /// True for what waits or writes files: whoever serves several clients lets nothing wait behind it.
-    bool blocks() const;
+    bool blocks() const { return m_blocks; }
     quint16 number() const { return m_numbers[0]; }
     /// 0-based; a 0 on the line gives 0xFFFF, no input.
     quint16 input() const { return static_cast<quint16>(m_numbers[0] - 1); }
@@ -55,7 +55,8 @@ private:
     Command query(const char *line);
 
     const char *m_end;
-    bool m_plain = true; ///< nothing but digits and separators
+    bool m_blocks = false;
+    bool m_plain = true; ///< nothing but short numbers and separators
     Command m_command;
     int m_count = 0; ///< numbers gathered: the input, then the outputs
     quint16 m_numbers[MaxNumbers];
