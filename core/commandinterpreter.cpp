@@ -185,6 +185,9 @@ CommandInterpreter::Command CommandInterpreter::other(const char *line)
 /// \return SyntaxError when it is none of the words
 CommandInterpreter::Command CommandInterpreter::word(const char *line)
 {
+    if (line != m_end && is(*line, CommandText::Digit)) {
+        return SyntaxError; // spares a question the look-up
+    }
     for (const Word &word : Words) {
         if (!beginsWith(line, m_end, word.text)) {
             continue;
