@@ -46,7 +46,7 @@ private slots:
             unit.start(false);
             const int lastSecond = seconds > 0 ? seconds - 1 : 5000;
             const int asleep = seconds > 0 ? 0 : 4;
-            const int swallowed = seconds > 0 ? 1 : 0;
+            const int clicksAwake = seconds > 0 ? 1 : 2; // the touch that wakes is swallowed
             QWidget pad;
             QPushButton button;
             const QSignalSpy clicks(&button, &QPushButton::clicked);
@@ -68,9 +68,9 @@ private slots:
             QTest::mousePress(&button, Qt::LeftButton);
             QCOMPARE(unit.hardware().backlight(), 4);
             QTest::mouseRelease(&button, Qt::LeftButton);
-            QCOMPARE(clicks.count(), 2 - swallowed);
+            QCOMPARE(clicks.count(), clicksAwake);
             QTest::mouseClick(&button, Qt::LeftButton);
-            QCOMPARE(clicks.count(), 3 - swallowed);
+            QCOMPARE(clicks.count(), clicksAwake + 1);
         }
     }
 

@@ -97,21 +97,15 @@ private slots:
     {
         PanelUnit unit(2);
         unit.step();
-        QCOMPARE(unit.takeLeds(), QByteArray("00"
-                                             "8102"
-                                             "b3b4"));
+        QCOMPARE(unit.takeLeds(), QByteArray("008102b3b4"));
         unit.act("in2 out1 wait1");
         QCOMPARE(unit.takeLeds(), QByteArray());
         unit.step();
-        QCOMPARE(unit.takeLeds(), QByteArray("0182"
-                                             "b334"));
+        QCOMPARE(unit.takeLeds(), QByteArray("0182b334"));
+        const sim::VirtualUnit &hardware = unit.hardware();
         const auto indicators = [&](int scene, int onSwitch) {
-            return unit.hardware().waitFor(
-                [&] {
-                    return unit.hardware().gpio().level(9) == scene &&
-                           unit.hardware().gpio().level(10) == onSwitch;
-                },
-                5000);
+            const auto shown = [&] { return std::pair(hardware.gpio().level(9), hardware.gpio().level(10)); };
+            return hardware.waitFor([&] { return shown() == std::pair(scene, onSwitch); }, 5000);
         };
         QVERIFY(indicators(0, 1));
         unit.act("menu");
