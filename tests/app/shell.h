@@ -33,14 +33,20 @@ inline QAbstractButton *menu(const MainWindow &window, int id)
     return window.findChild<QButtonGroup *>()->button(id);
 }
 
+/// Its four pages, null where there is none yet.
+inline QList<const QWidget *> pagesOf(const MainWindow &window)
+{
+    return {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(), window.findChild<QMxSetup *>(),
+            window.findChild<QMxStatus *>()};
+}
+
 /// Which page is visible, 0 to 3; -1 when none is.
 inline int shownPage(const MainWindow &window)
 {
-    const QWidget *const pages[] = {window.findChild<QMxSwitch *>(), window.findChild<QMxScene *>(),
-                                    window.findChild<QMxSetup *>(), window.findChild<QMxStatus *>()};
     int shown = -1;
     for (int i = 0; i < 4; ++i) {
-        if (pages[i] != nullptr && pages[i]->isVisible()) {
+        const QWidget *page = pagesOf(window).at(i);
+        if (page != nullptr && page->isVisible()) {
             shown = shown < 0 ? i : 99;
         }
     }

@@ -39,15 +39,6 @@ public:
 private:
     QProcess m_server;
 };
-
-int buzzerRises(TestUnit &unit)
-{
-    int rises = 0;
-    for (const sim::LineWrite &write : unit.hardware().gpio().history()) {
-        rises += write.line == 4 && write.level == 1;
-    }
-    return rises;
-}
 } // namespace
 
 /// Operations that block the screen, and what is touched meanwhile.
@@ -148,11 +139,11 @@ private slots:
             display.tap({55 + 83 * (digit - 1), 247});
         }
         display.tap({910, 146}); // Enter
-        const int before = buzzerRises(unit);
+        const int before = unit.rises(4);
         for (const int saves : {1, 2}) {
             display.tap(save, 3);
             QVERIFY(chooses(off, 0) && chooses(on, 1));
-            QCOMPARE(buzzerRises(unit), before + 2 * saves);
+            QCOMPARE(unit.rises(4), before + 2 * saves);
         }
     }
 };

@@ -1,3 +1,4 @@
+#include "ask.h"
 #include "filedescriptor.h"
 #include "mxsite.h"
 #include "product.h"
@@ -10,7 +11,6 @@
 #include <QHostAddress>
 #include <QRegularExpression>
 #include <QTcpServer>
-#include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
 #include <csignal>
@@ -22,24 +22,12 @@ using sim::Wire;
 
 namespace
 {
-constexpr int DeadlineMs = 20000;
-QByteArray overTcp(const QByteArray &command)
+/// Whether SIGTERM ends it properly, and within a recall and a half.
+bool endsSoon(Product &product)
 {
-    QTcpSocket client;
-    client.connectToHost(QHostAddress(QHostAddress::LocalHost), MxSite::tcpPort());
-    client.write(command);
-    client.waitForReadyRead(DeadlineMs);
-    return client.readAll();
-}
-
-QByteArray overUdp(const QByteArray &command)
-{
-    QUdpSocket client;
-    client.writeDatagram(command, QHostAddress(QHostAddress::LocalHost), MxSite::udpPort());
-    client.waitForReadyRead(DeadlineMs);
-    QByteArray reply(100, '\0');
-    reply.resize(int(qMax<qint64>(0, client.readDatagram(reply.data(), reply.size()))));
-    return reply;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    return product.end(SIGTERM) == 0 && elapsed.elapsed() < 1500;
 }
 } // namespace
 
@@ -62,58 +50,44 @@ private slots:
         QVERIFY(unit.boardShows({3, 1, 1, 3}));
         QCOMPARE(unit.talk(Wire::Control1, "2x1\r"), QByteArray("OK."));
         QVERIFY(unit.boardShows({2, 1, 1, 3}));
-        QCOMPARE(overTcp("4x2"), QByteArray("OK."));
+        QCOMPARE(askTcp("4x2"), QByteArray("OK."));
         QVERIFY(unit.boardShows({2, 4, 1, 3}));
-        QCOMPARE(overUdp("0x3"), QByteArray("OK."));
+        QCOMPARE(askUdp("0x3"), QByteArray("OK."));
         QVERIFY(unit.boardShows({2, 4, 0, 3}));
         QCOMPARE(unit.talk(Wire::Control1, "2?."), QByteArray("2x1."));
         QCOMPARE(product.end(SIGTERM), 0);
-        int risen[32] = {};
-        for (const sim::LineWrite &write : unit.hardware().gpio().history()) {
-            risen[write.line] += write.level;
-        }
         const int frames = int(unit.hardware().board().switchFrames().size());
-        QCOMPARE(risen[8], frames);
-        QCOMPARE(risen[4], frames);
-        QCOMPARE(risen[0], 1);
-        QCOMPARE(unit.hardware().gpio().level(4), 0);
-        QCOMPARE(unit.hardware().gpio().level(8), 0);
+        QVERIFY(unit.rises(8) == frames && unit.rises(4) == frames && unit.rises(0) == 1);
+        QVERIFY(unit.hardware().gpio().level(4) == 0 && unit.hardware().gpio().level(8) == 0);
         QCOMPARE(unit.faults(), QByteArray());
     }
 
-    void theRoutingIsBackAfter_data()
+    void theRoutingIsBackAfterAnyEnd()
     {
-        QTest::addColumn<int>("signal");
-        QTest::newRow("SIGINT") << SIGINT;
-        QTest::newRow("SIGTERM") << SIGTERM;
-        QTest::newRow("SIGKILL") << SIGKILL;
-    }
-
-    void theRoutingIsBackAfter()
-    {
-        QFETCH(int, signal);
-        TestUnit unit(4);
-        {
-            Product product;
-            QVERIFY(unit.boardShows({1, 1, 1, 1}));
-            QCOMPARE(unit.talk(Wire::Control0, "all1.save2.4x1.", 3), QByteArray("OK.OK.OK."));
+        for (const int signal : {SIGINT, SIGTERM, SIGKILL}) {
+            TestUnit unit(4);
+            {
+                Product product;
+                QVERIFY(unit.boardShows({1, 1, 1, 1}));
+                QCOMPARE(unit.talk(Wire::Control0, "all1.save2.4x1.", 3), QByteArray("OK.OK.OK."));
+                QVERIFY(unit.boardShows({4, 2, 3, 4}));
+                QVERIFY(runUntil([&] { return unit.fileContent("/home/app/data/scene0").startsWith('\3'); }));
+                QCOMPARE(product.end(signal), signal == SIGKILL ? -1 : 0);
+            }
+            // The shared objects outlive the program.
+            QVERIFY(shmget(MxSite::segmentKey(), 0, 0) >= 0);
+            // The board wants its pause also between two programs.
+            const std::vector<sim::SwitchFrame> frames = unit.hardware().board().switchFrames();
+            const auto last = static_cast<quint32>(frames.back().timeUs / 1000);
+            QVERIFY(runUntil([&] { return ticksBetween(last, GetTickCount()) > 600; }));
+            const Product again;
+            QVERIFY(runUntil([&] { return unit.hardware().board().switchFrames().size() > frames.size(); }));
             QVERIFY(unit.boardShows({4, 2, 3, 4}));
-            QVERIFY(runUntil([&] { return unit.fileContent("/home/app/data/scene0").startsWith('\3'); }));
-            QCOMPARE(product.end(signal), signal == SIGKILL ? -1 : 0);
+            QCOMPARE(unit.talk(Wire::Control0, "recall2.1?.", 2), QByteArray("OK.1x1."));
+            QVERIFY(unit.boardShows({1, 2, 3, 4}));
+            QVERIFY(runUntil([&] { return unit.hardware().board().spliceFrames().size() == 1; }));
+            QCOMPARE(unit.faults(), QByteArray());
         }
-        // The shared objects outlive the program.
-        QVERIFY(shmget(MxSite::segmentKey(), 0, 0) >= 0);
-        // The board wants its pause also between two programs.
-        const std::vector<sim::SwitchFrame> frames = unit.hardware().board().switchFrames();
-        const auto last = static_cast<quint32>(frames.back().timeUs / 1000);
-        QVERIFY(runUntil([&] { return ticksBetween(last, GetTickCount()) > 600; }));
-        const Product again;
-        QVERIFY(runUntil([&] { return unit.hardware().board().switchFrames().size() > frames.size(); }));
-        QVERIFY(unit.boardShows({4, 2, 3, 4}));
-        QCOMPARE(unit.talk(Wire::Control0, "recall2.1?.", 2), QByteArray("OK.1x1."));
-        QVERIFY(unit.boardShows({1, 2, 3, 4}));
-        QVERIFY(runUntil([&] { return unit.hardware().board().spliceFrames().size() == 1; }));
-        QCOMPARE(unit.faults(), QByteArray());
     }
 
     void aSignalIsServedBetweenTwoRecalls()
@@ -121,50 +95,37 @@ private slots:
         TestUnit unit(4);
         Product product;
         QVERIFY(product.await("t1 "));
-        const QByteArray begun =
-            unit.talk(Wire::Control0, "4x4.save2." + QByteArray("recall2.").repeated(12), 3);
-        QCOMPARE(begun, QByteArray("OK.OK.OK."));
-        QElapsedTimer elapsed;
-        elapsed.start();
-        QCOMPARE(product.end(SIGTERM), 0);
-        QVERIFY2(elapsed.elapsed() < 1500, QByteArray::number(elapsed.elapsed()));
+        const QByteArray recalls = QByteArray("recall2.").repeated(12);
+        QCOMPARE(unit.talk(Wire::Control0, "4x4.save2." + recalls, 3), QByteArray("OK.OK.OK."));
+        QVERIFY(endsSoon(product));
         QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
     }
 
     /// However much a client has asked for.
-    void aSignalEndsItWithinOneRecall_data()
-    {
-        QTest::addColumn<bool>("tcp");
-        QTest::newRow("TCP") << true;
-        QTest::newRow("UDP") << false;
-    }
-
     void aSignalEndsItWithinOneRecall()
     {
-        QFETCH(bool, tcp);
-        TestUnit unit(4);
-        Product product;
-        QVERIFY(product.await("t1 "));
-        const QByteArray recalls = QByteArray(">r1.").repeated(tcp ? 100000 : 16000);
-        QCOMPARE(tcp ? overTcp("1x1." + recalls) : overUdp("1x1." + recalls), QByteArray("OK."));
-        QElapsedTimer elapsed;
-        elapsed.start();
-        QCOMPARE(product.end(SIGTERM), 0);
-        QVERIFY2(elapsed.elapsed() < 1500, QByteArray::number(elapsed.elapsed()).constData());
+        for (const bool tcp : {true, false}) {
+            TestUnit unit(4);
+            Product product;
+            QVERIFY(product.await("t1 "));
+            const QByteArray block = "1x1." + QByteArray(">r1.").repeated(tcp ? 100000 : 16000);
+            QCOMPARE(tcp ? askTcp(block) : askUdp(block), QByteArray("OK."));
+            QVERIFY2(endsSoon(product), tcp ? "TCP" : "UDP");
+        }
     }
 
     void aTakenPortIsNamed()
     {
         TestUnit unit(4);
+        const int udpPort = MxSite::udpPort() + 3;
         QTcpServer tcp;
         QVERIFY(tcp.listen(QHostAddress::AnyIPv4, MxSite::tcpPort()));
         QUdpSocket udp;
-        QVERIFY(udp.bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(MxSite::udpPort() + 3)));
+        QVERIFY(udp.bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(udpPort)));
         Product product;
-        QVERIFY(
-            product.output().contains("can't listen on TCP port " + QByteArray::number(MxSite::tcpPort())));
-        QVERIFY(
-            product.output().contains("can't bind UDP port " + QByteArray::number(MxSite::udpPort() + 3)));
+        const QByteArray said = product.output();
+        QVERIFY(said.contains("can't listen on TCP port " + QByteArray::number(MxSite::tcpPort())));
+        QVERIFY(said.contains("can't bind UDP port " + QByteArray::number(udpPort)));
         QCOMPARE(unit.talk(Wire::Control0, "1?."), QByteArray("1x1&2&3&4."));
     }
 
@@ -213,32 +174,19 @@ private slots:
         QCOMPARE(product.end(SIGTERM), 0);
     }
 
-    void itIsOperatedByTouchOrFromThePanel_data()
-    {
-        QTest::addColumn<int>("ports");
-        QTest::addColumn<int>("keypad");
-        QTest::addColumn<bool>("touch");
-        QTest::newRow("small, panel") << 2 << 1 << false;
-        QTest::newRow("largest for a panel") << 40 << 1 << false;
-        QTest::newRow("too large for a panel") << 41 << 1 << true;
-        QTest::newRow("no panel") << 2 << 0 << true;
-        QTest::newRow("negative") << 2 << -1 << true;
-    }
-
     void itIsOperatedByTouchOrFromThePanel()
     {
-        QFETCH(int, ports);
-        QFETCH(int, keypad);
-        QFETCH(bool, touch);
-        TestUnit unit(ports, {{"system/keypad", std::to_string(keypad)}, {"system/sleep", "2"}});
-        Product product;
-        const QMxComm observer(false);
-        QVERIFY(runUntil([&] { return touch || g_mxConfig->sleep == 4; }));
-        QCOMPARE(unit.talk(Wire::Control0, "1?.").right(1), QByteArray("."));
-        QVERIFY(!touch || product.await("t1 "));
-        QCOMPARE(int(g_mxConfig->sleep), touch ? 2 : 4);
-        QCOMPARE(product.end(SIGTERM), 0);
-        QCOMPARE(product.output().contains("\nt1 "), touch);
+        for (const auto &[ports, keypad, isTouched] :
+             {std::tuple(2, 1, false), {40, 1, false}, {41, 1, true}, {2, 0, true}, {2, -1, true}}) {
+            TestUnit unit(ports, {{"system/keypad", std::to_string(keypad)}, {"system/sleep", "2"}});
+            Product product;
+            const QMxComm observer(false);
+            QVERIFY(isTouched ? product.await("t1 ") : runUntil([] { return g_mxConfig->sleep == 4; }));
+            QCOMPARE(unit.talk(Wire::Control0, "1?.").right(1), QByteArray("."));
+            QCOMPARE(int(g_mxConfig->sleep), isTouched ? 2 : 4);
+            QCOMPARE(product.end(SIGTERM), 0);
+            QCOMPARE(product.output().contains("\nt1 "), isTouched);
+        }
     }
 
     void withoutSharedMemoryItSaysSoAndEnds()

@@ -1,3 +1,4 @@
+#include "ask.h"
 #include "clientturns.h"
 #include "mxsite.h"
 #include "qmxtcp.h"
@@ -5,13 +6,11 @@
 #include "testregistry.h"
 #include "testunit.h"
 
-#include <QDir>
 #include <QHostAddress>
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
 #include <random>
-#include <sys/msg.h>
 
 using sim::Wire;
 
@@ -95,13 +94,6 @@ QByteArray untouchable(const MxShm &shm)
     all += QByteArray(bytes + 200618 + 4 * ports, 4 * (1024 - ports));
     return all + QByteArray(bytes + sizeof(MxShm), SharedObjects::SegmentSize - int(sizeof(MxShm)));
 }
-
-void sendRequest(const QByteArray &bytes)
-{
-    // The first bytes are the message's type, which is above 0.
-    const QByteArray message = QByteArray("\1\0\0\0\0\0\0\0", 8) + bytes;
-    msgsnd(msgget(MxSite::requestQueueKey(), 0), message.constData(), size_t(bytes.size()), IPC_NOWAIT);
-}
 } // namespace
 
 /// Seeded random bytes into every input of the program at once: links, network, queues and files. The program
@@ -150,11 +142,6 @@ private:
         QVERIFY(runUntil([&] { return openDescriptors() <= descriptors; }));
     }
 
-    static int openDescriptors()
-    {
-        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
-    }
-
     static void feed(TestUnit &unit, Noise &noise)
     {
         for (const Wire wire : {Wire::Control0, Wire::Control1, Wire::Matrix, Wire::Keys, Wire::Infrared}) {
@@ -188,21 +175,11 @@ private:
                 return false;
             }
         }
-        QTcpSocket client;
-        client.connectToHost(Here, MxSite::tcpPort());
-        client.write("1x1");
-        QByteArray overTcp;
-        runUntil([&] { return (overTcp += client.readAll()) == "OK."; });
+        bool all = askTcp("1x1") == "OK.";
         for (int i = 0; i < 8; ++i) {
-            QUdpSocket datagrams;
-            datagrams.writeDatagram("1x1", Here, static_cast<quint16>(MxSite::udpPort() + i));
-            char reply[10];
-            if (!runUntil([&] { return datagrams.hasPendingDatagrams(); }) ||
-                datagrams.readDatagram(reply, 10) != 3) {
-                return false;
-            }
+            all = all && askUdp("1x1", i) == "OK.";
         }
-        return overTcp == "OK.";
+        return all;
     }
 };
 

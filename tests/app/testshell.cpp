@@ -6,6 +6,7 @@
 #include "wakingtouch.h"
 
 #include <QPushButton>
+#include <QSignalSpy>
 
 using namespace Touchscreen;
 
@@ -21,10 +22,13 @@ void idle(int seconds)
     }
 }
 
-void deliver(QWidget &widget, QEvent::Type type, const QPoint &place = QPoint(5, 5))
+void deliver(QWidget &widget, std::initializer_list<QEvent::Type> types, const QPoint &place = QPoint(5, 5))
 {
-    QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&widget, &event);
+    for (const QEvent::Type type : types) {
+        QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &event);
+    }
 }
 } // namespace
 
@@ -34,50 +38,40 @@ class TestShell : public QObject
     Q_OBJECT
 
 private slots:
-    void theScreenSleepsWhenNobodyTouchesIt_data()
-    {
-        QTest::addColumn<int>("sleep");
-        QTest::addColumn<int>("seconds");
-        const int rows[][2] = {{0, 60}, {1, 300}, {2, 900},      {3, 1800},
-                               {4, -1}, {7, -1},  {INT_MIN, -1}, {-1, -1}};
-        for (const auto &row : rows) {
-            QTest::newRow(QByteArray::number(row[0]).constData()) << row[0] << row[1];
-        }
-    }
-
     void theScreenSleepsWhenNobodyTouchesIt()
     {
-        QFETCH(int, sleep);
-        QFETCH(int, seconds);
-        TestUnit unit(8, {{"system/sleep", std::to_string(sleep)}, {"system/backlight", "3"}});
-        unit.start(false);
-        QWidget pad;
-        QPushButton button;
-        int clicks = 0;
-        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
-        button.show();
-        QTest::mouseClick(&button, Qt::LeftButton);
-        QCOMPARE(clicks, 1);
-        idle((seconds < 0 ? 5000 : seconds) - 1);
-        QCOMPARE(unit.hardware().backlight(), 4);
-        deliver(pad, QEvent::MouseButtonDblClick); // counts for nothing
-        deliver(pad, QEvent::MouseMove);
-        idle((seconds < 0 ? 5000 : seconds) - 1);
-        QCOMPARE(unit.hardware().backlight(), 4);
-        idle(1);
-        QCOMPARE(unit.hardware().backlight(), seconds < 0 ? 4 : 0);
-        idle(10);
-        deliver(pad, QEvent::MouseButtonDblClick);
-        QCOMPARE(unit.hardware().backlight(), seconds < 0 ? 4 : 0);
-        deliver(pad, QEvent::MouseButtonRelease);
-        clicks = 0;
-        idle(seconds < 0 ? 0 : seconds);
-        QTest::mousePress(&button, Qt::LeftButton);
-        QCOMPARE(unit.hardware().backlight(), 4);
-        QTest::mouseRelease(&button, Qt::LeftButton);
-        QCOMPARE(clicks, seconds < 0 ? 1 : 0);
-        QTest::mouseClick(&button, Qt::LeftButton);
-        QCOMPARE(clicks, seconds < 0 ? 2 : 1);
+        for (const auto &[sleep, seconds] :
+             {std::pair(0, 60), {1, 300}, {2, 900}, {3, 1800}, {4, 0}, {7, 0}, {INT_MIN, 0}, {-1, 0}}) {
+            TestUnit unit(8, {{"system/sleep", std::to_string(sleep)}, {"system/backlight", "3"}});
+            unit.start(false);
+            const int lastSecond = seconds > 0 ? seconds - 1 : 5000;
+            const int asleep = seconds > 0 ? 0 : 4;
+            const int clicksAwake = seconds > 0 ? 1 : 2; // the touch that wakes is swallowed
+            QWidget pad;
+            QPushButton button;
+            const QSignalSpy clicks(&button, &QPushButton::clicked);
+            button.show();
+            QTest::mouseClick(&button, Qt::LeftButton);
+            QCOMPARE(clicks.count(), 1);
+            idle(lastSecond);
+            QCOMPARE(unit.hardware().backlight(), 4);
+            deliver(pad, {QEvent::MouseButtonDblClick, QEvent::MouseMove}); // only the second counts
+            idle(lastSecond);
+            QCOMPARE(unit.hardware().backlight(), 4);
+            idle(1);
+            QCOMPARE(unit.hardware().backlight(), asleep);
+            idle(10);
+            deliver(pad, {QEvent::MouseButtonDblClick});
+            QCOMPARE(unit.hardware().backlight(), asleep);
+            deliver(pad, {QEvent::MouseButtonRelease});
+            idle(seconds);
+            QTest::mousePress(&button, Qt::LeftButton);
+            QCOMPARE(unit.hardware().backlight(), 4);
+            QTest::mouseRelease(&button, Qt::LeftButton);
+            QCOMPARE(clicks.count(), clicksAwake);
+            QTest::mouseClick(&button, Qt::LeftButton);
+            QCOMPARE(clicks.count(), clicksAwake + 1);
+        }
     }
 
     void theWholeTouchThatWakesIsSwallowed()
@@ -86,29 +80,24 @@ private slots:
         unit.start(false);
         QPushButton button;
         button.resize(100, 100);
-        int clicks = 0;
-        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+        const QSignalSpy clicks(&button, &QPushButton::clicked);
         button.show();
         for (const bool elsewhere : {false, true}) {
             idle(60);
             QCOMPARE(unit.hardware().backlight(), 0);
-            deliver(button, QEvent::MouseMove, elsewhere ? QPoint(10, 10) : QPoint(20, 20));
-            deliver(button, QEvent::MouseButtonPress, {20, 20});
-            deliver(button, QEvent::MouseButtonRelease, {20, 20});
-            QCOMPARE(clicks, elsewhere ? 1 : 0);
+            deliver(button, {QEvent::MouseMove}, elsewhere ? QPoint(10, 10) : QPoint(20, 20));
+            deliver(button, {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}, {20, 20});
+            QCOMPARE(clicks.count(), elsewhere ? 1 : 0);
         }
         idle(60);
-        deliver(button, QEvent::MouseButtonPress);
-        deliver(button, QEvent::MouseButtonPress);
-        deliver(button, QEvent::MouseButtonRelease);
-        QCOMPARE(clicks, 2);
+        deliver(button, {QEvent::MouseButtonPress, QEvent::MouseButtonPress, QEvent::MouseButtonRelease});
+        QCOMPARE(clicks.count(), 2);
         idle(60);
-        deliver(button, QEvent::MouseMove);
+        deliver(button, {QEvent::MouseMove});
         const quint32 awake = GetTickCount();
         QVERIFY(runUntil([&] { return ticksBetween(awake, GetTickCount()) > WakingTouch::BurstMs; }));
-        deliver(button, QEvent::MouseButtonPress);
-        deliver(button, QEvent::MouseButtonRelease);
-        QCOMPARE(clicks, 3);
+        deliver(button, {QEvent::MouseButtonPress, QEvent::MouseButtonRelease});
+        QCOMPARE(clicks.count(), 3);
     }
 
     void aPressIsOfTheTouchThatWoke()
@@ -135,14 +124,15 @@ private slots:
         TestUnit &unit = shell.unit;
         idle(60);
         unit.shm().backlight = 6;
-        QCOMPARE(unit.run("beepon"), 0);
+        QVERIFY(unit.run("beepon") == 0 && unit.shm().beep == 1);
         QCOMPARE(unit.hardware().backlight(), 0);
-        deliver(*shell.window, QEvent::MouseButtonPress);
+        deliver(*shell.window, {QEvent::MouseButtonPress});
         QCOMPARE(unit.hardware().backlight(), 7);
         QTest::mouseClick(menu(*shell.window, 2), Qt::LeftButton);
         QCOMPARE(shownPage(*shell.window), 2);
         unit.shm().backlight = 4;
-        QCOMPARE(unit.run("beepoff"), 0);
+        QVERIFY(unit.run("beepoff") == 0 && unit.shm().beep == 0);
+        QVERIFY(unit.fileContent("/home/app/config/setup.ini").contains("beep=0"));
         QCOMPARE(unit.hardware().backlight(), 5);
     }
 
@@ -157,13 +147,13 @@ private slots:
         idle(59);
         QCOMPARE(unit.hardware().backlight(), 1);
         QWidget pad;
-        deliver(pad, QEvent::MouseMove);
+        deliver(pad, {QEvent::MouseMove});
         unit.shm().sleep = 7;
         idle(100);
         unit.shm().sleep = 0;
         idle(1);
         QCOMPARE(unit.hardware().backlight(), 0);
-        deliver(pad, QEvent::MouseMove);
+        deliver(pad, {QEvent::MouseMove});
         QCOMPARE(unit.hardware().backlight(), 1);
     }
 
@@ -208,10 +198,7 @@ private slots:
             QTest::mouseClick(menu(window, id), Qt::LeftButton);
             QCOMPARE(shownPage(window), id);
         }
-        for (const QWidget *page : {static_cast<QWidget *>(window.findChild<QMxSwitch *>()),
-                                    static_cast<QWidget *>(window.findChild<QMxScene *>()),
-                                    static_cast<QWidget *>(window.findChild<QMxSetup *>()),
-                                    static_cast<QWidget *>(window.findChild<QMxStatus *>())}) {
+        for (const QWidget *page : pagesOf(window)) {
             QCOMPARE(page->geometry(), QRect(0, 95, 1024, 505));
         }
         for (const int id : {-1, 4, 1000, INT_MIN}) {
@@ -241,13 +228,12 @@ private slots:
             }
             return enabled;
         };
-        const QList<bool> locked = {false, false, false};
         const QList<bool> unlocked = {true, true, true};
-        QCOMPARE(saves(), locked);
+        QVERIFY(!saves().contains(true));
         QVERIFY(unlock(window));
         QCOMPARE(saves(), unlocked);
         QVERIFY(touch(window, "Lock"));
-        QCOMPARE(saves(), locked);
+        QVERIFY(!saves().contains(true));
     }
 
     void savedCaptionsAreOnAllPages()
@@ -267,25 +253,19 @@ private slots:
         QVERIFY(button(window, "5z") != nullptr);
     }
 
-    void picturesMayBeMissing_data()
-    {
-        QTest::addColumn<QString>("images");
-        QTest::newRow("no such folder") << "none";
-        QTest::newRow("no name for a folder") << "no) such; {%s} %1";
-    }
-
     void picturesMayBeMissing()
     {
-        QFETCH(QString, images);
         setTouchscreenStyle();
-        const Shell shell(1, {{"system/images", images.toStdString()}});
-        MainWindow &window = *shell.window;
-        QTest::mouseClick(menu(window, 2), Qt::LeftButton);
-        QCOMPARE(colourAt(*menu(window, 2), {100, 45}), QColor(0x01AFF4));
-        QCOMPARE(colourAt(*menu(window, 1), {100, 45}), QColor(0x888888));
-        window.OnMenuPressed(0);
-        QVERIFY(touch(window, "3", 1));
-        QCOMPARE(int(g_mxConfig->map[2]), int(MxNoInput)); // it did carry input 1
+        for (const char *images : {"none", "no) such; {%s} %1"}) {
+            const Shell shell(1, {{"system/images", images}});
+            MainWindow &window = *shell.window;
+            QTest::mouseClick(menu(window, 2), Qt::LeftButton);
+            QCOMPARE(colourAt(*menu(window, 2), {100, 45}), QColor(0x01AFF4));
+            QCOMPARE(colourAt(*menu(window, 1), {100, 45}), QColor(0x888888));
+            window.OnMenuPressed(0);
+            QVERIFY(touch(window, "3", 1));
+            QCOMPARE(int(g_mxConfig->map[2]), int(MxNoInput)); // it did carry input 1
+        }
         qApp->setStyleSheet(QString());
     }
 };

@@ -5,25 +5,11 @@
 #include <QElapsedTimer>
 #include <QTest>
 #include <atomic>
-#include <cstring>
 #include <sys/msg.h>
 #include <thread>
 
 namespace
 {
-struct RawMessage {
-    long type;
-    unsigned char text[1024];
-};
-
-bool sendRequest(const QByteArray &text)
-{
-    RawMessage message{1, {}};
-    std::memcpy(message.text, text.constData(), static_cast<size_t>(text.size()));
-    const int queue = msgget(MxSite::requestQueueKey(), 0);
-    return msgsnd(queue, &message, static_cast<size_t>(text.size()), 0) == 0;
-}
-
 QByteArray counted(quint32 count, const QByteArray &data)
 {
     return QByteArray(reinterpret_cast<const char *>(&count), 4) + data;
@@ -36,12 +22,6 @@ QByteArray frame(int length, char last = 0, char filling = '\x55')
     bytes += static_cast<char>(length);
     return bytes + QByteArray(length - 5, filling) + last;
 }
-
-QByteArray boardBytes(TestUnit &unit)
-{
-    const std::vector<uint8_t> all = unit.hardware().board().bytes();
-    return QByteArray(reinterpret_cast<const char *>(all.data()), int(all.size()));
-}
 } // namespace
 
 /// Frames that others have for the board: over the control ports, and over the queues of another process.
@@ -53,10 +33,9 @@ private slots:
     /// Each row after garbage and before a good frame, which must come through.
     void framesOfAControlPortAreAcknowledged()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QByteArray expected = boardBytes(unit);
+        QByteArray expected = unit.boardBytes();
         const QByteArray acknowledgement = QByteArray::fromHex("EB900007000000");
         const QByteArray garbage = QByteArray::fromHex("9000EB00EB9010FF");
         const QByteArray good = frame(7);
@@ -76,7 +55,7 @@ private slots:
                 const QByteArray replies = acknowledgement.repeated(found.isEmpty() ? 1 : 2);
                 QVERIFY2(unit.receive(wire, replies.size()) == replies, name);
                 expected += found + good;
-                QVERIFY2(unit.hardware().waitFor([&] { return boardBytes(unit) == expected; }, 5000), name);
+                QVERIFY2(unit.hardware().waitFor([&] { return unit.boardBytes() == expected; }, 5000), name);
             }
         }
         // The bytes of a frame are text as well: "." in it ends a line, which is an error.
@@ -87,10 +66,9 @@ private slots:
     /// Each message followed by a good one, behind which nothing is outstanding.
     void requestsOfTheQueue()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QByteArray expected = boardBytes(unit);
+        QByteArray expected = unit.boardBytes();
         const QByteArray whole = frame(300);
         for (const auto &[name, text, written] :
              {std::tuple("whole frame", counted(300, whole), whole),
@@ -104,17 +82,16 @@ private slots:
             QVERIFY(sendRequest(counted(9, frame(9))));
             expected += written + frame(9);
             QVERIFY2(
-                unit.hardware().waitFor([&] { return boardBytes(unit).size() >= expected.size(); }, 5000),
+                unit.hardware().waitFor([&] { return unit.boardBytes().size() >= expected.size(); }, 5000),
                 name);
-            QVERIFY2(boardBytes(unit) == expected, name);
+            QVERIFY2(unit.boardBytes() == expected, name);
         }
         QCOMPARE(unit.faults(), QByteArray());
     }
 
     void aFloodOfRequestsHoldsUpNoReply()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         std::atomic<bool> ended{false};
         const auto flood = [&] {
             while (!ended && sendRequest(counted(1, "x"))) {
@@ -137,8 +114,7 @@ private slots:
 
     void answersOfTheBoardNeverPileUp()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         for (int i = 0; i < 50; ++i) {
             unit.hardware().send(sim::Wire::Matrix, std::string(4000, 'a'));

@@ -37,8 +37,7 @@ private slots:
 
     void bothPortsTalkAtOnce()
     {
-        TestUnit unit(8);
-        unit.start();
+        RunningUnit unit(8);
         // A line cut in two on one port while the other is busy: neither mixes with the other.
         unit.hardware().send(Wire::Control0, "3x1");
         QCOMPARE(unit.talk(Wire::Control1, "5x2.7?.", 2), QByteArray("OK.7x."));
@@ -58,8 +57,7 @@ private slots:
 
     void afterARecallTheOtherPortAndTheBoardHaveTheirTurn()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         QCOMPARE(unit.talk(Wire::Control0, "all1.save1.4all.save2.", 4), QByteArray("OK.OK.OK.OK."));
         unit.hardware().send(Wire::Control0, "recall1.recall2.4?.");
         QVERIFY(unit.hardware().waitFor([&] { return unit.shm().map[0] == 0; }, 5000));
@@ -71,8 +69,7 @@ private slots:
 
     void temperature()
     {
-        TestUnit unit(4);
-        unit.start();
+        RunningUnit unit(4);
         for (const auto &[millidegrees, reply] : {std::pair(std::string("45123\n"), "temp=45."),
                                                   {"", "temp=."},
                                                   {std::string(1000, '3'), "temp=33."}}) {

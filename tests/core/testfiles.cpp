@@ -1,4 +1,5 @@
 #include "devicefiles.h"
+#include "limit.h"
 #include "scenestore.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -8,31 +9,12 @@
 #include <csignal>
 #include <memory>
 #include <sys/fsuid.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace
 {
 constexpr char LayoutText[] = "/home/www/splice/splice.txt";
 constexpr uid_t Nobody = 65534;
-
-/// Lowers a limit of the process for its lifetime.
-class Limit
-{
-public:
-    Limit(__rlimit_resource resource, rlim_t value)
-        : m_resource(resource)
-    {
-        ::getrlimit(resource, &m_before);
-        const rlimit lowered{value, m_before.rlim_max};
-        ::setrlimit(resource, &lowered);
-    }
-    ~Limit() { ::setrlimit(m_resource, &m_before); }
-
-private:
-    const __rlimit_resource m_resource;
-    rlimit m_before{};
-};
 
 /// Takes from this thread what root may do with files that are not its own.
 class AsNobody

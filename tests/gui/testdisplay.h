@@ -60,9 +60,17 @@ bool isTextDot(const char *text, int textX, int textY, int x, int y);
         QVERIFY2(found.isEmpty(), found.constData());                                                        \
     } while (false)
 
-/// What is shown is what painting all of it anew shows.
+/// Once what is invalid has been painted, black are exactly the dots `(x, y)` for which this holds.
+#define COMPARE_PAINTED(...)                                                                                 \
+    do {                                                                                                     \
+        WM_Exec();                                                                                           \
+        COMPARE_DOTS(display.dots, dotsWhere([&](int x, int y) { return __VA_ARGS__; }));                    \
+    } while (false)
+
+/// What is shown, once what is invalid has been painted, is what painting all of it anew shows.
 #define COMPARE_REPAINTED()                                                                                  \
     do {                                                                                                     \
+        WM_Exec();                                                                                           \
         const Dots shown = display.dots;                                                                     \
         COMPARE_DOTS(shown, repainted());                                                                    \
     } while (false)

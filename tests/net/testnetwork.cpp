@@ -1,60 +1,40 @@
+#include "clients.h"
 #include "networkunit.h"
 #include "testregistry.h"
 
-#include <QHostAddress>
-#include <QTcpSocket>
 #include <QTest>
-#include <QUdpSocket>
+#include <climits>
+#include <sys/socket.h>
 
 namespace
 {
-const QHostAddress Here(QHostAddress::LocalHost);
-
-QByteArray receive(QTcpSocket &client, int size)
+/// \return all that comes back for the block, until the unit closes as well
+QByteArray repliesOverTcp(const QByteArray &block)
 {
-    QByteArray bytes;
-    runUntil([&] {
-        bytes += client.readAll();
-        return bytes.size() >= size;
+    QByteArray got;
+    withClients(1, [&](int) {
+        const Socket client(RawSocket::tcp(MxSite::tcpPort()));
+        client->send(block);
+        ::shutdown(client->descriptor(), SHUT_WR);
+        got = replies(*client, INT_MAX);
     });
-    return bytes;
+    return got;
 }
 
-/// Sends one block and waits until its replies have come. \return the replies
-QByteArray askTcp(quint16 port, const QByteArray &block, int replySize)
+/// \return the reply datagrams, each in brackets
+QByteArray repliesOverUdp(quint16 port, const QByteArray &datagram)
 {
-    QTcpSocket client;
-    client.connectToHost(Here, port);
-    client.write(block);
-    const QByteArray replies = receive(client, replySize);
-    // By the time that a later client has been answered, nothing more is under way.
-    QTcpSocket later;
-    later.connectToHost(Here, port);
-    runUntil([&] { return client.bytesToWrite() == 0; });
-    later.write("8?");
-    receive(later, 3);
-    return replies + client.readAll();
-}
-
-/// The same over UDP. \return the reply datagrams, each in brackets
-QByteArray askUdp(quint16 port, const QByteArray &datagram)
-{
-    QUdpSocket client;
-    client.bind(Here);
-    client.writeDatagram(datagram, Here, port);
-    client.writeDatagram("8?", Here, port);
-    QByteArray replies;
-    runUntil([&] {
-        while (client.hasPendingDatagrams()) {
-            QByteArray reply(int(client.pendingDatagramSize()), '\0');
-            quint16 from = 0;
-            client.readDatagram(reply.data(), reply.size(), nullptr, &from);
-            replies += from == port ? "[" + reply + "]" : QByteArray("[from another port]");
+    QByteArray got;
+    withClients(1, [&](int) {
+        const Socket client(RawSocket::udp());
+        client->sendTo(port, datagram);
+        client->sendTo(port, "8?"); // by its reply all others have come
+        quint16 from = port;
+        while (from == port && !got.endsWith("[8x.]")) {
+            got += "[" + client->receiveFrom(from) + "]";
         }
-        return replies.endsWith("[8x.]");
     });
-    replies.chop(5);
-    return replies;
+    return got.left(got.lastIndexOf("[8x.]"));
 }
 
 /// "OK.ERR.3x." as "[OK.][ERR.][3x.]"
@@ -95,10 +75,10 @@ private slots:
               {"frame bytes behind text", "1x2.\xEB\x90", "OK.ERR."},
               {"one long line", QByteArray(60000, 'q'), "ERR."},
               {"many short lines", QByteArray("..........").repeated(6000) + "1x2", "OK."}}) {
-            QVERIFY2(askTcp(MxSite::tcpPort(), block, replies.size()) == replies, name);
+            QVERIFY2(repliesOverTcp(block) == replies, name);
             for (int i = 0; i < 8; ++i) {
                 const auto port = static_cast<quint16>(MxSite::udpPort() + i);
-                QVERIFY2(askUdp(port, block) == asDatagrams(replies), name);
+                QVERIFY2(repliesOverUdp(port, block) == asDatagrams(replies), name);
             }
         }
     }
@@ -110,15 +90,11 @@ private slots:
               QByteArray::fromHex("EB90000A") + "3all." + QByteArray(1, '\0'), // with a command in it
               QByteArray::fromHex("EB900007112200EB900007334400")}) {
             const auto boardGot = [&](int times) {
-                return runUntil([&] {
-                    const std::vector<uint8_t> all = m_unit->hardware().board().bytes();
-                    const QByteArray bytes(reinterpret_cast<const char *>(all.data()), int(all.size()));
-                    return bytes.count(block) == times;
-                });
+                return runUntil([&] { return m_unit->boardBytes().count(block) == times; });
             };
-            QCOMPARE(askTcp(MxSite::tcpPort(), block, block.size()), block);
+            QCOMPARE(repliesOverTcp(block), block);
             QVERIFY(boardGot(1));
-            QCOMPARE(askUdp(MxSite::udpPort(), block), "[" + block + "]");
+            QCOMPARE(repliesOverUdp(MxSite::udpPort(), block), "[" + block + "]");
             QVERIFY(boardGot(2));
         }
         QCOMPARE(m_unit->hardware().board().routing(), std::vector<uint16_t>(8, 0));
@@ -130,8 +106,8 @@ private slots:
         m_unit->hardware().unplug(sim::Wire::Matrix);
         m_unit->stop();
         m_unit->start();
-        QCOMPARE(askTcp(MxSite::tcpPort(), frame, 0), QByteArray());
-        QCOMPARE(askUdp(MxSite::udpPort(), frame), QByteArray());
+        QCOMPARE(repliesOverTcp(frame), QByteArray());
+        QCOMPARE(repliesOverUdp(MxSite::udpPort(), frame), QByteArray());
     }
 
 private:

@@ -1,9 +1,20 @@
 #pragma once
 
 #include "gui.h"
+#include "lcdmodule.h"
 
 #include <QByteArray>
 #include <functional>
+
+/// Whether the LCD is dark exactly at the dots for which this holds.
+inline bool lcdIsDark(const sim::LcdModule &lcd, const std::function<bool(int, int)> &where)
+{
+    bool same = true;
+    for (int i = 0; i < 128 * 64; ++i) {
+        same = same && lcd.isLit(i % 128, i / 128) == where(i % 128, i / 128);
+    }
+    return same;
+}
 
 /// Reads the text that stands in a part of the LCD, as an eye would: dots are compared with the font's
 /// glyphs. `isLit(x, y)` tells the dots; `inverted` is light on dark. A text may begin at any dot; blanks

@@ -92,16 +92,6 @@ public:
         return all.join(',');
     }
 
-    /// The live map, inputs 1-based, 0 for none.
-    QByteArray map()
-    {
-        QByteArrayList all;
-        for (int o = 0; o < shm().port; ++o) {
-            all.append(QByteArray::number(static_cast<quint16>(shm().map[o] + 1)));
-        }
-        return all.join(',');
-    }
-
     /// LED bytes since the last call, in hex.
     QByteArray takeLeds() { return std::exchange(m_leds, {}).toHex(); }
 

@@ -7,11 +7,8 @@
 #include <QTest>
 #include <csignal>
 
-namespace
-{
 constexpr int DeadlineMs = 10000;
 const TestUnit::Settings WithPanel = {{"system/keypad", "1"}};
-} // namespace
 
 /// The product, operated from its front panel: keys and the remote go in; what the LCD, the LEDs, the
 /// switching board and the files show comes out.
@@ -84,15 +81,8 @@ private slots:
                                   unit.path("/dev/fb0"));
         const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
         QCOMPARE(picture.size(), QSize(128, 64));
-        QVERIFY(holds([&] {
-            const sim::LcdModule lcd = m_hardware->lcd();
-            for (int i = 0; i < 128 * 64; ++i) {
-                if (lcd.isLit(i % 128, i / 128) != (qGray(picture.pixel(i % 128, i / 128)) == 0)) {
-                    return false;
-                }
-            }
-            return true;
-        }));
+        const auto isBlack = [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; };
+        QVERIFY(holds([&] { return lcdIsDark(m_hardware->lcd(), isBlack); }));
         QVERIFY(shows("SWITCH", "01>"));
     }
 
@@ -110,28 +100,6 @@ private slots:
             QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
             QCOMPARE(product.end(SIGTERM), 0);
         }
-    }
-
-    void anyBytesOnTheLinks()
-    {
-        TestUnit unit(8, WithPanel);
-        m_hardware = &unit.hardware();
-        unit.hardware().removeFrameBuffer();
-        Product product;
-        QVERIFY(shows("SWITCH", "01>"));
-        std::string bytes;
-        for (int i = 0; i < 256; ++i) {
-            // Without the keys that take a second (load) or write files (save).
-            const bool isHarmless = i != (0x80 | 113) && i != (0x80 | 114) && i != 'R' && i != 'S';
-            bytes += isHarmless ? static_cast<char>(i) : '\0';
-        }
-        unit.hardware().send(sim::Wire::Keys, bytes);
-        unit.hardware().send(sim::Wire::Infrared, bytes + bytes);
-        type("3X");
-        press(3);
-        QVERIFY(shows("SWITCH", "03>"));
-        QCOMPARE(product.end(SIGTERM), 0);
-        QCOMPARE(unit.faults(), QByteArray());
     }
 
 private:

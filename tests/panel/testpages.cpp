@@ -6,15 +6,10 @@
 
 namespace
 {
-GUI_Rect area(int x, int y, int width, int height)
-{
-    return {x, y, x + width - 1, y + height - 1};
-}
-
-bool isAt(Page page, int id, const GUI_Rect &place)
+bool isAt(Page page, int id, int x, int y, int width, int height)
 {
     const GUI_Rect rect = WM_GetWindowRect(WM_GetDialogItem(hWin[page], id));
-    return rect.x0 == place.x0 && rect.y0 == place.y0 && rect.x1 == place.x1 && rect.y1 == place.y1;
+    return rect.x0 == x && rect.y0 == y && rect.x1 == x + width - 1 && rect.y1 == y + height - 1;
 }
 } // namespace
 
@@ -27,19 +22,20 @@ private slots:
     void widgetsAreInTheirPlaces()
     {
         PanelUnit unit(40);
-        QVERIFY(isAt(MenuHeader, 1000, area(0, 0, 48, 12)));
-        QVERIFY(isAt(MenuHeader, 1001, area(48, 0, 80, 12)));
+        QVERIFY(isAt(MenuHeader, 1000, 0, 0, 48, 12));
+        QVERIFY(isAt(MenuHeader, 1001, 48, 0, 80, 12));
         for (int i = 0; i < 40; ++i) {
-            QVERIFY(isAt(SwitchPage, 2000 + i, area(i % 8 * 16 + 1, 12 + i / 8 * 10 + 2, 16, 10)));
+            QVERIFY(isAt(SwitchPage, 2000 + i, i % 8 * 16 + 1, 12 + i / 8 * 10 + 2, 16, 10));
         }
         for (int i = 0; i < 20; ++i) {
-            const GUI_Rect place = area(i % 4 * 33, 12 + i / 4 * 10 + 2, 32, 10);
-            QVERIFY(isAt(ViewPage, 2000 + i, place) && isAt(ScenePage, 2000 + i, place));
+            for (const Page page : {ViewPage, ScenePage}) {
+                QVERIFY(isAt(page, 2000 + i, i % 4 * 33, 12 + i / 4 * 10 + 2, 32, 10));
+            }
         }
         const int rows[] = {14, 22, 30, 40, 48, 56};
         for (int i = 0; i < 6; ++i) {
-            QVERIFY(isAt(SetupPage, 2000 + i, area(0, rows[i], 32, 8)));
-            QVERIFY(isAt(SetupPage, 3000 + i, area(32, rows[i], 96, 8)));
+            QVERIFY(isAt(SetupPage, 2000 + i, 0, rows[i], 32, 8));
+            QVERIFY(isAt(SetupPage, 3000 + i, 32, rows[i], 96, 8));
         }
         QCOMPARE(unit.texts(SetupPage, 0, 6), QByteArray("I P1:,MSK1:,G W1:,I P2:,MSK2:,G W2:"));
     }

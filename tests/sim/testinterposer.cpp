@@ -7,22 +7,11 @@
 
 #include <QTemporaryDir>
 #include <QTest>
-#include <chrono>
-#include <cstring>
 #include <fcntl.h>
-#include <linux/spi/spidev.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-
-namespace
-{
-int64_t nowUs()
-{
-    return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::microseconds(1);
-}
-} // namespace
 
 /// The interposer, linked into this program, and the GPIO lines that eat its records.
 class TestInterposer : public QObject
@@ -61,23 +50,6 @@ private slots:
         QCOMPARE(lines.faults().size(), size_t(4));
         // The buzzer's line tells when it rises, no other line does.
         QVERIFY2(heard.startsWith("..buzzer...buzzer.fault"), qPrintable(heard));
-    }
-
-    void spiRequestsAreCopied()
-    {
-        const QByteArray sent("\x10\x00\x7F", 3);
-        spi_ioc_transfer transfers[2] = {};
-        transfers[0].len = 5; // reads only
-        transfers[1].tx_buf = reinterpret_cast<uintptr_t>(sent.constData());
-        transfers[1].len = 3;
-        const int64_t earliestUs = nowUs();
-        QCOMPARE(ioctl(m_fifo.get(), SPI_IOC_MESSAGE(2), transfers), 8);
-        const QByteArray record = takeRecords();
-        IoctlRecord head = {24 + sizeof transfers + 3, SPI_IOC_MESSAGE(2),
-                            reinterpret_cast<uintptr_t>(transfers), 0};
-        memcpy(&head.timeUs, record.constData() + offsetof(IoctlRecord, timeUs), sizeof head.timeUs);
-        QCOMPARE(record, bytesOf(head) + bytesOf(transfers) + sent);
-        QVERIFY(head.timeUs >= earliestUs && head.timeUs <= nowUs());
     }
 
 private:

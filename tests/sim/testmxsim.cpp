@@ -54,6 +54,12 @@ QStringList childrenOf(const QProcess &process)
     return content(QString("/proc/%1/task/%1/children").arg(process.processId())).simplified().split(' ');
 }
 
+bool ended(QProcess &mxsim)
+{
+    mxsim.terminate();
+    return mxsim.waitForFinished(deadlineMs);
+}
+
 QString displaySocket(const QString &display)
 {
     return "/tmp/.X11-unix/X" + display.mid(1);
@@ -145,8 +151,7 @@ private slots:
 
         QCOMPARE(failure(), QString("mxsim: the folder %1 is in use by another mxsim\n").arg(file("unit")));
         QVERIFY(QFile::exists(file("unit/serial1")));
-        mxsim.terminate();
-        QVERIFY(mxsim.waitForFinished(deadlineMs));
+        QVERIFY(ended(mxsim));
     }
 
     void touchscreenOrFrontPanel()
@@ -165,8 +170,7 @@ private slots:
             const auto setting =
                 QRegularExpression("\nkeypad=(.*)\n").match(content(file("unit/home/app/config/setup.ini")));
             QCOMPARE(setting.captured(1), keypad);
-            mxsim.terminate();
-            QVERIFY(mxsim.waitForFinished(deadlineMs));
+            QVERIFY(ended(mxsim));
         }
         const QString error = "mxsim: the front panel is for at most 40 ports\n";
         QCOMPARE(failure({"--front-panel", "--ports=41"}), error);
@@ -188,8 +192,7 @@ private slots:
             "\n┌─{128}┐\n│[▀█]{4}[ ▄]{4}[^\n]{120}│\n(│[^\n]{128}│\n){31}└─{128}┘\n$");
         QVERIFY2(output.contains(picture), qPrintable(output));
         QVERIFY(output.contains("\n  panel       none\n"));
-        mxsim.terminate();
-        QVERIFY(mxsim.waitForFinished(deadlineMs));
+        QVERIFY(ended(mxsim));
     }
 
     void screenForVncViewersAndNothingLeftRunning()
@@ -214,8 +217,7 @@ private slots:
             const QFile deskCookie(file("unit/desk.cookie"));
             for (const QString &cookie : {logWord(6), deskCookie.fileName()}) {
                 QVERIFY(QFile::exists(cookie));
-                QCOMPARE(QFile::permissions(cookie) & (QFile::ReadGroup | QFile::ReadOther),
-                         QFile::Permissions());
+                QVERIFY(!(QFile::permissions(cookie) & (QFile::ReadGroup | QFile::ReadOther)));
             }
             // The display refuses whoever shows no cookie.
             QLocalSocket stranger;
@@ -232,17 +234,15 @@ private slots:
             kill(static_cast<pid_t>(mxsim.processId()), signal);
             QVERIFY(mxsim.waitForFinished(deadlineMs));
             const bool killed = signal == SIGKILL;
-            QVERIFY(killed ? runUntil([&] { return content(commandLine).isEmpty(); })
-                           : content(commandLine).isEmpty());
+            QVERIFY(killed || content(commandLine).isEmpty());
+            QVERIFY(runUntil([&] { return (content(commandLine) + content(inner)).isEmpty(); }));
             QVERIFY(runUntil([&] { return !QFile::exists(displaySocket(logWord(5))); }));
             QVERIFY(runUntil([&] { return vncGreeting(QHostAddress::LocalHost, port).isEmpty(); }));
-            QVERIFY(runUntil([&] { return content(inner).isEmpty(); }));
             QCOMPARE(deskCookie.exists(), killed);
             QVERIFY(QDir(file("unit/dev")).entryList(QDir::System | QDir::Files).isEmpty());
             QVERIFY(!QFileInfo(file("unit/serial1")).isSymLink());
             if (!killed) {
-                QCOMPARE(mxsim.exitStatus(), QProcess::NormalExit);
-                QCOMPARE(mxsim.exitCode(), 0);
+                QVERIFY(mxsim.exitStatus() == QProcess::NormalExit && mxsim.exitCode() == 0);
                 QCOMPARE(mxsim.readAllStandardError(), QByteArray());
                 QVERIFY(log().endsWith("\nhas its display\nasked to end\n"));
             }
@@ -271,8 +271,7 @@ private slots:
         user.start("xdotool", {"mousemove", "738", "112", "click", "1", "key", "ssharp", "7"});
         QVERIFY(user.waitForFinished(deadlineMs));
         QVERIFY(runUntil([&] { return log().contains(" 81 01\n") && log().contains(" 37\n"); }));
-        panel.terminate();
-        QVERIFY(panel.waitForFinished(deadlineMs));
+        QVERIFY(ended(panel));
 
         QProcess mxsim;
         const QString text = start(mxsim, {"--touchscreen"});

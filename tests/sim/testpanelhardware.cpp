@@ -6,7 +6,6 @@
 #include <QTest>
 #include <chrono>
 #include <fcntl.h>
-#include <linux/fb.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
@@ -72,7 +71,7 @@ int opened(const std::string &path)
 }
 } // namespace
 
-/// The hardware of the front panel, and the frame buffer.
+/// The hardware of the front panel.
 class TestPanelHardware : public QObject
 {
     Q_OBJECT
@@ -207,36 +206,18 @@ private slots:
         QVERIFY(!keys.isLit(9) && !keys.isLit(-1) && !keys.isLit(128) && keys.byteCount() == 128 + 2);
     }
 
-    void theUnitHasAFrontPanel()
+    void requestsComeOverTwoFifos()
     {
         TestUnit unit(8);
         sim::VirtualUnit &hardware = unit.hardware();
-        const sim::Descriptor keys(opened(hardware.path(Wire::Keys)));
-        for (const int key : {0, 1, 127, 128, -1}) {
-            hardware.pressKey(key);
-            hardware.releaseKey(key);
-        }
-        const sim::Descriptor remote(opened(hardware.path(Wire::Infrared)));
-        hardware.pressRemote('u');
-        char bytes[5];
-        QVERIFY(read(remote.get(), bytes, 5) == 1 && bytes[0] == 'u');
-        QCOMPARE(QByteArray(bytes, int(read(keys.get(), bytes, 5))), QByteArray("\x81\x01\xFF\x7F"));
-        QCOMPARE(int(write(keys.get(), "\x85\xA9", 2)), 2);
-        QVERIFY(hardware.waitFor([&] { return hardware.keys().isLit(5); }, deadlineMs));
         const sim::Descriptor gpio(opened(hardware.path(Wire::Gpio)));
-        for (const int line : {2, 3}) {
-            QVERIFY(!hardware.panelLight());
-            QCOMPARE(ioctl(gpio.get(), 1ul, line), 0);
-        }
-        QVERIFY(hardware.waitFor([&] { return hardware.panelLight(); }, deadlineMs));
-        // Requests for the two devices come over two FIFOs, the SPI's full at times.
         const sim::Descriptor spi(opened(hardware.path(Wire::Spi)));
         const auto put = [&spi](const QByteArray &bytes) {
             QCOMPARE(int(write(spi.get(), bytes.constData(), size_t(bytes.size()))), bytes.size());
         };
         const QByteArray frame = lines(0, 31);
         put(lcdBus());
-        for (int i = 0; i < 300; ++i) {
+        for (int i = 0; i < 300; ++i) { // fills the SPI's at times
             QVERIFY(ioctl(gpio.get(), 0ul, 1) == 0 && ioctl(gpio.get(), 1ul, 1) == 0);
             const auto now = std::chrono::steady_clock::now().time_since_epoch() / 1us;
             put(lcdMessage(functionSet, now) + frame);
@@ -247,22 +228,7 @@ private slots:
         put(QByteArray(24, 'x'));
         QVERIFY(hardware.waitFor([&] { return !hardware.lcd().faults().empty(); }, deadlineMs));
         QVERIFY(!hardware.lcd().isOn());
-        QCOMPARE(unit.faults(), QByteArray("lcd: an SPI request of 2021161080 bytes\n"
-                                           "keys: an LED byte for key 41, which has none\n"));
-    }
-
-    void aFileIsTheFrameBuffer()
-    {
-        TestUnit unit(8);
-        QCOMPARE(unit.fileContent("/dev/fb0"), QByteArray(1024 * 600 * 2, '\0'));
-        const sim::Descriptor file(opened(unit.path("/dev/fb0").toStdString()));
-        fb_var_screeninfo dots;
-        fb_fix_screeninfo memory;
-        QVERIFY(ioctl(file.get(), FBIOGET_VSCREENINFO, &dots) == 0 && dots.bits_per_pixel == 16);
-        QVERIFY(ioctl(file.get(), FBIOGET_FSCREENINFO, &memory) == 0 && memory.line_length == 2048);
-        QVERIFY(ioctl(sim::Descriptor(opened("/dev/null")).get(), FBIOGET_VSCREENINFO, &dots) < 0);
-        unit.hardware().removeFrameBuffer();
-        QVERIFY(!QFile::exists(unit.path("/dev/fb0")));
+        QCOMPARE(unit.faults(), QByteArray("lcd: an SPI request of 2021161080 bytes\n"));
     }
 };
 

@@ -5,10 +5,7 @@
 #include <QFileInfo>
 #include <csignal>
 
-namespace
-{
 constexpr int DeadlineMs = 20000;
-}
 
 Product::Product(bool awaitStart, const QString &platform, const QString &output)
 {

@@ -1,5 +1,6 @@
 #include "testunit.h"
 
+#include "mxsite.h"
 #include "sharedobjects.h"
 
 #include <QCoreApplication>
@@ -9,11 +10,10 @@
 #include <QTcpServer>
 #include <QUdpSocket>
 #include <QtDebug>
+#include <algorithm>
+#include <sys/msg.h>
 
-namespace
-{
 constexpr int DeadlineMs = 10000;
-}
 
 TestUnit::TestUnit(int ports, const Settings &settings)
 {
@@ -109,6 +109,29 @@ QByteArray TestUnit::faults() const
     return text;
 }
 
+QByteArray TestUnit::boardBytes() const
+{
+    const std::vector<uint8_t> all = m_hardware->board().bytes();
+    return QByteArray(reinterpret_cast<const char *>(all.data()), int(all.size()));
+}
+
+int TestUnit::rises(int line) const
+{
+    const std::vector<sim::LineWrite> all = m_hardware->gpio().history();
+    return int(std::count_if(all.begin(), all.end(), [line](const sim::LineWrite &write) {
+        return write.line == line && write.level == 1;
+    }));
+}
+
+QByteArray TestUnit::map() const
+{
+    QByteArrayList inputs;
+    for (int output = 0; output < g_mxConfig->port; ++output) {
+        inputs.append(QByteArray::number(static_cast<quint16>(g_mxConfig->map[output] + 1)));
+    }
+    return inputs.join(',');
+}
+
 QString TestUnit::path(const char *devicePath) const
 {
     return m_folder.path() + QLatin1String(devicePath);
@@ -145,6 +168,19 @@ bool runUntil(const std::function<bool()> &condition)
         QThread::usleep(200);
     }
     return true;
+}
+
+bool sendRequest(const QByteArray &text)
+{
+    // In front is the message's type, which is above 0.
+    const QByteArray message = QByteArray("\1\0\0\0\0\0\0\0", sizeof(long)) + text;
+    const int queue = msgget(MxSite::requestQueueKey(), 0);
+    return msgsnd(queue, message.constData(), size_t(text.size()), 0) == 0;
+}
+
+int openDescriptors()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
 }
 
 quint16 freeTcpPort()

@@ -43,6 +43,13 @@ public:
     /// The faults that the far ends of the wires have recorded, one a line; empty when there are none.
     QByteArray faults() const;
 
+    /// What the board has received.
+    QByteArray boardBytes() const;
+    /// How often a GPIO line has risen.
+    int rises(int line) const;
+    /// The live map: the input of each output, 1-based, 0 for none, with commas between them.
+    QByteArray map() const;
+
     /// Files, by their path on the device.
     QString path(const char *devicePath) const;
     QByteArray fileContent(const char *devicePath) const;
@@ -58,8 +65,23 @@ private:
     std::unique_ptr<sim::VirtualUnit> m_hardware;
 };
 
+/// A unit whose control object and thread run from the beginning.
+struct RunningUnit : TestUnit {
+    explicit RunningUnit(int ports)
+        : TestUnit(ports)
+    {
+        start();
+    }
+};
+
 /// Runs the event loop until the condition holds, at most 10 s. \return whether it holds
 bool runUntil(const std::function<bool()> &condition);
+
+/// Lays a message before the program as another process does. \return whether it was taken
+bool sendRequest(const QByteArray &text);
+
+/// Descriptors that this process has open.
+int openDescriptors();
 
 /// Where a free TCP port, and eight free UDP ports in a row, are at the moment.
 quint16 freeTcpPort();

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QTest>
+#include <array>
 
 namespace
 {
@@ -24,14 +25,11 @@ QImage pictureOf(QMxWidget &view)
 
 bool hasColours(const QImage &image)
 {
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y).hslSaturation() > 128) {
-                return true;
-            }
-        }
+    bool found = false;
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        found = found || image.pixelColor(i % image.width(), i / image.width()).hslSaturation() > 128;
     }
-    return false;
+    return found;
 }
 
 bool isBlack(const QImage &image, const QRect &area)
@@ -47,59 +45,55 @@ class TestMapView : public QObject
     Q_OBJECT
 
 private slots:
-    void dotsNumbersAndLinesAreInTheirPlaces_data()
-    {
-        QTest::addColumn<int>("ports");
-        QTest::addColumn<int>("pitch");
-        QTest::addColumn<int>("dot");
-        QTest::addColumn<int>("pen");
-        const int rows[][4] = {{2, 467, 12, 2}, {8, 66, 12, 2}, {19, 25, 12, 2}, {20, 24, 8, 2},
-                               {21, 23, 8, 1},  {39, 12, 8, 1}, {40, 12, 6, 1},  {60, 8, 6, 1},
-                               {61, 7, 4, 1},   {80, 6, 4, 1},  {81, 6, 2, 1},   {160, 3, 2, 1}};
-        for (const auto &row : rows) {
-            QTest::newRow(QByteArray::number(row[0]).constData()) << row[0] << row[1] << row[2] << row[3];
-        }
-    }
-
     void dotsNumbersAndLinesAreInTheirPlaces()
     {
-        QFETCH(int, ports);
-        QFETCH(int, pitch);
-        QFETCH(int, dot);
-        QFETCH(int, pen);
-        TestUnit unit(ports);
-        unit.start(false);
-        QMxWidget view;
-        QImage image = pictureOf(view);
-        QVERIFY(!hasColours(image));
-        for (int row = 0; row < ports; ++row) {
-            const int middle = row * pitch + dot;
-            QCOMPARE(image.pixelColor(24, middle), QColor(Qt::gray));
-            QCOMPARE(image.pixelColor(Right - 23 - dot, middle), QColor(Qt::gray));
-            QVERIFY(!isBlack(image, QRect(0, row * pitch, 24, 2 * dot)));
-            QVERIFY(!isBlack(image, QRect(Right - 23, row * pitch, 24, 2 * dot)));
-        }
-        QVERIFY(isBlack(image, QRect(24 + dot + 2, 0, Right - 23 - dot - 2 - (24 + dot + 2), Height)));
+        using Row = std::array<int, 4>;
+        for (const auto &[ports, pitch, dot, pen] : {Row{2, 467, 12, 2},
+                                                     {8, 66, 12, 2},
+                                                     {19, 25, 12, 2},
+                                                     {20, 24, 8, 2},
+                                                     {21, 23, 8, 1},
+                                                     {39, 12, 8, 1},
+                                                     {40, 12, 6, 1},
+                                                     {60, 8, 6, 1},
+                                                     {61, 7, 4, 1},
+                                                     {80, 6, 4, 1},
+                                                     {81, 6, 2, 1},
+                                                     {160, 3, 2, 1}}) {
+            TestUnit unit(ports);
+            unit.start(false);
+            QMxWidget view;
+            QImage image = pictureOf(view);
+            QVERIFY(!hasColours(image));
+            for (int row = 0; row < ports; ++row) {
+                const int middle = row * pitch + dot;
+                QCOMPARE(image.pixelColor(24, middle), QColor(Qt::gray));
+                QCOMPARE(image.pixelColor(Right - 23 - dot, middle), QColor(Qt::gray));
+                QVERIFY(!isBlack(image, QRect(0, row * pitch, 24, 2 * dot)));
+                QVERIFY(!isBlack(image, QRect(Right - 23, row * pitch, 24, 2 * dot)));
+            }
+            QVERIFY(isBlack(image, QRect(24 + dot + 2, 0, Right - 23 - dot - 2 - (24 + dot + 2), Height)));
 
-        // Every input alone on the last output but one, so that its line crosses no other.
-        const int output = ports - 2;
-        for (int input = 0; input < ports; ++input) {
-            std::vector<quint16> map(size_t(ports), MxNoInput);
-            map[size_t(output)] = quint16(input);
-            view.setMap(map.data());
-            image = pictureOf(view);
-            const QPoint start(24 + dot + 4, input * pitch + dot);
-            const QPoint end(Right - 27 - dot, output * pitch + dot);
-            QCOMPARE(image.pixelColor(start), QMxWidget::lineColor(quint16(input)));
-            QCOMPARE(image.pixelColor(end), QMxWidget::lineColor(quint16(input)));
-            QVERIFY(isBlack(image, QRect(start.x() - 2, 0, 1, Height)));
-            QVERIFY(isBlack(image, QRect(end.x() + 2, 0, 1, Height)));
-            if (input == output) {
-                int broad = 0;
-                for (int y = end.y() - 3; y <= end.y() + 3; ++y) {
-                    broad += image.pixelColor(Width / 2, y) != QColor(Qt::black);
+            // Every input alone on the last output but one, so that its line crosses no other.
+            const int output = ports - 2;
+            for (int input = 0; input < ports; ++input) {
+                std::vector<quint16> map(size_t(ports), MxNoInput);
+                map[size_t(output)] = quint16(input);
+                view.setMap(map.data());
+                image = pictureOf(view);
+                const QPoint start(24 + dot + 4, input * pitch + dot);
+                const QPoint end(Right - 27 - dot, output * pitch + dot);
+                QCOMPARE(image.pixelColor(start), QMxWidget::lineColor(quint16(input)));
+                QCOMPARE(image.pixelColor(end), QMxWidget::lineColor(quint16(input)));
+                QVERIFY(isBlack(image, QRect(start.x() - 2, 0, 1, Height)));
+                QVERIFY(isBlack(image, QRect(end.x() + 2, 0, 1, Height)));
+                if (input == output) {
+                    int broad = 0;
+                    for (int y = end.y() - 3; y <= end.y() + 3; ++y) {
+                        broad += image.pixelColor(Width / 2, y) != QColor(Qt::black);
+                    }
+                    QCOMPARE(broad, pen);
                 }
-                QCOMPARE(broad, pen);
             }
         }
     }

@@ -21,6 +21,16 @@ namespace
 {
 const QString LowerSet = QStringLiteral("1234567890.|qwertyuiop-=asdfghjkl;[] zxcvbnm()");
 
+/// A page with nothing but the keyboard, visible.
+struct KeyboardPage : QWidget {
+    KeyboardPage()
+    {
+        resize(1024, 505);
+        show();
+    }
+    QMxKeyboard keyboard{this};
+};
+
 /// Types on the keyboard of a page; each word is the caption of one key.
 bool type(const QWidget &page, const QStringList &keys)
 {
@@ -46,6 +56,16 @@ QString edited(const QWidget &page)
     return page.findChild<QLineEdit *>()->text();
 }
 
+/// The texts of the buttons that are checked.
+QStringList chosen(const QWidget &page)
+{
+    QStringList texts;
+    for (const QAbstractButton *each : buttons(page)) {
+        texts += each->isChecked() ? QStringList(each->text()) : QStringList();
+    }
+    return texts;
+}
+
 bool unlock(QMxStatus &page, const char *password = "40617295")
 {
     return touch(page, "Unlock") && type(page, letters(password) << "Enter") &&
@@ -61,17 +81,13 @@ class TestSettingPages : public QObject
 private slots:
     void theKeysTypeWhatTheyShow()
     {
-        QWidget page;
-        page.resize(1024, 505);
-        QMxKeyboard keyboard(&page);
-        QVERIFY(keyboard.isHidden());
-        page.show();
+        KeyboardPage page;
+        QMxKeyboard &keyboard = page.keyboard;
         QVERIFY(keyboard.isHidden());
         keyboard.showModal(nullptr, 100, QMxKeyboard::FreeText);
         QCOMPARE(misplaced(keyboard), QStringList());
-        const QString lower = LowerSet;
         const QString upper = "1234567890.@QWERTYUIOP_+ASDFGHJKL:{} ZXCVBNM<>";
-        for (const QString &set : {lower, upper, lower}) {
+        for (const QString &set : {LowerSet, upper, LowerSet}) {
             for (const QChar key : set) {
                 QVERIFY2(touch(keyboard, QString(key)), qPrintable(QString(key)));
             }
@@ -88,92 +104,57 @@ private slots:
         QCOMPARE(edited(page), QString("xbyc"));
     }
 
-    void modes_data()
-    {
-        QTest::addColumn<int>("before");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("free text") << 2 << 0 << LowerSet << "192.168.0.80";
-        QTest::newRow("number") << 0 << 1 << "1234567890"
-                                << "192.168.0.80";
-        QTest::newRow("address") << 0 << 2 << "1234567890."
-                                 << "192.168.0.80";
-        QTest::newRow("password after text") << 0 << 3 << LowerSet << "************";
-        QTest::newRow("password after address") << 2 << 3 << "1234567890."
-                                                << "************";
-        QTest::newRow("unknown") << 2 << 77 << LowerSet << "192.168.0.80";
-    }
-
     void modes()
     {
-        QFETCH(int, before);
-        QFETCH(int, mode);
-        QFETCH(QString, keys);
-        QFETCH(QString, shown);
-        QWidget page;
-        QMxKeyboard keyboard(&page);
-        page.show();
+        const QString digits = QStringLiteral("1234567890");
+        KeyboardPage page;
+        QMxKeyboard &keyboard = page.keyboard;
         QPushButton target("192.168.0.80");
-        keyboard.showModal(&target, 15, before);
-        keyboard.showModal(&target, 15, mode);
-        QCOMPARE(keyboard.mode(), mode);
         auto *editor = page.findChild<QLineEdit *>();
-        QCOMPARE(editor->displayText().remove(' '), shown);
-        QString enabled;
-        for (const QAbstractButton *key : buttons(keyboard)) {
-            enabled += key->isEnabled() && key->text().size() == 1 ? key->text() : QString();
+        for (const auto &[before, mode, keys, shown] : {std::tuple(2, 0, LowerSet, "192.168.0.80"),
+                                                        {0, 1, digits, "192.168.0.80"},
+                                                        {0, 2, digits + ".", "192.168.0.80"},
+                                                        {0, 3, LowerSet, "************"},
+                                                        {2, 3, digits + ".", "************"},
+                                                        {2, 77, LowerSet, "192.168.0.80"}}) {
+            keyboard.showModal(&target, 15, before);
+            keyboard.showModal(&target, 15, mode);
+            QCOMPARE(keyboard.mode(), mode);
+            QCOMPARE(editor->displayText().remove(' '), QString(shown));
+            QString enabled;
+            for (const QAbstractButton *key : buttons(keyboard)) {
+                enabled += key->isEnabled() && key->text().size() == 1 ? key->text() : QString();
+            }
+            QCOMPARE(enabled, keys);
+            editor->setText("1");
+            editor->setCursorPosition(1);
+            for (int i = 0; i < 20; ++i) {
+                touch(keyboard, "2");
+            }
+            QCOMPARE(edited(page), mode == QMxKeyboard::Ipv4Address ? "122.222.222.222" : "122222222222222");
         }
-        QCOMPARE(enabled, keys);
-        editor->setText("1");
-        editor->setCursorPosition(1);
-        for (int i = 0; i < 20; ++i) {
-            touch(keyboard, "2");
-        }
-        QCOMPARE(edited(page), mode == QMxKeyboard::Ipv4Address ? "122.222.222.222" : "122222222222222");
-    }
-
-    void typingAnAddress_data()
-    {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("at the end") << "10.0.0.1"
-                                    << "2"
-                                    << "10.0.0.12";
-        QTest::newRow("at the very end") << "10.0.0.123"
-                                         << "4"
-                                         << "10.0.0.123";
-        QTest::newRow("empty") << ""
-                               << "10.0.0.1"
-                               << "10.0.0.1";
-        QTest::newRow("empty in front") << "...5"
-                                        << "6"
-                                        << "...56";
     }
 
     void typingAnAddress()
     {
-        QFETCH(QString, before);
-        QFETCH(QString, keys);
-        QFETCH(QString, after);
-        QWidget page;
-        QMxKeyboard keyboard(&page);
-        page.show();
-        QPushButton target(before);
-        keyboard.showModal(&target, 15, QMxKeyboard::Ipv4Address);
-        QVERIFY(type(page, letters(keys) << "Enter"));
-        QCOMPARE(target.text(), after);
+        KeyboardPage page;
+        QMxKeyboard &keyboard = page.keyboard;
+        for (const auto &[before, keys, after] : {std::tuple("10.0.0.1", "2", "10.0.0.12"),
+                                                  {"10.0.0.123", "4", "10.0.0.123"},
+                                                  {"", "10.0.0.1", "10.0.0.1"},
+                                                  {"...5", "6", "...56"}}) {
+            QPushButton target(before);
+            keyboard.showModal(&target, 15, QMxKeyboard::Ipv4Address);
+            QVERIFY(type(page, letters(keys) << "Enter"));
+            QCOMPARE(target.text(), QString(after));
+        }
     }
 
     void aKeyTypesWhenTheFingerLeavesIt()
     {
-        QWidget page;
-        page.resize(1024, 505);
-        QMxKeyboard keyboard(&page);
-        page.show();
-        keyboard.showModal(nullptr, 10, QMxKeyboard::FreeText);
-        QAbstractButton *key = button(keyboard, "q");
+        KeyboardPage page;
+        page.keyboard.showModal(nullptr, 10, QMxKeyboard::FreeText);
+        QAbstractButton *key = button(page, "q");
         QTest::mousePress(key, Qt::LeftButton);
         QCOMPARE(edited(page), QString());
         QMouseEvent slide(QEvent::MouseMove, QPointF(200, 10), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
@@ -183,9 +164,8 @@ private slots:
 
     void enterAndEscape()
     {
-        QWidget page;
-        QMxKeyboard keyboard(&page);
-        page.show();
+        KeyboardPage page;
+        QMxKeyboard &keyboard = page.keyboard;
         QPushButton target("old");
         const QSignalSpy entered(&keyboard, &QMxKeyboard::onEnter);
         const QSignalSpy cancelled(&keyboard, &QMxKeyboard::onCancel);
@@ -204,29 +184,19 @@ private slots:
         QCOMPARE(target.text(), QString("olda"));
     }
 
-    void theCaptionPageFits_data()
-    {
-        QTest::addColumn<int>("ports");
-        QTest::addColumn<int>("scenes");
-        QTest::newRow("2, 10") << 2 << 10;
-        QTest::newRow("8, 16") << 8 << 16;
-        QTest::newRow("20, 40") << 20 << 40;
-        QTest::newRow("160, 10") << 160 << 10;
-    }
-
     void theCaptionPageFits()
     {
-        QFETCH(int, ports);
-        QFETCH(int, scenes);
-        TestUnit unit(ports, {{"system/scene", std::to_string(scenes)}});
-        const auto page = open<QMxSetup>(unit);
-        const QScrollArea *area = page->findChild<QScrollArea *>();
-        for (const auto &list : {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
-            QVERIFY(touch(*page, list.first));
-            QTRY_COMPARE(area->verticalScrollBar()->isVisible(), list.second > 32);
-            QTRY_COMPARE(misplaced(*page), QStringList());
-            QCOMPARE(buttons(*page).size(), 2 * list.second + 6);
-            QVERIFY(!area->horizontalScrollBar()->isVisible());
+        for (const auto &[ports, scenes] : {std::pair(2, 10), {8, 16}, {20, 40}, {160, 10}}) {
+            TestUnit unit(ports, {{"system/scene", std::to_string(scenes)}});
+            const auto page = open<QMxSetup>(unit);
+            const QScrollArea *area = page->findChild<QScrollArea *>();
+            for (const auto &list : {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
+                QVERIFY(touch(*page, list.first));
+                QTRY_COMPARE(area->verticalScrollBar()->isVisible(), list.second > 32);
+                QTRY_COMPARE(misplaced(*page), QStringList());
+                QCOMPARE(buttons(*page).size(), 2 * list.second + 6);
+                QVERIFY(!area->horizontalScrollBar()->isVisible());
+            }
         }
     }
 
@@ -245,29 +215,26 @@ private slots:
     {
         TestUnit unit(8);
         const auto page = open<QMxSetup>(unit);
-        QVERIFY(touch(*page, "Output"));
-        QVERIFY(touch(*page, "8"));
+        const auto caption = [&] { return QByteArray(unit.shm().outputCaption[7].get().text); };
+        QVERIFY(touch(*page, "Output") && touch(*page, "8"));
         QVERIFY(type(*page, {"Backspace", "Capslock", "T", "V", "Capslock", " ", "1", "Enter"}));
         QVERIFY(button(*page, "TV 1") != nullptr);
-        QCOMPARE(unit.shm().outputCaption[7].get().text, "8");
+        QCOMPARE(caption(), QByteArray("8"));
         QVERIFY(touch(*page, "Load"));
         QVERIFY(button(*page, "TV 1") == nullptr);
-        QVERIFY(touch(*page, "8"));
-        QVERIFY(type(*page, letters("123456789012345") << "6"
-                                                       << "Enter"));
+        QVERIFY(touch(*page, "8") && type(*page, letters("1234567890123456") << "Enter"));
         QVERIFY(touch(*page, "Save"));
-        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        const QByteArray longest = "8123456789012345";
+        QCOMPARE(caption(), longest);
         QCOMPARE(unit.shm().inputCaption[7].get().text, "8");
-        QVERIFY(unit.fileContent("/home/app/config/caption.ini").contains("output8=8123456789012345"));
-        QVERIFY(touch(*page, "Default"));
-        QVERIFY(button(*page, "8") != nullptr);
-        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        QVERIFY(unit.fileContent("/home/app/config/caption.ini").contains("output8=" + longest));
+        QVERIFY(touch(*page, "Default") && button(*page, "8") != nullptr);
         page->setSaveEnabled(false);
         QVERIFY(touch(*page, "Save"));
-        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        QCOMPARE(caption(), longest);
         unit.stop();
         unit.start(false);
-        QCOMPARE(unit.shm().outputCaption[7].get().text, "8123456789012345");
+        QCOMPARE(caption(), longest);
     }
 
     void theSettingsAreAppliedAndStored()
@@ -275,26 +242,16 @@ private slots:
         TestUnit unit(8, {{"system/backlight", "4"}, {"system/sleep", "3"}, {"system/beep", "1"}});
         const auto page = open<QMxStatus>(unit);
         QCOMPARE(misplaced(*page), QStringList());
-        for (const char *chosen : {"100%", "30Min", "On"}) {
-            QVERIFY(button(*page, chosen)->isChecked());
-        }
+        QCOMPARE(chosen(*page), QStringList({"100%", "30Min", "On"}));
         QVERIFY(touch(*page, "40%") && touch(*page, "Never") && touch(*page, "Off"));
         QCOMPARE(unit.hardware().backlight(), 2);
-        QVERIFY(touch(*page, "192.168.0.80"));
-        QVERIFY(type(*page, {"Backspace", "Backspace", "7", "Enter"}));
+        QVERIFY(touch(*page, "192.168.0.80") && type(*page, {"Backspace", "Backspace", "7", "Enter"}));
         QCOMPARE(unit.shm().eth0Address.get().text, "192.168.0.80");
-        QVERIFY(!unlock(*page, "40617296"));
-        QVERIFY(touch(*page, "Save"));
+        QVERIFY(!unlock(*page, "40617296") && touch(*page, "Save"));
         QVERIFY(unit.fileContent("/etc/eth0.conf").isEmpty());
-        QVERIFY(unlock(*page));
-        QVERIFY(touch(*page, "Save"));
-        QVERIFY(button(*page, "Save")->isEnabled());
+        QVERIFY(unlock(*page) && touch(*page, "Save") && button(*page, "Save")->isEnabled());
         QVERIFY(unit.fileContent("/etc/eth0.conf").contains("ADDRESS=192.168.0.7\n"));
-        int rises = 0;
-        for (const sim::LineWrite &write : unit.hardware().gpio().history()) {
-            rises += write.line == 4 && write.level == 1;
-        }
-        QCOMPARE(rises, 2);
+        QCOMPARE(unit.rises(4), 2);
         unit.stop();
         unit.start(false);
         QCOMPARE(int(unit.shm().backlight), 1);
@@ -311,8 +268,7 @@ private slots:
         QVERIFY(isLocked());
         page->onEnter("40617295"); // typed where no password was asked for
         QVERIFY(isLocked());
-        QVERIFY(touch(*page, "Unlock") && type(*page, letters("4061729") << "5"
-                                                                         << "Esc"));
+        QVERIFY(touch(*page, "Unlock") && type(*page, letters("40617295") << "Esc"));
         QVERIFY(isLocked());
         QVERIFY(unlock(*page));
         QVERIFY(touch(*page, "Lock"));
@@ -328,9 +284,7 @@ private slots:
         const auto page = open<QMxStatus>(unit);
         QVERIFY(touch(*page, "Default"));
         QVERIFY(button(*page, "10.0.0.9") == nullptr && button(*page, "192.168.1.80") != nullptr);
-        for (const char *chosen : {"60%", "15Min", "On"}) {
-            QVERIFY(button(*page, chosen)->isChecked());
-        }
+        QCOMPARE(chosen(*page), QStringList({"60%", "15Min", "On"}));
         QCOMPARE(unit.shm().eth1Address.get().text, "10.0.0.9");
         QVERIFY(touch(*page, "Load"));
         QVERIFY(button(*page, "10.0.0.9") != nullptr);
@@ -342,31 +296,20 @@ private slots:
     {
         TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
-        const auto checked = [&] {
-            QStringList texts;
-            for (const QAbstractButton *each : buttons(*page)) {
-                texts += each->isChecked() ? QStringList(each->text()) : QStringList();
-            }
-            return texts;
-        };
-        struct Row {
-            int backlight, sleep, beep;
-            QStringList checked;
-            int level;
-        };
-        for (const Row &row : {Row{4, 4, 1, {"100%", "Never", "On"}, 5},
-                               {6, 2, 2, {"15Min", "On"}, 7},
-                               {5, 5, -1, {"On"}, 6},
-                               {99, INT_MIN, 0, {"Off"}, 7}}) {
+        for (const auto &[backlight, sleep, beep, texts, level] :
+             {std::tuple(4, 4, 1, QStringList({"100%", "Never", "On"}), 5),
+              {6, 2, 2, {"15Min", "On"}, 7},
+              {5, 5, -1, {"On"}, 6},
+              {99, INT_MIN, 0, {"Off"}, 7}}) {
             QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
-            QCOMPARE(checked(), QStringList({"40%", "30Min", "Off"}));
-            unit.shm().backlight = row.backlight;
-            unit.shm().sleep = row.sleep;
-            unit.shm().beep = row.beep;
+            QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
+            unit.shm().backlight = backlight;
+            unit.shm().sleep = sleep;
+            unit.shm().beep = beep;
             unit.comm().SaveConfig();
-            QCOMPARE(checked(), row.checked);
-            QCOMPARE(unit.hardware().backlight(), row.level);
-            QCOMPARE(int(unit.shm().beep), row.beep);
+            QCOMPARE(chosen(*page), texts);
+            QCOMPARE(unit.hardware().backlight(), level);
+            QCOMPARE(int(unit.shm().beep), beep);
         }
     }
 
@@ -425,11 +368,10 @@ private slots:
         const QString before = QDir::currentPath();
         QDir::setCurrent(folder.path());
         QDir().mkpath("help/xy");
-        const Qt::GlobalColor colours[] = {Qt::red, Qt::green, Qt::blue};
-        for (int page = 1; page <= 3; ++page) {
+        for (const auto &[file, colour] : {std::pair("1", Qt::red), {"2", Qt::green}, {"3", Qt::blue}}) {
             QPixmap picture(1024, 505);
-            picture.fill(colours[page - 1]);
-            picture.save(QString("help/xy/%1.png").arg(page));
+            picture.fill(colour);
+            picture.save(QString("help/xy/%1.png").arg(file));
         }
         QWidget parent;
         QMxHelp help(&parent);
@@ -437,9 +379,7 @@ private slots:
         QVERIFY(help.isHidden());
         help.show();
         QCOMPARE(misplaced(help), QStringList());
-        const auto shows = [&](const QColor &colour) {
-            return QColor(help.grab().toImage().pixel(500, 250)) == colour;
-        };
+        const auto shows = [&](const QColor &colour) { return colourAt(help, {500, 250}) == colour; };
         QVERIFY(shows(Qt::red));
         QVERIFY(touch(help, "<<") && shows(Qt::red));
         QVERIFY(touch(help, ">>") && touch(help, ">>") && shows(Qt::blue));
@@ -454,7 +394,7 @@ private slots:
         unit.shm().language.set("none");
         QMxHelp empty(&parent);
         empty.show();
-        QCOMPARE(QColor(empty.grab().toImage().pixel(500, 250)), QColor(Qt::white));
+        QCOMPARE(colourAt(empty, {500, 250}), QColor(Qt::white));
         unit.shm().language.set("no) such; {%s}");
         empty.show();
         QVERIFY(touch(empty, ">>") && touch(empty, "Return"));
