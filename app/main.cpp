@@ -95,7 +95,6 @@ int runTouchscreen(ClientTurns &turns)
     setTouchscreenStyle();
     const std::unique_ptr<MainWindow> window = openWindow();
     printTime("t1");
-    // Not before: a recall at each of the start picture's steps would hold the screen for twenty seconds.
     turns.start();
     return QApplication::exec();
 }

@@ -2,7 +2,13 @@
 
 #include "clientsession.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
+
+namespace
+{
+constexpr qint64 StartMs = 1000;
+}
 
 void ClientTurns::add(ClientSession *session)
 {
@@ -19,7 +25,7 @@ void ClientTurns::remove(ClientSession *session)
 
 void ClientTurns::start()
 {
-    if (m_phase == NotYet) {
+    if (m_phase == Starting) {
         m_phase = Serving;
     }
 }
@@ -32,16 +38,24 @@ void ClientTurns::stop()
 void ClientTurns::timerEvent(QTimerEvent *)
 {
     serveQuickOnes();
-    const bool mayBlock = m_phase == Serving && !m_blockedInLastRound;
-    ClientSession *blocked = mayBlock ? takeBlocked() : nullptr;
+    ClientSession *blocked = mayBlock() ? takeBlocked() : nullptr;
     m_blockedInLastRound = blocked != nullptr;
     if (blocked != nullptr) {
+        QElapsedTimer elapsed;
+        elapsed.start();
         m_lastBlocked = blocked;
         blocked->takeTurn();
+        m_blockedMs += elapsed.elapsed();
     }
     if (m_line.isEmpty()) {
         m_round.stop();
     }
+}
+
+bool ClientTurns::mayBlock() const
+{
+    const bool inTime = m_phase == Serving || (m_phase == Starting && m_blockedMs < StartMs);
+    return inTime && !m_blockedInLastRound;
 }
 
 void ClientTurns::serveQuickOnes()

@@ -12,7 +12,8 @@ class ClientSession;
 class ClientTurns : public QObject
 {
 public:
-    /// Commands that block are carried out from now on; before, they wait.
+    /// Until this is called, while the program starts, commands that block may take one second in all, so
+    /// that they cannot hold up the start; the others wait.
     void start();
     /// None is carried out any more: the program is about to end.
     void stop();
@@ -29,11 +30,13 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    bool mayBlock() const;
     ClientSession *takeBlocked();
     void serveQuickOnes();
 
-    enum { NotYet, Serving, Over } m_phase = NotYet;
+    enum { Starting, Serving, Over } m_phase = Starting;
     QList<ClientSession *> m_line;
+    qint64 m_blockedMs = 0; ///< by all that was carried out
     bool m_blockedInLastRound = false;
     ClientSession *m_lastBlocked = nullptr; ///< only compared, since it may be gone
     QBasicTimer m_round;

@@ -114,6 +114,18 @@ private slots:
         }
     }
 
+    void recallsDoNotHoldTheStart()
+    {
+        TestUnit unit(4);
+        Product product;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QCOMPARE(askTcp("1x1." + QByteArray(">r1.").repeated(100)), QByteArray("OK."));
+        QVERIFY(product.await("t1 "));
+        QVERIFY2(elapsed.elapsed() < 4000, QByteArray::number(elapsed.elapsed()));
+        QVERIFY(endsSoon(product));
+    }
+
     void aTakenPortIsNamed()
     {
         TestUnit unit(4);
