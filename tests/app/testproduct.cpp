@@ -2,6 +2,7 @@
 #include "filedescriptor.h"
 #include "mxsite.h"
 #include "product.h"
+#include "rawsocket.h"
 #include "sharedobjects.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -29,6 +30,26 @@ bool endsSoon(Product &product)
     elapsed.start();
     return product.end(SIGTERM) == 0 && elapsed.elapsed() < 1500;
 }
+
+/// Has sent 16,000 recalls, and listens.
+class Greedy
+{
+public:
+    explicit Greedy(bool tcp)
+        : m_socket(tcp ? RawSocket::tcp(MxSite::tcpPort()) : RawSocket::udp())
+    {
+        const QByteArray block = "1x1." + QByteArray(">r1.").repeated(16000);
+        if (tcp) {
+            m_socket->send(block);
+        } else {
+            m_socket->sendTo(MxSite::udpPort(), block);
+        }
+    }
+    bool isServed() const { return m_socket->receive() == "OK."; }
+
+private:
+    const std::unique_ptr<RawSocket> m_socket;
+};
 } // namespace
 
 /// The program as a process, from its start to its end.
@@ -101,16 +122,15 @@ private slots:
         QCOMPARE(unit.fileContent("/home/app/data/scene2"), QByteArray::fromHex("0000000000000300"));
     }
 
-    /// However much a client has asked for.
+    /// However much a client, which stays there, has asked for.
     void aSignalEndsItWithinOneRecall()
     {
         for (const bool tcp : {true, false}) {
             TestUnit unit(4);
             Product product;
             QVERIFY(product.await("t1 "));
-            const QByteArray block = "1x1." + QByteArray(">r1.").repeated(tcp ? 100000 : 16000);
-            QCOMPARE(tcp ? askTcp(block) : askUdp(block), QByteArray("OK."));
-            QVERIFY2(endsSoon(product), tcp ? "TCP" : "UDP");
+            const Greedy client(tcp);
+            QVERIFY2(client.isServed() && endsSoon(product), tcp ? "TCP" : "UDP");
         }
     }
 
@@ -120,10 +140,9 @@ private slots:
         Product product;
         QElapsedTimer elapsed;
         elapsed.start();
-        QCOMPARE(askTcp("1x1." + QByteArray(">r1.").repeated(100)), QByteArray("OK."));
-        QVERIFY(product.await("t1 "));
+        const Greedy client(true);
+        QVERIFY(client.isServed() && product.await("t1 "));
         QVERIFY2(elapsed.elapsed() < 4000, QByteArray::number(elapsed.elapsed()));
-        QVERIFY(endsSoon(product));
     }
 
     void aTakenPortIsNamed()
