@@ -16,13 +16,17 @@ int setBeep(QMxComm &device, int beep)
 
 int runCommand(const CommandInterpreter &command, QMxComm &device)
 {
+    // Nearly every command: the indirect jump of the switch would cost more than the routing itself.
+    if (command.command() == CommandInterpreter::RouteToSome) {
+        device.MxCmdOneToSome(command.input(), command.outputs(), command.outputCount());
+        return MxOk;
+    }
     const int number = command.number();
     switch (command.command()) {
     case CommandInterpreter::SyntaxError:
         return MxError;
     case CommandInterpreter::RouteToSome:
-        device.MxCmdOneToSome(command.input(), command.outputs(), command.outputCount());
-        return MxOk;
+        break; // above
     case CommandInterpreter::RouteToAll:
         device.MxCmdOneToAll(command.input());
         return MxOk;
