@@ -8,7 +8,8 @@
 
 namespace
 {
-/// A block that is shorter is whole: no TCP segment that the network cuts has fewer bytes (RFC 9293).
+/// A shorter block is taken for whole. This is the segment size that TCP assumes when a peer names none
+/// (RFC 9293); networks that cut into smaller ones are rare.
 constexpr int SmallestCut = 536;
 constexpr int SilenceMs = 50;
 
