@@ -4,14 +4,24 @@
 
 #include <QHostAddress>
 
-class QMxUdp;
 class QUdpSocket;
 
 /// One sender of datagrams to one of the unit's ports. Main thread.
 class UdpPeer : public ClientSession
 {
 public:
-    UdpPeer(QMxUdp &owner, ClientTurns &turns)
+    /// Who keeps it while something waits.
+    class Owner
+    {
+    public:
+        /// Deletes a sender of which nothing waits any more.
+        virtual void forget(UdpPeer *peer) = 0;
+
+    protected:
+        ~Owner() = default;
+    };
+
+    UdpPeer(Owner &owner, ClientTurns &turns)
         : ClientSession(turns)
         , m_owner(owner)
     {
@@ -35,7 +45,7 @@ protected:
     void onSettled() override;
 
 private:
-    QMxUdp &m_owner;
+    Owner &m_owner;
     QUdpSocket *m_socket = nullptr;
     QHostAddress m_address;
     quint16 m_port = 0;
