@@ -27,7 +27,7 @@ public:
     /// Until this is called, while the program starts, commands that block may take one second in all, so
     /// that they cannot hold up the start; the others wait.
     void start();
-    /// None is carried out any more: the program is about to end.
+    /// Carries out no more of them: the program is about to end.
     void stop();
 
     /// Puts the session at the end of the line.

@@ -13,8 +13,8 @@ class QUdpSocket;
 /// IPv4 address, one datagram at a time. Replies go to the sender, from the port that it wrote to, one
 /// datagram each. Main thread.
 ///
-/// A sender is remembered only while commands of its wait. At most `MaxPeers` are, with one block of commands
-/// each; what comes beyond that is dropped, as a network drops datagrams.
+/// A sender is remembered only while some of its commands wait. At most `MaxPeers` are, with one block of
+/// commands each; what comes beyond that is dropped, as a network drops datagrams.
 class QMxUdp : public QObject, private UdpPeer::Owner
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ public:
     class Owner
     {
     public:
-        /// Deletes a sender of which nothing waits any more.
+        /// Deletes a sender that has nothing waiting any more.
         virtual void forget(UdpPeer *peer) = 0;
 
     protected:
@@ -27,7 +27,7 @@ public:
     {
     }
 
-    /// Who it is; only for one of whom nothing waits. Replies leave through `socket`.
+    /// Sets who it is; only while it has nothing waiting. Replies leave through `socket`.
     void setAddress(QUdpSocket *socket, const QHostAddress &address, quint16 port);
     /// Stands for the sender as long as the object lives.
     quint64 key() const { return keyOf(m_socket, m_address, m_port); }
