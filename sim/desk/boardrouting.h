@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QMetaType>
-
-#include <cstdint>
 #include <vector>
 
+namespace sim
+{
 /// Per output the input that it shows, 0-based; 0xFFFF is dark. A signal may carry it to another thread.
-using BoardRouting = std::vector<uint16_t>;
+using BoardRouting = std::vector<quint16>;
+} // namespace sim
 
-Q_DECLARE_METATYPE(BoardRouting)
+Q_DECLARE_METATYPE(sim::BoardRouting)

@@ -4,21 +4,22 @@
 
 #include <QMouseEvent>
 #include <QPainter>
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
+namespace sim
+{
 namespace
 {
-const QColor trace(58, 74, 68);
-const QColor inputLight(255, 176, 72);
-const QColor outputLight(104, 240, 150);
-const QColor crossLight(255, 236, 190);
+const QColor Trace(58, 74, 68);
+const QColor InputLight(255, 176, 72);
+const QColor OutputLight(104, 240, 150);
+const QColor CrossLight(255, 236, 190);
 
-constexpr qreal finePitch = 5; ///< below it only every tenth trace is drawn
+constexpr qreal FinePitch = 5; ///< below it only every tenth trace is drawn
 
-/// Every how many numbers one has room that needs `extent` pixels.
+/// Every how many numbers there is room to write one, which takes `extent` pixels.
 int numberStep(qreal pitch, qreal extent)
 {
     for (const int step : {1, 5, 10, 20}) {
@@ -39,7 +40,7 @@ QColor faded(QColor color, int alpha)
 BoardView::BoardView(int ports, QWidget *parent)
     : QWidget(parent)
     , m_ports(ports)
-    , m_routing(static_cast<size_t>(ports), 0xFFFF)
+    , m_routing(static_cast<std::size_t>(ports), 0xFFFF)
 {
     setMouseTracking(true);
 }
@@ -99,7 +100,7 @@ QString BoardView::headline() const
     if (m_pointed < 0) {
         return "SWITCHING BOARD";
     }
-    const int input = m_routing[static_cast<size_t>(m_pointed)] + 1;
+    const int input = m_routing[static_cast<std::size_t>(m_pointed)] + 1;
     return QString("OUTPUT %1: ").arg(m_pointed + 1) +
            (input > m_ports ? "DARK" : QString("INPUT %1").arg(input));
 }
@@ -108,9 +109,9 @@ void BoardView::paintGrid(QPainter *painter) const
 {
     const QRectF all = field();
     const auto isDrawn = [this](int index, qreal extent) {
-        return extent / m_ports >= finePitch || index == 0 || (index + 1) % 10 == 0;
+        return extent / m_ports >= FinePitch || index == 0 || (index + 1) % 10 == 0;
     };
-    painter->setPen(QPen(trace, 1));
+    painter->setPen(QPen(Trace, 1));
     for (int i = 0; i < m_ports; ++i) {
         const QPointF at = crosspoint(i, i);
         if (isDrawn(i, all.width())) {
@@ -132,11 +133,11 @@ void BoardView::paintNumbers(QPainter *painter) const
     for (int i = 0; i < m_ports; ++i) {
         const QPointF at = crosspoint(i, i);
         const QString number = QString::number(i + 1);
-        painter->setPen(inputLight);
+        painter->setPen(InputLight);
         if (isShown(i, across)) {
             painter->drawText(QRectF(at.x() - 20, all.top() - 22, 40, 16), Qt::AlignCenter, number);
         }
-        painter->setPen(outputLight);
+        painter->setPen(OutputLight);
         if (isShown(i, down)) {
             painter->drawText(QRectF(all.left() - 38, at.y() - 8, 30, 16), Qt::AlignRight | Qt::AlignVCenter,
                               number);
@@ -151,11 +152,11 @@ void BoardView::paintRoutes(QPainter *painter) const
     const qreal radius = std::max(1.8, std::min(pitch * 0.42, 6.0));
     std::vector<QPointF> lit;
     for (int output = 0; output < m_ports; ++output) {
-        const int input = m_routing[static_cast<size_t>(output)];
+        const int input = m_routing[static_cast<std::size_t>(output)];
         const bool isPointed = output == m_pointed;
         if (isPointed) {
             const qreal y = crosspoint(0, output).y();
-            painter->setPen(QPen(faded(outputLight, 120), 1));
+            painter->setPen(QPen(faded(OutputLight, 120), 1));
             painter->drawLine(QPointF(all.left() - 4, y), QPointF(all.right(), y));
         }
         if (input >= m_ports) {
@@ -163,18 +164,19 @@ void BoardView::paintRoutes(QPainter *painter) const
         }
         const QPointF at = crosspoint(input, output);
         lit.push_back(at);
-        if (pitch >= finePitch || isPointed) {
-            painter->setPen(QPen(faded(inputLight, 90), 1.4));
+        if (pitch >= FinePitch || isPointed) {
+            painter->setPen(QPen(faded(InputLight, 90), 1.4));
             painter->drawLine(QPointF(at.x(), all.top() - 4), at);
-            painter->setPen(QPen(faded(outputLight, 120), 1.4));
+            painter->setPen(QPen(faded(OutputLight, 120), 1.4));
             painter->drawLine(QPointF(all.left() - 4, at.y()), at);
         }
     }
     for (const QPointF &at : lit) {
-        paintGlow(painter, at, radius * 2.6, faded(inputLight, 150));
+        paintGlow(painter, at, radius * 2.6, faded(InputLight, 150));
     }
-    painter->setBrush(crossLight);
+    painter->setBrush(CrossLight);
     for (const QPointF &at : lit) {
         painter->drawEllipse(at, radius, radius);
     }
 }
+} // namespace sim

@@ -4,8 +4,10 @@
 
 #include <QWidget>
 
-/// The crosspoints of the switching board: an input per column, an output per row. Where the pointer is, it
-/// says what the output shows.
+namespace sim
+{
+/// The crosspoints of the switching board: an input per column, an output per row. It says what the
+/// output at the pointer shows.
 class BoardView : public QWidget
 {
     Q_OBJECT
@@ -35,3 +37,4 @@ private:
     BoardRouting m_routing;
     int m_pointed = -1; ///< the output that the pointer is at; -1 is none
 };
+} // namespace sim

@@ -5,9 +5,11 @@
 #include <unistd.h>
 #include <utility>
 
+namespace sim
+{
 namespace
 {
-constexpr int upMs = 10000;
+constexpr int UpMs = 10000;
 
 void signalGroup(qint64 pid, int signal)
 {
@@ -29,25 +31,28 @@ ChildProcess::~ChildProcess()
     stop();
 }
 
-QString ChildProcess::launch(const QString &program, const QStringList &arguments)
+Result ChildProcess::launch(const QString &program, const QStringList &arguments)
 {
     start(program, arguments);
     if (!waitForStarted()) {
-        return QString("cannot start %1: %2").arg(program, errorString());
+        return {QString("cannot start %1: %2").arg(program, errorString())};
     }
     m_pid = processId();
     return {};
 }
 
-QString ChildProcess::bringUp(const ServerPart &server, const QStringList &arguments, const QString &log)
+Result ChildProcess::bringUp(const ServerPart &server, const QStringList &arguments, const QString &log)
 {
     setStandardErrorFile(log, QIODevice::Append);
-    QString error = launch(server.program, arguments);
-    if (error.isEmpty() && !waitForReadyRead(upMs)) {
+    Result result = launch(server.program, arguments);
+    if (result.isDone() && !waitForReadyRead(UpMs)) {
         stop();
-        error = QString("%1 did not come up, see %2").arg(server.program, log);
+        result.failure = QString("%1 did not come up, see %2").arg(server.program, log);
     }
-    return error.isEmpty() ? error : QString("%1 (Debian package %2)").arg(error, server.package);
+    if (!result.isDone()) {
+        result.failure += QString(" (Debian package %1)").arg(server.package);
+    }
+    return result;
 }
 
 void ChildProcess::stop()
@@ -66,11 +71,11 @@ void ChildProcess::stop()
 void ChildProcess::setupChildProcess()
 {
     // Ctrl-C on the terminal is for mxsim, which then ends its children in order.
-    setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 void ChildProcess::onFinished()
@@ -81,3 +86,4 @@ void ChildProcess::onFinished()
         emit ended();
     }
 }
+} // namespace sim

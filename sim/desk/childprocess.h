@@ -1,7 +1,11 @@
 #pragma once
 
+#include "result.h"
+
 #include <QProcess>
 
+namespace sim
+{
 /// A program that says on its output that it is up, and then no more.
 struct ServerPart {
     const char *program;
@@ -20,12 +24,11 @@ public:
     /// As stop(); too late for a derived class that listens to the process.
     ~ChildProcess() override;
 
-    /// Starts the program, looked up in the PATH when it has no folder. Returns an empty text, or one line
-    /// that says why not.
-    QString launch(const QString &program, const QStringList &arguments);
+    /// Starts the program, looked up in the PATH when it has no folder.
+    Result launch(const QString &program, const QStringList &arguments);
 
     /// As launch(), with its messages added to the log file, and waits until it is up, at most 10 s.
-    QString bringUp(const ServerPart &server, const QStringList &arguments, const QString &log);
+    Result bringUp(const ServerPart &server, const QStringList &arguments, const QString &log);
 
     /// Ends the process and what it has started: asks, and later insists. Blocks until they have gone.
     void stop();
@@ -43,3 +46,4 @@ private:
     const int m_stopMs;
     qint64 m_pid = 0; ///< 0 when there is none, or it is being stopped
 };
+} // namespace sim

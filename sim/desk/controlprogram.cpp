@@ -1,9 +1,11 @@
 #include "controlprogram.h"
 
+namespace sim
+{
 namespace
 {
-constexpr int startMs = 10000;
-constexpr char readyMark[] = "t0 ";
+constexpr int StartMs = 10000;
+constexpr char ReadyMark[] = "t0 ";
 } // namespace
 
 ControlProgram::ControlProgram(QObject *parent)
@@ -13,7 +15,7 @@ ControlProgram::ControlProgram(QObject *parent)
     m_startTimer.setSingleShot(true);
     connect(&m_startTimer, &QTimer::timeout, this,
             [this] { emit failed("the program did not come up within 10 s; " + lastOutput()); });
-    connect(this, &QProcess::started, this, [this] { m_startTimer.start(startMs); });
+    connect(this, &QProcess::started, this, [this] { m_startTimer.start(StartMs); });
     connect(this, &QProcess::readyRead, this, &ControlProgram::readOutput);
     connect(this, &ChildProcess::ended, this, &ControlProgram::onEnded);
 }
@@ -24,11 +26,11 @@ ControlProgram::~ControlProgram()
     stop();
 }
 
-QString ControlProgram::openLog(const QString &path)
+Result ControlProgram::openLog(const QString &path)
 {
     m_log.setFileName(path);
     if (!m_log.open(QIODevice::WriteOnly)) {
-        return QString("cannot write %1: %2").arg(path, m_log.errorString());
+        return {QString("cannot write %1: %2").arg(path, m_log.errorString())};
     }
     return {};
 }
@@ -49,7 +51,7 @@ void ControlProgram::takeLine(const QByteArray &line)
         if (!message.isEmpty()) {
             m_lastMessage = message;
         }
-        if (m_startTimer.isActive() && message.startsWith(readyMark)) {
+        if (m_startTimer.isActive() && message.startsWith(ReadyMark)) {
             m_startTimer.stop();
             emit up();
         }
@@ -75,3 +77,4 @@ QString ControlProgram::lastOutput() const
     }
     return QString("its last output was \"%1\"").arg(QString::fromLocal8Bit(m_lastMessage));
 }
+} // namespace sim

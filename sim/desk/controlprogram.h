@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTimer>
 
+namespace sim
+{
 /// The control program, its output in a log file. For the thread that makes it.
 class ControlProgram : public ChildProcess
 {
@@ -16,9 +18,9 @@ public:
     /// As stop().
     ~ControlProgram() override;
 
-    /// Has the program's output overwrite this file. Returns an empty text, or one line that says why not. To
-    /// be called before launch(); signals tell what comes after that.
-    QString openLog(const QString &path);
+    /// Has the program's output overwrite this file. To be called before launch(); signals tell what comes
+    /// after that.
+    Result openLog(const QString &path);
 
 signals:
     /// It has said that it is ready.
@@ -37,3 +39,4 @@ private:
     QByteArray m_lastMessage;
     QTimer m_startTimer; ///< runs until the program is up
 };
+} // namespace sim

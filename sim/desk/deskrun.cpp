@@ -8,48 +8,50 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+namespace sim
+{
 namespace
 {
 /// It ends two processes in order, each of which it grants 5 s.
-constexpr int innerStopMs = 15000;
+constexpr int InnerStopMs = 15000;
 } // namespace
 
 DeskRun::DeskRun(const Options &options, const QStringList &arguments)
     : m_options(options)
     , m_arguments(arguments)
     , m_desk(options.vncPort)
-    , m_inner(nullptr, innerStopMs)
+    , m_inner(nullptr, InnerStopMs)
 {
     connect(&m_desk, &VncDesk::viewersLost, this, &DeskRun::onViewersLost);
     connect(&m_inner, &ChildProcess::ended, this, &DeskRun::onInnerEnded);
 }
 
-QString DeskRun::start()
+Result DeskRun::start()
 {
     UnitChoice choice;
-    QString error = m_lock.acquire(m_options.folder, "desk.lock");
-    if (error.isEmpty()) {
-        error = chooseUnit(m_options, &choice);
-    }
-    if (error.isEmpty()) {
-        error = m_desk.start(m_options.folder,
-                             choice.isFrontPanel ? PanelWindow::extent : TouchscreenWindow::extent);
-    }
-    if (error.isEmpty()) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        m_desk.addTo(&environment);
-        environment.insert(vncDeskVariable, QString::number(m_desk.port()));
-        m_inner.setProcessEnvironment(environment);
-        m_inner.setProcessChannelMode(QProcess::ForwardedChannels);
-        error = m_inner.launch(QCoreApplication::applicationFilePath(),
-                               m_arguments.mid(1) + QStringList{"--screen", "window"});
-    }
-    return error;
+    return m_lock.acquire(m_options.folder, "desk.lock")
+        .then([&] { return chooseUnit(m_options, &choice); })
+        .then([&] {
+            return m_desk.start(m_options.folder,
+                                choice.isFrontPanel ? PanelWindow::Extent : TouchscreenWindow::Extent);
+        })
+        .then([this] { return launchInner(); });
+}
+
+Result DeskRun::launchInner()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    m_desk.addTo(&environment);
+    environment.insert(VncDeskVariable, QString::number(m_desk.port()));
+    m_inner.setProcessEnvironment(environment);
+    m_inner.setProcessChannelMode(QProcess::ForwardedChannels);
+    return m_inner.launch(QCoreApplication::applicationFilePath(),
+                          m_arguments.mid(1) + QStringList{"--screen", "window"});
 }
 
 void DeskRun::onViewersLost()
 {
-    // Without its display the server for viewers ends as well; of that the inner one knows, and says so.
+    // The server for viewers ends with its display, too; then the mxsim on the desk notices and says so.
     if (m_desk.isUp()) {
         emit ended("the server for VNC viewers has ended", 1);
     }
@@ -63,3 +65,4 @@ void DeskRun::onInnerEnded()
         emit ended("the process with the window has crashed", 1);
     }
 }
+} // namespace sim

@@ -5,6 +5,8 @@
 #include "run.h"
 #include "vncdesk.h"
 
+namespace sim
+{
 /// A run of mxsim on a desk of its own: brings the desk up, and mxsim once more as a process there, whose
 /// output and exit code it passes on.
 class DeskRun : public Run
@@ -15,9 +17,10 @@ public:
     /// `arguments` as mxsim was given them, its own name first.
     DeskRun(const Options &options, const QStringList &arguments);
 
-    QString start() override;
+    Result start() override;
 
 private:
+    Result launchInner();
     void onViewersLost();
     void onInnerEnded();
 
@@ -27,3 +30,4 @@ private:
     VncDesk m_desk;
     ChildProcess m_inner; ///< ends before its desk
 };
+} // namespace sim

@@ -10,16 +10,16 @@ namespace sim
 {
 namespace
 {
-constexpr uint16_t dark = 0xFFFF;
-constexpr int buzzerLine = 4;
-constexpr size_t shownBytes = 16;
+constexpr quint16 Dark = 0xFFFF;
+constexpr int BuzzerLine = 4;
+constexpr std::size_t ShownBytes = 16;
 
 /// Ascending numbers, counted from 0, as text counted from 1: "1-3, 7".
-std::string numberRuns(const std::vector<size_t> &numbers)
+std::string numberRuns(const std::vector<std::size_t> &numbers)
 {
     std::string text;
-    for (size_t first = 0; first < numbers.size();) {
-        size_t last = first;
+    for (std::size_t first = 0; first < numbers.size();) {
+        std::size_t last = first;
         while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1) {
             ++last;
         }
@@ -32,19 +32,19 @@ std::string numberRuns(const std::vector<size_t> &numbers)
     return text;
 }
 
-std::string group(uint16_t input, const std::vector<size_t> &outputs)
+std::string group(quint16 input, const std::vector<std::size_t> &outputs)
 {
     const std::string numbers = (outputs.size() > 1 ? "outputs " : "output ") + numberRuns(outputs);
-    return input == dark ? numbers + " dark" : "input " + std::to_string(input + 1) + " on " + numbers;
+    return input == Dark ? numbers + " dark" : "input " + std::to_string(input + 1) + " on " + numbers;
 }
 
-std::string hexBytes(const std::vector<uint8_t> &bytes)
+std::string hexBytes(const std::vector<quint8> &bytes)
 {
     std::string text;
-    for (size_t i = 0; i < bytes.size() && i < shownBytes; ++i) {
+    for (std::size_t i = 0; i < bytes.size() && i < ShownBytes; ++i) {
         text += ' ' + hex(bytes[i]);
     }
-    return bytes.size() > shownBytes ? text + " ... (" + std::to_string(bytes.size()) + " bytes)" : text;
+    return bytes.size() > ShownBytes ? text + " ... (" + std::to_string(bytes.size()) + " bytes)" : text;
 }
 } // namespace
 
@@ -55,8 +55,8 @@ std::string EventText::line(const WireEvent &event)
 
 std::string EventText::describe(const SwitchFrame &frame)
 {
-    std::map<uint16_t, std::vector<size_t>> outputsOf;
-    for (size_t output = 0; output < frame.inputs.size(); ++output) {
+    std::map<quint16, std::vector<std::size_t>> outputsOf;
+    for (std::size_t output = 0; output < frame.inputs.size(); ++output) {
         if (output >= m_routing.size() || m_routing[output] != frame.inputs[output]) {
             outputsOf[frame.inputs[output]].push_back(output);
         }
@@ -82,7 +82,7 @@ std::string EventText::describe(const PassedFrame &frame) const
 
 std::string EventText::describe(const LineWrite &write)
 {
-    if (write.line != buzzerLine) {
+    if (write.line != BuzzerLine) {
         return {};
     }
     const bool rises = write.level > m_buzzer;

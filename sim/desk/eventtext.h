@@ -2,7 +2,7 @@
 
 #include "wireevents.h"
 
-#include <cstdint>
+#include <QtGlobal>
 #include <string>
 #include <vector>
 
@@ -23,7 +23,7 @@ private:
     std::string describe(const LineWrite &write);
     std::string describe(const WireFault &fault) const;
 
-    std::vector<uint16_t> m_routing; ///< empty before the first switch frame
+    std::vector<quint16> m_routing; ///< empty before the first switch frame
     int m_buzzer = 0;
 };
 } // namespace sim

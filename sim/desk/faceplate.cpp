@@ -4,10 +4,12 @@
 #include <QLinearGradient>
 #include <QRadialGradient>
 
+namespace sim
+{
 namespace
 {
-const QColor lettering(205, 208, 212);
-constexpr int earWidth = 40; ///< of the plate beyond the housing, where the rack holds it
+const QColor Lettering(205, 208, 212);
+constexpr int EarWidth = 40; ///< of the plate beyond the housing, where the rack holds it
 
 /// Streaks of a brush that went from side to side.
 void paintBrushing(QPainter *painter, const QRect &rect)
@@ -85,11 +87,11 @@ void paintPlate(QPainter *painter, const QRect &rect)
     painter->fillRect(QRect(rect.left(), rect.top(), rect.width(), 1), QColor(255, 255, 255, 60));
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), QColor(0, 0, 0, 160));
 
-    for (const int x : {rect.left() + earWidth, rect.right() - earWidth}) {
+    for (const int x : {rect.left() + EarWidth, rect.right() - EarWidth}) {
         painter->fillRect(QRect(x, rect.top() + 1, 1, rect.height() - 2), QColor(0, 0, 0, 130));
         painter->fillRect(QRect(x + 1, rect.top() + 1, 1, rect.height() - 2), QColor(255, 255, 255, 22));
     }
-    const qreal in = earWidth / 2.0;
+    const qreal in = EarWidth / 2.0;
     int angle = 20;
     for (const qreal x : {rect.left() + in, rect.right() - in}) {
         for (const qreal y : {rect.top() + 44.0, rect.bottom() - 44.0}) {
@@ -132,7 +134,7 @@ void paintLettering(QPainter *painter, const QRect &rect, int flags, const QStri
     painter->setFont(letteringFont(pixelSize, pixelSize * 0.14));
     painter->setPen(QColor(0, 0, 0, 150));
     painter->drawText(rect.translated(0, 1), flags, text);
-    painter->setPen(lettering);
+    painter->setPen(Lettering);
     painter->drawText(rect, flags, text);
 }
 
@@ -144,3 +146,4 @@ QFont letteringFont(int pixelSize, qreal spacing)
     font.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
     return font;
 }
+} // namespace sim

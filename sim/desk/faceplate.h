@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QSize>
 
+namespace sim
+{
 // What the front of the unit is made of. For paint events.
 
 /// The bench that the unit stands on, and what lies there with it.
@@ -23,3 +25,4 @@ void paintLettering(QPainter *painter, const QRect &rect, int flags, const QStri
 
 /// The typeface of all lettering; `spacing` is added between letters, in pixels.
 QFont letteringFont(int pixelSize, qreal spacing = 0);
+} // namespace sim

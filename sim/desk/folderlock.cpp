@@ -2,22 +2,22 @@
 
 #include <QDir>
 #include <QFile>
-
-#include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 
-QString FolderLock::acquire(const QString &folder, const QString &lockFile)
+namespace sim
+{
+Result FolderLock::acquire(const QString &folder, const QString &lockFile)
 {
     QDir().mkpath(folder);
     m_file.reset(
-        open(QFile::encodeName(folder + "/" + lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+        ::open(QFile::encodeName(folder + "/" + lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
     if (m_file.get() < 0) {
-        return QString("cannot use the folder %1: %2").arg(folder, strerror(errno));
+        return systemFailure("cannot use the folder " + folder);
     }
-    if (flock(m_file.get(), LOCK_EX | LOCK_NB) < 0) {
-        return QString("the folder %1 is in use by another mxsim").arg(folder);
+    if (::flock(m_file.get(), LOCK_EX | LOCK_NB) < 0) {
+        return {QString("the folder %1 is in use by another mxsim").arg(folder)};
     }
     return {};
 }
+} // namespace sim

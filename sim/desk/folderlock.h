@@ -1,17 +1,18 @@
 #pragma once
 
-#include "devicenode.h"
+#include "descriptor.h"
+#include "result.h"
 
-#include <QString>
-
+namespace sim
+{
 /// Keeps a folder for one mxsim at a time.
 class FolderLock
 {
 public:
     /// Makes the folder where it is missing and locks this file in it until the object or the process ends.
-    /// Returns an empty text, or one line that says why the folder cannot be had.
-    QString acquire(const QString &folder, const QString &lockFile = "mxsim.lock");
+    Result acquire(const QString &folder, const QString &lockFile = "mxsim.lock");
 
 private:
-    sim::Descriptor m_file;
+    Descriptor m_file;
 };
+} // namespace sim

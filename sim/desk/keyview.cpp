@@ -6,10 +6,12 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+namespace sim
+{
 namespace
 {
-constexpr int margin = 6; ///< around the cap, where its light falls on the plate
-constexpr int travel = 2;
+constexpr int Margin = 6; ///< around the cap, where its light falls on the plate
+constexpr int Travel = 2;
 
 QColor mixed(const QColor &a, const QColor &b, qreal part)
 {
@@ -60,11 +62,11 @@ void KeyView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF well = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    const QRectF well = QRectF(rect()).adjusted(Margin, Margin, -Margin, -Margin);
     if (m_isLit) {
         QColor halo = m_light;
-        for (int ring = margin; ring > 0; --ring) {
-            halo.setAlpha(10 + (margin - ring) * 8);
+        for (int ring = Margin; ring > 0; --ring) {
+            halo.setAlpha(10 + (Margin - ring) * 8);
             painter.setPen(QPen(halo, 1.5));
             painter.setBrush(Qt::NoBrush);
             painter.drawRoundedRect(well.adjusted(-ring, -ring, ring, ring), 4 + ring, 4 + ring);
@@ -74,7 +76,7 @@ void KeyView::paintEvent(QPaintEvent *)
     painter.setBrush(QColor(8, 8, 9));
     painter.drawRoundedRect(well.adjusted(-1.5, -1.5, 1.5, 2.5), 5, 5);
 
-    const QRectF cap = m_isDown ? well.adjusted(1, 1 + travel, -1, 1) : well.adjusted(0, 0, 0, -1);
+    const QRectF cap = m_isDown ? well.adjusted(1, 1 + Travel, -1, 1) : well.adjusted(0, 0, 0, -1);
     const QColor plain(m_isDown ? 58 : 74, m_isDown ? 60 : 76, m_isDown ? 63 : 80);
     QLinearGradient face(cap.topLeft(), cap.bottomLeft());
     face.setColorAt(0, m_isLit ? mixed(m_light, Qt::white, 0.45) : plain.lighter(118));
@@ -88,3 +90,4 @@ void KeyView::paintEvent(QPaintEvent *)
     painter.setPen(m_isLit ? QColor(24, 22, 18) : QColor(222, 224, 227));
     painter.drawText(cap, Qt::AlignCenter, m_legend);
 }
+} // namespace sim

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace sim
+{
 /// A key of the front panel with the LED behind it.
 class KeyView : public QWidget
 {
@@ -33,3 +35,4 @@ private:
     bool m_isLit = false;
     bool m_isDown = false;
 };
+} // namespace sim

@@ -7,13 +7,13 @@ namespace sim
 {
 namespace
 {
-constexpr int64_t steadyMs = 100;
-constexpr std::array<const char *, 4> blocks = {" ", "▀", "▄", "█"};
+constexpr qint64 SteadyMs = 100;
+constexpr std::array<const char *, 4> Blocks = {" ", "▀", "▄", "█"};
 
 std::string edge(const char *left, const char *right)
 {
     std::string line = left;
-    for (int x = 0; x < LcdModule::width; ++x) {
+    for (int x = 0; x < LcdModule::Width; ++x) {
         line += "─";
     }
     return line + right + "\n";
@@ -22,10 +22,10 @@ std::string edge(const char *left, const char *right)
 std::string picture(const LcdModule &lcd)
 {
     std::string text = edge("┌", "┐");
-    for (int y = 0; y < LcdModule::height; y += 2) {
+    for (int y = 0; y < LcdModule::Height; y += 2) {
         text += "│";
-        for (int x = 0; x < LcdModule::width; ++x) {
-            text += blocks[(lcd.isLit(x, y) ? 1u : 0u) + (lcd.isLit(x, y + 1) ? 2u : 0u)];
+        for (int x = 0; x < LcdModule::Width; ++x) {
+            text += Blocks[(lcd.isLit(x, y) ? 1u : 0u) + (lcd.isLit(x, y + 1) ? 2u : 0u)];
         }
         text += "│\n";
     }
@@ -35,14 +35,14 @@ std::string picture(const LcdModule &lcd)
 }
 } // namespace
 
-std::string LcdText::look(const LcdModule &lcd, int64_t nowMs)
+std::string LcdText::look(const LcdModule &lcd, qint64 nowMs)
 {
     std::string now = picture(lcd);
     if (now != m_seen) {
         m_seen = std::move(now);
         m_seenSinceMs = nowMs;
     }
-    if (m_seen == m_returned || nowMs - m_seenSinceMs < steadyMs) {
+    if (m_seen == m_returned || nowMs - m_seenSinceMs < SteadyMs) {
         return {};
     }
     return m_returned = m_seen;

@@ -2,7 +2,7 @@
 
 #include "lcdmodule.h"
 
-#include <cstdint>
+#include <QtGlobal>
 #include <string>
 
 namespace sim
@@ -11,15 +11,15 @@ namespace sim
 class LcdText
 {
 public:
-    /// Tells what is to be seen now, in milliseconds of any steady clock. Returns the picture in UTF-8 once
-    /// it has changed since the last one returned and has been steady for 100 ms, else an empty text. A dark
-    /// display comes first.
-    std::string look(const LcdModule &lcd, int64_t nowMs);
+    /// Tells what is to be seen now, in milliseconds of any steady clock. \return the picture in UTF-8 once
+    /// it has changed since the last one returned, at first a dark display, and has been steady for 100 ms;
+    /// else an empty text
+    std::string look(const LcdModule &lcd, qint64 nowMs);
 
 private:
     std::string m_seen = blank();
     std::string m_returned = blank();
-    int64_t m_seenSinceMs = 0;
+    qint64 m_seenSinceMs = 0;
 
     static std::string blank();
 };

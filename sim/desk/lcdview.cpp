@@ -6,15 +6,17 @@
 #include <QPainter>
 #include <QRadialGradient>
 
+namespace sim
+{
 LcdView::LcdView(QWidget *parent)
     : QWidget(parent)
-    , m_dots(sim::LcdModule::width, sim::LcdModule::height, QImage::Format_Mono)
+    , m_dots(LcdModule::Width, LcdModule::Height, QImage::Format_Mono)
 {
-    setFixedSize(extent);
+    setFixedSize(Extent);
     m_dots.fill(0);
 }
 
-void LcdView::showPicture(const sim::LcdModule &lcd, bool light)
+void LcdView::showPicture(const LcdModule &lcd, bool light)
 {
     QImage dots(m_dots.size(), m_dots.format());
     for (int y = 0; y < dots.height(); ++y) {
@@ -47,7 +49,7 @@ void LcdView::paintEvent(QPaintEvent *)
     const QColor off(0, 0, 0, m_light ? 10 : 8);
     for (int y = 0; y < m_dots.height(); ++y) {
         for (int x = 0; x < m_dots.width(); ++x) {
-            const QRect dot(border + x * dotSize, border + y * dotSize, dotSize - 1, dotSize - 1);
+            const QRect dot(Border + x * DotSize, Border + y * DotSize, DotSize - 1, DotSize - 1);
             const bool isOn = m_dots.pixelIndex(x, y) != 0;
             if (isOn) {
                 painter.fillRect(dot.adjusted(0, 0, 1, 1), onGap);
@@ -66,3 +68,4 @@ void LcdView::paintEvent(QPaintEvent *)
     gloss.setColorAt(0.51, QColor(255, 255, 255, 0));
     painter.fillRect(glass, gloss);
 }
+} // namespace sim

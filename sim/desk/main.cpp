@@ -1,13 +1,12 @@
 // mxsim: the control program on a unit without hardware, for people.
 
+#include "descriptor.h"
 #include "deskrun.h"
-#include "devicenode.h"
 #include "session.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 #include <QSocketNotifier>
-
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -16,60 +15,65 @@
 #include <utility>
 #include <xcb/xcb.h>
 
+using namespace sim;
+
 namespace
 {
 /// Variables with which a desk changes the look and the size of Qt's widgets.
-const char *const deskVariables[] = {"QT_QPA_PLATFORMTHEME",    "QT_STYLE_OVERRIDE",
-                                     "QT_SCALE_FACTOR",         "QT_AUTO_SCREEN_SCALE_FACTOR",
-                                     "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI"};
+constexpr const char *DeskVariables[] = {"QT_QPA_PLATFORMTHEME",    "QT_STYLE_OVERRIDE",
+                                         "QT_SCALE_FACTOR",         "QT_AUTO_SCREEN_SCALE_FACTOR",
+                                         "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI"};
 
-/// Readable once the user wants to end the program. To be called before there is any other thread.
+/// To be called before there is any other thread. \return a descriptor, readable once the user wants to end
+/// mxsim
 int openStopSignals()
 {
-    signal(SIGPIPE, SIG_IGN);
+    ::signal(SIGPIPE, SIG_IGN);
     sigset_t stop;
-    sigemptyset(&stop);
-    sigaddset(&stop, SIGINT);
-    sigaddset(&stop, SIGTERM);
-    sigprocmask(SIG_BLOCK, &stop, nullptr);
-    return signalfd(-1, &stop, SFD_CLOEXEC | SFD_NONBLOCK);
+    ::sigemptyset(&stop);
+    ::sigaddset(&stop, SIGINT);
+    ::sigaddset(&stop, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &stop, nullptr);
+    return ::signalfd(-1, &stop, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-/// Says why mxsim ends, the first time that there is something to say. More often follows from that.
+/// Says why mxsim ends, once: whatever is told later follows from that. \return the exit code
 int fail(const QString &reason)
 {
     static bool isSaid = false;
     if (!reason.isEmpty() && !std::exchange(isSaid, true)) {
-        fprintf(stderr, "mxsim: %s\n", qPrintable(reason));
+        std::fprintf(stderr, "mxsim: %s\n", qPrintable(reason));
     }
     return 1;
 }
 
 /// The platform plugin of Qt aborts when the display cannot be opened.
-QString checkDisplay()
+Result checkDisplay()
 {
     xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
     const bool isOpen = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
-    return isOpen ? QString()
-                  : QString("there is no desk at the display \"%1\"").arg(qgetenv("DISPLAY").constData());
+    if (!isOpen) {
+        return {QString("there is no desk at the display \"%1\"").arg(qgetenv("DISPLAY").constData())};
+    }
+    return {};
 }
 
-/// The unit looks like itself on every desk, and what Qt says of the desk's peculiarities is for nobody.
+/// Makes the unit look the same on every desk, and keeps quiet what Qt says of the desk's peculiarities.
 void settleLook()
 {
-    for (const char *name : deskVariables) {
+    for (const char *name : DeskVariables) {
         qunsetenv(name);
     }
     qputenv("QT_QPA_PLATFORM", "xcb");
-    // With a visual of its own for OpenGL the window could not be the parent of another program's.
+    // A window with a visual of its own for OpenGL could not be the parent of another program's.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     QLoggingCategory::setFilterRules("default.warning=false\nqt.qpa.xcb.warning=false");
 }
 
 std::unique_ptr<Run> theRun;
 
-/// Qt ends the process at once, by exit(), when the display goes. What was started has to end even so.
+/// Qt ends the process at once, by exit(), when the display goes; what was started has to end even then.
 void endLost()
 {
     if (theRun) {
@@ -87,9 +91,9 @@ int run(int stopSignals)
             QCoreApplication::exit(code);
         }
     });
-    const QString error = theRun->start();
-    if (!error.isEmpty()) {
-        return fail(error);
+    const Result started = theRun->start();
+    if (!started.isDone()) {
+        return fail(started.failure);
     }
     const QSocketNotifier notifier(stopSignals, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, QCoreApplication::instance(),
@@ -100,16 +104,14 @@ int run(int stopSignals)
 
 int main(int argc, char *argv[])
 {
-    const sim::Descriptor stopSignals(openStopSignals());
+    const Descriptor stopSignals(openStopSignals());
     auto app = std::make_unique<QCoreApplication>(argc, argv);
     Options options;
-    QString error = parseOptions(app->arguments(), &options);
+    const Result parsed = parseOptions(app->arguments(), &options);
     const bool hasWindow = options.screen == ScreenKind::Window;
-    if (error.isEmpty() && hasWindow) {
-        error = checkDisplay();
-    }
-    if (!error.isEmpty()) {
-        return fail(error);
+    const Result usable = hasWindow ? parsed.then(checkDisplay) : parsed;
+    if (!usable.isDone()) {
+        return fail(usable.failure);
     }
     if (hasWindow) {
         settleLook();

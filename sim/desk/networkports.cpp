@@ -4,30 +4,35 @@
 #include <QTcpServer>
 #include <QUdpSocket>
 
+namespace sim
+{
 namespace
 {
-const char errorText[] = "%1 port %2 cannot be had: %3";
+Result notToBeHad(const char *protocol, int port, const QString &reason)
+{
+    return {QString("%1 port %2 cannot be had: %3").arg(protocol).arg(port).arg(reason)};
+}
 
-QString checkTcpPort(const QHostAddress &address, quint16 port)
+Result checkTcpPort(const QHostAddress &address, quint16 port)
 {
     QTcpServer server;
-    return server.listen(address, port) ? QString()
-                                        : QString(errorText).arg("TCP").arg(port).arg(server.errorString());
+    return server.listen(address, port) ? Result() : notToBeHad("TCP", port, server.errorString());
 }
 } // namespace
 
-QString checkNetworkPorts(quint16 tcpPort, quint16 firstUdpPort)
+Result checkNetworkPorts(quint16 tcpPort, quint16 firstUdpPort)
 {
-    for (int port = firstUdpPort; port < firstUdpPort + udpPortCount; ++port) {
+    for (int port = firstUdpPort; port < firstUdpPort + UdpPortCount; ++port) {
         QUdpSocket udp;
         if (!udp.bind(QHostAddress::AnyIPv4, static_cast<quint16>(port))) {
-            return QString(errorText).arg("UDP").arg(port).arg(udp.errorString());
+            return notToBeHad("UDP", port, udp.errorString());
         }
     }
     return checkTcpPort(QHostAddress::AnyIPv4, tcpPort);
 }
 
-QString checkLocalPort(quint16 tcpPort)
+Result checkLocalPort(quint16 tcpPort)
 {
     return checkTcpPort(QHostAddress::LocalHost, tcpPort);
 }
+} // namespace sim

@@ -1,12 +1,16 @@
 #pragma once
 
-#include <QString>
+#include "result.h"
 
-constexpr quint16 udpPortCount = 8;
+#include <QtGlobal>
 
-/// Whether the control program will get its network ports. Returns an empty text, or one line that names the
-/// first one that is not to be had.
-QString checkNetworkPorts(quint16 tcpPort, quint16 firstUdpPort);
+namespace sim
+{
+constexpr quint16 UdpPortCount = 8;
+
+/// Whether the control program will get its network ports; the failure names the first that cannot be had.
+Result checkNetworkPorts(quint16 tcpPort, quint16 firstUdpPort);
 
 /// The same for a TCP port of the loopback interface.
-QString checkLocalPort(quint16 tcpPort);
+Result checkLocalPort(quint16 tcpPort);
+} // namespace sim

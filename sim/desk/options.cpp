@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QMap>
 
+namespace sim
+{
 namespace
 {
 struct NumberOption {
@@ -15,26 +17,29 @@ struct NumberOption {
     int highest;
 };
 
-/// Reads a number that is in the option's range, or says in `error` that it is not. An option that is not
-/// given and has no default leaves `number` alone.
-void readNumber(const QCommandLineParser &parser, const NumberOption &of, int *number, QString *error)
+/// Reads a number that has to be in the option's range. An option that is not given and has no default leaves
+/// `number` alone.
+template <class Number>
+Result readNumber(const QCommandLineParser &parser, const NumberOption &of, Number *number)
 {
     const QString text = parser.value(of.option);
     if (text.isEmpty() && !parser.isSet(of.option)) {
-        return;
+        return {};
     }
     bool isNumber = false;
-    *number = text.toInt(&isNumber);
-    if (error->isEmpty() && (!isNumber || *number < of.lowest || *number > of.highest)) {
-        *error = QString("--%1 takes a number from %2 to %3, not \"%4\"")
-                     .arg(of.option.names().first())
-                     .arg(of.lowest)
-                     .arg(of.highest)
-                     .arg(text);
+    const int value = text.toInt(&isNumber);
+    if (!isNumber || value < of.lowest || value > of.highest) {
+        return {QString("--%1 takes a number from %2 to %3, not \"%4\"")
+                    .arg(of.option.names().first())
+                    .arg(of.lowest)
+                    .arg(of.highest)
+                    .arg(text)};
     }
+    *number = static_cast<Number>(value);
+    return {};
 }
 
-/// Where the environment has settled the platform, that is left alone.
+/// A platform that the environment has settled is left alone.
 QString defaultScreen()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
@@ -43,33 +48,38 @@ QString defaultScreen()
     return qEnvironmentVariableIsEmpty("DISPLAY") ? "vnc" : "window";
 }
 
-QString readScreen(const QString &text, ScreenKind *screen)
+Result readScreen(const QString &text, ScreenKind *screen)
 {
     const QMap<QString, ScreenKind> kinds{
         {"window", ScreenKind::Window}, {"vnc", ScreenKind::Vnc}, {"none", ScreenKind::None}};
-    *screen = kinds.value(text, ScreenKind::None);
-    return kinds.contains(text) ? QString()
-                                : QString("--screen takes window, vnc or none, not \"%1\"").arg(text);
+    if (!kinds.contains(text)) {
+        return {QString("--screen takes window, vnc or none, not \"%1\"").arg(text)};
+    }
+    *screen = kinds.value(text);
+    return {};
 }
 
-QString readFace(bool isTouchscreen, bool isFrontPanel, Face *face)
+Result readFace(bool isTouchscreen, bool isFrontPanel, Face *face)
 {
+    if (isTouchscreen && isFrontPanel) {
+        return {"--touchscreen and --front-panel are not for one unit"};
+    }
     *face = isTouchscreen ? Face::Touchscreen : isFrontPanel ? Face::FrontPanel : Face::AsLastTime;
-    return isTouchscreen && isFrontPanel ? "--touchscreen and --front-panel are not for one unit" : QString();
+    return {};
 }
 
-QString findProgram(const QString &path, Options *options)
+Result findProgram(const QString &path, Options *options)
 {
     const QFileInfo file(path);
     options->program = file.absoluteFilePath();
     if (!file.isFile() || !file.isExecutable()) {
-        return QString("there is no program %1").arg(path);
+        return {QString("there is no program %1").arg(path)};
     }
     return {};
 }
 } // namespace
 
-QString parseOptions(const QStringList &arguments, Options *options)
+Result parseOptions(const QStringList &arguments, Options *options)
 {
     const QCommandLineOption folder("folder", "Where the unit keeps its files (./unit).", "dir", "./unit");
     const QCommandLineOption program("program", "The control program (mxcontrol beside mxsim).", "path",
@@ -101,36 +111,29 @@ QString parseOptions(const QStringList &arguments, Options *options)
                        udp.option, screen, vnc.option, program});
     const QCommandLineOption help = parser.addHelpOption();
     if (!parser.parse(arguments)) {
-        return parser.errorText();
+        return {parser.errorText()};
     }
     if (parser.isSet(help)) {
         parser.showHelp();
     }
     if (!parser.positionalArguments().isEmpty()) {
-        return QString("\"%1\" is no option; see --help").arg(parser.positionalArguments().first());
+        return {QString("\"%1\" is no option; see --help").arg(parser.positionalArguments().first())};
     }
     if (parser.value(folder).isEmpty()) {
-        return "--folder takes the name of a folder";
+        return {"--folder takes the name of a folder"};
     }
 
-    QString error = readScreen(parser.value(screen), &options->screen);
-    int tcpPort = 0;
-    int udpPort = 0;
-    int vncPort = 0;
-    readNumber(parser, ports, &options->ports, &error);
-    readNumber(parser, scenes, &options->scenes, &error);
-    readNumber(parser, tcp, &tcpPort, &error);
-    readNumber(parser, udp, &udpPort, &error);
-    readNumber(parser, vnc, &vncPort, &error);
-    if (error.isEmpty()) {
-        error = readFace(parser.isSet(touchscreen), parser.isSet(frontPanel), &options->face);
-    }
     options->printLcd = parser.isSet(lcd);
-    options->tcpPort = static_cast<quint16>(tcpPort);
-    options->firstUdpPort = static_cast<quint16>(udpPort);
-    options->vncPort = static_cast<quint16>(vncPort);
-    options->vncDesk = static_cast<quint16>(qEnvironmentVariableIntValue(vncDeskVariable));
-    qunsetenv(vncDeskVariable);
+    options->vncDesk = static_cast<quint16>(qEnvironmentVariableIntValue(VncDeskVariable));
+    qunsetenv(VncDeskVariable);
     options->folder = QDir::cleanPath(QDir::current().absoluteFilePath(parser.value(folder)));
-    return error.isEmpty() ? findProgram(parser.value(program), options) : error;
+    return readScreen(parser.value(screen), &options->screen)
+        .then([&] { return readNumber(parser, ports, &options->ports); })
+        .then([&] { return readNumber(parser, scenes, &options->scenes); })
+        .then([&] { return readNumber(parser, tcp, &options->tcpPort); })
+        .then([&] { return readNumber(parser, udp, &options->firstUdpPort); })
+        .then([&] { return readNumber(parser, vnc, &options->vncPort); })
+        .then([&] { return readFace(parser.isSet(touchscreen), parser.isSet(frontPanel), &options->face); })
+        .then([&] { return findProgram(parser.value(program), options); });
 }
+} // namespace sim

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "result.h"
 #include "screen.h"
 
 #include <QStringList>
 
+namespace sim
+{
 /// With this variable mxsim tells itself the VNC port of the desk that it has made.
-constexpr char vncDeskVariable[] = "MXSIM_VNC_DESK";
+constexpr char VncDeskVariable[] = "MXSIM_VNC_DESK";
 
 /// How the unit is operated.
 enum class Face { AsLastTime, Touchscreen, FrontPanel };
@@ -25,6 +28,7 @@ struct Options {
     bool printLcd = false;
 };
 
-/// Reads the arguments, the program's own name first. Returns an empty text, or one line that says what is
-/// wrong. Prints the help and exits when asked for it.
-QString parseOptions(const QStringList &arguments, Options *options);
+/// Reads the arguments, the program's own name first; the failure says what is wrong with them. Prints the
+/// help and exits when asked for it.
+Result parseOptions(const QStringList &arguments, Options *options);
+} // namespace sim

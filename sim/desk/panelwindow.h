@@ -3,13 +3,11 @@
 #include "unitwindow.h"
 
 #include <QTimer>
-
 #include <vector>
 
 namespace sim
 {
 class VirtualUnit;
-}
 class KeyView;
 class LcdView;
 class RemoteView;
@@ -22,10 +20,10 @@ class PanelWindow : public UnitWindow
 
 public:
     /// How large it is, in pixels.
-    static constexpr QSize extent{1400, 860};
+    static constexpr QSize Extent{1400, 860};
 
     /// `ports` is 2..40.
-    PanelWindow(sim::VirtualUnit *unit, int ports);
+    PanelWindow(VirtualUnit *unit, int ports);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -40,9 +38,10 @@ private:
     void drawReceiver();
     void look();
 
-    sim::VirtualUnit *const m_unit;
+    VirtualUnit *const m_unit;
     LcdView *const m_lcd;
     RemoteView *const m_remote;
     std::vector<KeyView *> m_keys;
     QTimer m_timer;
 };
+} // namespace sim

@@ -8,17 +8,19 @@
 #include <QDir>
 #include <QFile>
 
+namespace sim
+{
 namespace
 {
-QString preload(const QString &interposer, QProcessEnvironment *environment)
+Result preload(const QString &interposer, QProcessEnvironment *environment)
 {
     if (!QFile::exists(interposer)) {
-        return QString("there is no %1").arg(interposer);
+        return {QString("there is no %1").arg(interposer)};
     }
     // It goes into a list with blanks and colons.
     if (interposer.contains(' ') || interposer.contains(':')) {
-        return QString("cannot run from %1, since there is a blank or a colon in the path")
-            .arg(QCoreApplication::applicationDirPath());
+        return {QString("cannot run from %1, since there is a blank or a colon in the path")
+                    .arg(QCoreApplication::applicationDirPath())};
     }
     const QString preloaded = environment->value("LD_PRELOAD");
     environment->insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);
@@ -49,8 +51,8 @@ void addScreen(const Options &options, bool isFrontPanel, const Screen &screen,
 }
 } // namespace
 
-QString makeProgramEnvironment(const Options &options, const UnitChoice &choice, const Screen &screen,
-                               QProcessEnvironment *environment)
+Result makeProgramEnvironment(const Options &options, const UnitChoice &choice, const Screen &screen,
+                              QProcessEnvironment *environment)
 {
     *environment = QProcessEnvironment::systemEnvironment();
     const QDir libraries(QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib"));
@@ -63,3 +65,4 @@ QString makeProgramEnvironment(const Options &options, const UnitChoice &choice,
     addScreen(options, choice.isFrontPanel, screen, environment);
     return preload(libraries.filePath("libmxioctl.so"), environment);
 }
+} // namespace sim

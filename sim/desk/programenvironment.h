@@ -1,15 +1,18 @@
 #pragma once
 
-#include <QProcessEnvironment>
-#include <QString>
+#include "result.h"
 
+#include <QProcessEnvironment>
+
+namespace sim
+{
 struct Options;
 class Screen;
 struct UnitChoice;
 
 /// Makes the environment in which the control program runs: this process's own, with the unit's devices,
 /// ports and fonts in place of those of the machine, and with where the program shows itself, if that is not
-/// settled already. A touchscreen in a window has its `screen` up before. Returns an empty text, or one line
-/// that says why there is no such environment.
-QString makeProgramEnvironment(const Options &options, const UnitChoice &choice, const Screen &screen,
-                               QProcessEnvironment *environment);
+/// settled already. A touchscreen in a window has its `screen` up before.
+Result makeProgramEnvironment(const Options &options, const UnitChoice &choice, const Screen &screen,
+                              QProcessEnvironment *environment);
+} // namespace sim

@@ -5,10 +5,11 @@
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
-
 #include <array>
 #include <cstring>
 
+namespace sim
+{
 namespace
 {
 struct RemoteKey {
@@ -18,7 +19,7 @@ struct RemoteKey {
     const char *word; ///< what a letter stands for
 };
 
-constexpr std::array<RemoteKey, 14> remoteKeys = {{{'1', 0, 0, ""},
+constexpr std::array<RemoteKey, 14> RemoteKeys = {{{'1', 0, 0, ""},
                                                    {'2', 0, 1, ""},
                                                    {'3', 0, 2, ""},
                                                    {'X', 0, 3, "input"},
@@ -32,11 +33,11 @@ constexpr std::array<RemoteKey, 14> remoteKeys = {{{'1', 0, 0, ""},
                                                    {'R', 2, 3, "recall"},
                                                    {'0', 3, 1, ""},
                                                    {'S', 3, 3, "save"}}};
-constexpr QSize keySize{37, 34};
+constexpr QSize KeySize{37, 34};
 
 QRect place(const RemoteKey &key)
 {
-    return {QPoint(23 + key.column * 45 + (key.column == 3 ? 4 : 0), 72 + key.row * 59), keySize};
+    return {QPoint(23 + key.column * 45 + (key.column == 3 ? 4 : 0), 72 + key.row * 59), KeySize};
 }
 
 void paintKey(QPainter *painter, const RemoteKey &key, bool isDown)
@@ -63,12 +64,12 @@ void paintKey(QPainter *painter, const RemoteKey &key, bool isDown)
 RemoteView::RemoteView(QWidget *parent)
     : QWidget(parent)
 {
-    setFixedSize(extent);
+    setFixedSize(Extent);
 }
 
 void RemoteView::press(char key)
 {
-    for (const RemoteKey &each : remoteKeys) {
+    for (const RemoteKey &each : RemoteKeys) {
         if (each.key == key) {
             m_down = key;
             emit sent(key);
@@ -85,7 +86,7 @@ void RemoteView::release()
 
 void RemoteView::mousePressEvent(QMouseEvent *event)
 {
-    for (const RemoteKey &key : remoteKeys) {
+    for (const RemoteKey &key : RemoteKeys) {
         if (event->button() == Qt::LeftButton && place(key).adjusted(-3, -3, 3, 3).contains(event->pos())) {
             press(key.key);
         }
@@ -126,7 +127,8 @@ void RemoteView::paintEvent(QPaintEvent *)
     if (m_down) {
         paintGlow(&painter, led, 16, QColor(255, 70, 60, 200));
     }
-    for (const RemoteKey &key : remoteKeys) {
+    for (const RemoteKey &key : RemoteKeys) {
         paintKey(&painter, key, key.key == m_down);
     }
 }
+} // namespace sim

@@ -2,13 +2,15 @@
 
 #include <QWidget>
 
+namespace sim
+{
 /// The infrared remote control.
 class RemoteView : public QWidget
 {
     Q_OBJECT
 
 public:
-    static constexpr QSize extent{216, 336};
+    static constexpr QSize Extent{216, 336};
 
     explicit RemoteView(QWidget *parent);
 
@@ -29,3 +31,4 @@ protected:
 private:
     char m_down = 0; ///< the key that is held; 0 is none
 };
+} // namespace sim

@@ -2,6 +2,8 @@
 
 #include "xserver.h"
 
+namespace sim
+{
 /// Where mxsim and its unit are to be seen.
 enum class ScreenKind {
     Window, ///< a window of the desk
@@ -15,9 +17,8 @@ class Screen : public QObject
     Q_OBJECT
 
 public:
-    /// Brings it up in this window of 1024x600, with its files in this folder. Returns an empty text, or one
-    /// line that says why not.
-    QString start(const QString &folder, quint64 windowId);
+    /// Brings it up in this window of 1024x600, with its files in this folder.
+    Result start(const QString &folder, quint64 windowId);
 
     /// Gives it some time to end, as it may be about to; closed() is then sent meanwhile.
     void awaitEnd() { m_server.awaitEnd(); }
@@ -32,3 +33,4 @@ signals:
 private:
     XServer m_server;
 };
+} // namespace sim

@@ -4,7 +4,6 @@
 #include "panelwindow.h"
 #include "programenvironment.h"
 #include "touchscreenwindow.h"
-#include "unitsettings.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -12,17 +11,16 @@
 #include <QFileInfo>
 #include <QProcessEnvironment>
 #include <QTime>
-
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <variant>
 
+namespace sim
+{
 namespace
 {
-constexpr int lcdTurnMs = 20;
+constexpr int LcdTurnMs = 20;
 } // namespace
 
 Session::Session(const Options &options)
@@ -37,45 +35,35 @@ Session::Session(const Options &options)
     connect(&m_lcdTimer, &QTimer::timeout, this, &Session::lookAtLcd);
 }
 
-QString Session::start()
+Result Session::start()
 {
-    QString error = m_lock.acquire(m_options.folder);
-    if (error.isEmpty()) {
-        error = checkNetworkPorts(m_options.tcpPort, m_options.firstUdpPort);
-    }
-    if (error.isEmpty()) {
-        error = chooseUnit(m_options, &m_choice);
-    }
-    if (error.isEmpty()) {
-        error = makeUnit();
-    }
-    if (error.isEmpty() && m_options.screen == ScreenKind::Window) {
-        error = makeWindow();
-    }
-    if (error.isEmpty()) {
-        error = launchProgram();
-    }
-    return error;
+    return m_lock.acquire(m_options.folder)
+        .then([this] { return checkNetworkPorts(m_options.tcpPort, m_options.firstUdpPort); })
+        .then([this] { return chooseUnit(m_options, &m_choice); })
+        .then([this] { return makeUnit(); })
+        .then([this] { return makeWindow(); })
+        .then([this] { return launchProgram(); });
 }
 
-QString Session::makeUnit()
+Result Session::makeUnit()
 {
-    const std::string root = QFile::encodeName(m_options.folder).toStdString();
-    m_unit = std::make_unique<sim::VirtualUnit>(root, m_choice.ports,
-                                                [this](const sim::WireEvent &event) { observe(event); });
-    if (m_unit->error().empty() && !m_unit->writeSettings(m_choice.settings)) {
-        return QString("cannot write %1").arg(QString::fromStdString(sim::settingsPath(root)));
-    }
-    m_unit->plugCables();
+    m_unit = std::make_unique<VirtualUnit>(QFile::encodeName(m_options.folder).toStdString(), m_choice.ports,
+                                           [this](const WireEvent &event) { observe(event); });
     if (m_options.printLcd) {
         m_clock.start();
-        m_lcdTimer.start(lcdTurnMs);
+        m_lcdTimer.start(LcdTurnMs);
     }
-    return QString::fromStdString(m_unit->error());
+    return m_unit->made()
+        .then([this] { return m_unit->files().writeSettings(m_choice.settings); })
+        .then([this] { return m_unit->plugCables(); });
 }
 
-QString Session::makeWindow()
+/// Makes none without a desk, which is no failure.
+Result Session::makeWindow()
 {
+    if (m_options.screen != ScreenKind::Window) {
+        return {};
+    }
     if (m_choice.isFrontPanel) {
         showWindow(std::make_unique<PanelWindow>(m_unit.get(), m_choice.ports));
         return {};
@@ -95,17 +83,17 @@ void Session::showWindow(std::unique_ptr<UnitWindow> window)
     m_window->show();
 }
 
-QString Session::launchProgram()
+Result Session::launchProgram()
 {
     QProcessEnvironment environment;
-    QString error = makeProgramEnvironment(m_options, m_choice, m_screen, &environment);
-    if (error.isEmpty()) {
-        error = m_program.openLog(m_options.folder + "/mxcontrol.log");
-    }
-    m_program.setProcessEnvironment(environment);
     // Pictures and help are beside the folder of the program, which looks for them from where it is started.
     m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
-    return error.isEmpty() ? m_program.launch(m_options.program, {}) : error;
+    return makeProgramEnvironment(m_options, m_choice, m_screen, &environment)
+        .then([this] { return m_program.openLog(m_options.folder + "/mxcontrol.log"); })
+        .then([&] {
+            m_program.setProcessEnvironment(environment);
+            return m_program.launch(m_options.program, {});
+        });
 }
 
 void Session::lookAtLcd()
@@ -116,13 +104,13 @@ void Session::lookAtLcd()
     }
 }
 
-void Session::observe(const sim::WireEvent &event)
+void Session::observe(const WireEvent &event)
 {
     const QString line = QString::fromStdString(m_text.line(event));
     if (!line.isEmpty()) {
         emit happened(QTime::currentTime().toString("hh:mm:ss.zzz ") + line);
     }
-    if (const auto *frame = std::get_if<sim::SwitchFrame>(&event)) {
+    if (const auto *frame = std::get_if<SwitchFrame>(&event)) {
         emit routed(frame->inputs);
     }
 }
@@ -155,8 +143,8 @@ void Session::tell(const QByteArray &line)
 
 void Session::print(const QByteArray &text)
 {
-    if (puts(text.constData()) < 0 || fflush(stdout) != 0) {
-        emit ended(QString("cannot write the output: %1").arg(strerror(errno)), 1);
+    if (std::puts(text.constData()) < 0 || std::fflush(stdout) != 0) {
+        emit ended(systemFailure("cannot write the output").failure, 1);
     }
 }
 
@@ -167,21 +155,30 @@ QString Session::startMessage() const
     const QString head = "The unit is up: a matrix of %1 inputs and %1 outputs.\n"
                          "\n"
                          "  %2      %3\n";
-    const QString lines = "  TCP         port %1\n"
-                          "  UDP         ports %2 to %3\n"
-                          "  serial 1    %4\n"
-                          "  serial 2    %5\n"
-                          "  folder      %6\n"
-                          "  settings    %7\n"
-                          "  log         %8\n";
+    const QString network = "  TCP         port %1\n"
+                            "  UDP         ports %2 to %3\n";
+    const QString files = "  folder      %1\n"
+                          "  settings    %2\n"
+                          "  log         %3\n";
     return head.arg(size, m_choice.isFrontPanel ? "panel " : "screen", whereabouts()) +
-           lines.arg(tcp, QString::number(m_options.firstUdpPort),
-                     QString::number(m_options.firstUdpPort + udpPortCount - 1), shownPath("serial1"),
-                     shownPath("serial2"), shownPath(""), shownPath("home/app/config/setup.ini"),
-                     shownPath("mxcontrol.log")) +
+           network.arg(tcp, QString::number(m_options.firstUdpPort),
+                       QString::number(m_options.firstUdpPort + UdpPortCount - 1)) +
+           serialPorts() +
+           files.arg(shownPath(""), shownPath("home/app/config/setup.ini"), shownPath("mxcontrol.log")) +
            QString("\nTo switch, type %1 over any of them, for instance after: nc 127.0.0.1 %2\n"
                    "Ctrl-C ends the unit. What happens on its switching board:\n")
                .arg(m_choice.ports < 4 ? "2x1." : "3x1&4.", tcp);
+}
+
+/// A line for each that a person can open.
+QString Session::serialPorts() const
+{
+    QString lines;
+    int number = 1;
+    for (const std::string &name : VirtualUnit::cableNames()) {
+        lines += QString("  serial %1    %2\n").arg(number++).arg(shownPath(QString::fromStdString(name)));
+    }
+    return lines;
 }
 
 /// Where a person gets to see the unit; a second line is indented as in the start message.
@@ -205,3 +202,4 @@ QString Session::shownPath(const QString &file) const
     const QString relative = QDir::current().relativeFilePath(path);
     return relative.startsWith("..") ? path : relative;
 }
+} // namespace sim

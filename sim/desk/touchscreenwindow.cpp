@@ -5,21 +5,23 @@
 #include <QGuiApplication>
 #include <QPainter>
 
+namespace sim
+{
 namespace
 {
-constexpr QRect glass{62, 64, 1024, 600};
-constexpr UnitLayout places{
-    TouchscreenWindow::extent, {{0, 0}, TouchscreenWindow::extent}, glass.left() + 16, {1106, 49, 248, 630}};
+constexpr QRect Glass{62, 64, 1024, 600};
+constexpr UnitLayout Places{
+    TouchscreenWindow::Extent, {{0, 0}, TouchscreenWindow::Extent}, Glass.left() + 16, {1106, 49, 248, 630}};
 } // namespace
 
 TouchscreenWindow::TouchscreenWindow(int ports)
-    : UnitWindow(places, ports)
+    : UnitWindow(Places, ports)
     , m_touchscreen(new QWidget(this))
 {
     QPainter painter(face());
-    paintRecess(&painter, glass.adjusted(-12, -12, 12, 12), QColor(10, 10, 11));
+    paintRecess(&painter, Glass.adjusted(-12, -12, 12, 12), QColor(10, 10, 11));
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
-    m_touchscreen->setGeometry(glass);
+    m_touchscreen->setGeometry(Glass);
     m_touchscreen->setAttribute(Qt::WA_NativeWindow);
 }
 
@@ -29,3 +31,4 @@ quint64 TouchscreenWindow::touchscreenId() const
     QGuiApplication::sync();
     return id;
 }
+} // namespace sim

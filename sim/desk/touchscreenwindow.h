@@ -2,6 +2,8 @@
 
 #include "unitwindow.h"
 
+namespace sim
+{
 /// A unit with a touchscreen, whose picture comes from a display of its own.
 class TouchscreenWindow : public UnitWindow
 {
@@ -9,14 +11,15 @@ class TouchscreenWindow : public UnitWindow
 
 public:
     /// How large it is, in pixels.
-    static constexpr QSize extent{1400, 704};
+    static constexpr QSize Extent{1400, 704};
 
     /// `ports` is 2..160.
     explicit TouchscreenWindow(int ports);
 
-    /// The native window of 1024x600 that the touchscreen belongs into, made on the X server on return.
+    /// The native window of 1024x600 for the touchscreen; the X server has it when this returns.
     quint64 touchscreenId() const;
 
 private:
     QWidget *const m_touchscreen;
 };
+} // namespace sim

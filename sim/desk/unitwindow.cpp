@@ -6,6 +6,8 @@
 #include <QCloseEvent>
 #include <QPainter>
 
+namespace sim
+{
 UnitWindow::UnitWindow(const UnitLayout &layout, int ports)
     : m_face(layout.window)
     , m_board(new BoardView(ports, this))
@@ -22,7 +24,7 @@ void UnitWindow::showRouting(const BoardRouting &routing)
 
 void UnitWindow::closeEvent(QCloseEvent *event)
 {
-    // It goes when all has ended that shows itself here.
+    // The window goes once everything that shows itself here has ended.
     event->ignore();
     emit closed();
 }
@@ -43,3 +45,4 @@ void UnitWindow::drawFace(const UnitLayout &layout, int ports)
     const QString size = QString("%1 × %1").arg(ports);
     paintLettering(&painter, QRect(1000, 20, 320, 26), Qt::AlignRight | Qt::AlignVCenter, size, 16);
 }
+} // namespace sim

@@ -7,6 +7,8 @@
 #include <QSize>
 #include <QWidget>
 
+namespace sim
+{
 class BoardView;
 
 /// Where a unit's window has what every unit has, in pixels.
@@ -47,3 +49,4 @@ private:
     QPixmap m_face;
     BoardView *const m_board;
 };
+} // namespace sim

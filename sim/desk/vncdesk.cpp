@@ -2,10 +2,12 @@
 
 #include "networkports.h"
 
+namespace sim
+{
 namespace
 {
-constexpr quint16 firstPort = 5900;
-constexpr quint16 lastPort = 5999;
+constexpr quint16 FirstPort = 5900;
+constexpr quint16 LastPort = 5999;
 } // namespace
 
 VncDesk::VncDesk(quint16 port)
@@ -13,16 +15,15 @@ VncDesk::VncDesk(quint16 port)
 {
 }
 
-QString VncDesk::start(const QString &folder, const QSize &size)
+Result VncDesk::start(const QString &folder, const QSize &size)
 {
     const QString mode = QString("%1x%2x24").arg(size.width()).arg(size.height());
-    QString error = m_server.start({"Xvfb", "xvfb"}, {"-screen", "0", mode}, folder, "desk");
-    if (error.isEmpty()) {
-        error = startVnc();
-    }
+    Result result = m_server.start({"Xvfb", "xvfb"}, {"-screen", "0", mode}, folder, "desk").then([this] {
+        return startVnc();
+    });
     // An end before this is an error of the start.
     connect(&m_vncServer, &ChildProcess::ended, this, &VncDesk::viewersLost);
-    return error;
+    return result;
 }
 
 bool VncDesk::isUp()
@@ -31,27 +32,27 @@ bool VncDesk::isUp()
     return m_server.state() == QProcess::Running;
 }
 
-/// A port that is taken, be it only since it was tried, is passed over if another one will do.
-QString VncDesk::startVnc()
+/// Passes over a port that is taken, even one taken only since it was tried, if another will do.
+Result VncDesk::startVnc()
 {
-    const int last = m_port ? m_port : lastPort;
-    m_port = m_port ? m_port : firstPort;
-    QString error = serveVnc();
-    while (!error.isEmpty() && m_port < last && !checkLocalPort(m_port).isEmpty()) {
+    const int last = m_port ? m_port : LastPort;
+    m_port = m_port ? m_port : FirstPort;
+    Result result = serveVnc();
+    while (!result.isDone() && m_port < last && !checkLocalPort(m_port).isDone()) {
         ++m_port;
-        error = serveVnc();
+        result = serveVnc();
     }
-    return error;
+    return result;
 }
 
-QString VncDesk::serveVnc()
+Result VncDesk::serveVnc()
 {
     const QStringList display{"-norc", "-display", m_server.display(), "-auth", m_server.cookieFile()};
     const QStringList access{"-localhost", "-noipv6",  "-rfbport", QString::number(m_port),
                              "-nopw",      "-forever", "-shared"};
     const QStringList plain{"-quiet", "-nowireframe", "-noscrollcopyrect"};
-    const QString error = checkLocalPort(m_port);
-    return error.isEmpty()
-               ? m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile())
-               : error;
+    return checkLocalPort(m_port).then([&] {
+        return m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile());
+    });
 }
+} // namespace sim

@@ -4,6 +4,8 @@
 
 #include <QSize>
 
+namespace sim
+{
 /// A desk for VNC viewers of this machine. For the thread that makes it.
 class VncDesk : public QObject
 {
@@ -13,9 +15,8 @@ public:
     /// `port` 0 is the first free one from 5900 to 5999.
     explicit VncDesk(quint16 port);
 
-    /// Brings it up, with its files in this folder. Blocks for 0.2 s, and for 20 s at worst. Returns an empty
-    /// text, or one line that says why not.
-    QString start(const QString &folder, const QSize &size);
+    /// Brings it up, with its files in this folder. Blocks for 0.2 s, and for 20 s at worst.
+    Result start(const QString &folder, const QSize &size);
 
     /// Where viewers find it.
     quint16 port() const { return m_port; }
@@ -31,10 +32,11 @@ signals:
     void viewersLost();
 
 private:
-    QString startVnc();
-    QString serveVnc();
+    Result startVnc();
+    Result serveVnc();
 
     quint16 m_port;
     XServer m_server;
     ChildProcess m_vncServer; ///< ends before the display
 };
+} // namespace sim

@@ -4,9 +4,11 @@
 
 #include <QFile>
 
+namespace sim
+{
 namespace
 {
-constexpr int endMs = 500;
+constexpr int EndMs = 500;
 } // namespace
 
 XServer::~XServer()
@@ -17,25 +19,24 @@ XServer::~XServer()
     }
 }
 
-QString XServer::start(const ServerPart &server, const QStringList &arguments, const QString &folder,
-                       const QString &name)
+Result XServer::start(const ServerPart &server, const QStringList &arguments, const QString &folder,
+                      const QString &name)
 {
     m_log = folder + "/" + name + ".log";
     QFile::remove(m_log);
     m_cookieFile = folder + "/" + name + ".cookie";
-    QString error = writeCookieFile(m_cookieFile);
-    if (error.isEmpty()) {
-        const QStringList access{"-displayfd", "1", "-auth", m_cookieFile, "-nolisten", "tcp"};
-        const QStringList steady{"-noreset", "-s", "0", "-dpms", "-dpi", "96"};
-        error = bringUp(server, arguments + access + steady, m_log);
-    }
+    const QStringList access{"-displayfd", "1", "-auth", m_cookieFile, "-nolisten", "tcp"};
+    const QStringList steady{"-noreset", "-s", "0", "-dpms", "-dpi", "96"};
+    Result result = writeCookieFile(m_cookieFile).then([&] {
+        return bringUp(server, arguments + access + steady, m_log);
+    });
     m_display = ":" + readLine().trimmed();
-    return error;
+    return result;
 }
 
 void XServer::awaitEnd()
 {
-    waitForFinished(endMs);
+    waitForFinished(EndMs);
 }
 
 void XServer::addTo(QProcessEnvironment *environment) const
@@ -44,3 +45,4 @@ void XServer::addTo(QProcessEnvironment *environment) const
     environment->insert("DISPLAY", m_display);
     environment->insert("XAUTHORITY", m_cookieFile);
 }
+} // namespace sim

@@ -4,6 +4,8 @@
 
 #include <QProcessEnvironment>
 
+namespace sim
+{
 /// An X display of its own that no other user can open. For the thread that makes it.
 class XServer : public ChildProcess
 {
@@ -14,9 +16,9 @@ public:
     ~XServer() override;
 
     /// Brings it up; its cookie and its log are "NAME.cookie" and "NAME.log" in this folder. Blocks for 0.1
-    /// s, and for 10 s at worst. Returns an empty text, or one line that says why not.
-    QString start(const ServerPart &server, const QStringList &arguments, const QString &folder,
-                  const QString &name);
+    /// s, and for 10 s at worst.
+    Result start(const ServerPart &server, const QStringList &arguments, const QString &folder,
+                 const QString &name);
 
     /// Gives it some time to end, as it may be about to; ended() is then sent meanwhile.
     void awaitEnd();
@@ -33,3 +35,4 @@ private:
     QString m_log;
     QString m_display;
 };
+} // namespace sim

@@ -1,45 +1,48 @@
 #include "devicenode.h"
 
 #include <cerrno>
-#include <cstring>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace sim
 {
 namespace
 {
-constexpr size_t maxReceived = 1 << 16;
-} // namespace
+constexpr std::size_t MaxReceived = 64 * 1024;
 
-void Descriptor::reset(int fd)
+bool makeRaw(int fd)
 {
-    if (m_fd >= 0) {
-        close(m_fd);
+    termios attributes;
+    if (::tcgetattr(fd, &attributes) < 0) {
+        return false;
     }
-    m_fd = fd;
+    ::cfmakeraw(&attributes);
+    return ::tcsetattr(fd, TCSANOW, &attributes) == 0;
 }
+} // namespace
 
 DeviceNode::DeviceNode(const std::string &path)
     : m_path(path)
 {
-    if (unlink(path.c_str()) < 0 && errno != ENOENT) {
+    if (::unlink(path.c_str()) < 0 && errno != ENOENT) {
         fail();
     }
 }
 
 void DeviceNode::fail()
 {
-    if (m_error.empty()) {
-        m_error = "cannot make " + m_path + ": " + strerror(errno);
+    if (m_made.isDone()) {
+        m_made = systemFailure("cannot make " + QString::fromStdString(m_path));
     }
 }
 
 void DeviceNode::removeFile()
 {
-    if (m_error.empty()) {
-        unlink(m_path.c_str());
+    if (m_made.isDone()) {
+        ::unlink(m_path.c_str());
     }
 }
 
@@ -47,12 +50,12 @@ std::string DeviceNode::receive()
 {
     std::string bytes;
     char chunk[4096];
-    while (bytes.size() < maxReceived) {
-        const ssize_t n = read(m_far.get(), chunk, sizeof chunk);
-        if (n <= 0) {
+    while (bytes.size() < MaxReceived) {
+        const ssize_t count = ::read(m_far.get(), chunk, sizeof chunk);
+        if (count <= 0) {
             break;
         }
-        bytes.append(chunk, static_cast<size_t>(n));
+        bytes.append(chunk, static_cast<std::size_t>(count));
     }
     return bytes;
 }
@@ -60,19 +63,35 @@ std::string DeviceNode::receive()
 FifoNode::FifoNode(const std::string &path)
     : DeviceNode(path)
 {
-    if (mkfifo(path.c_str(), 0666) == 0) {
-        m_far.reset(open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    if (::mkfifo(path.c_str(), 0666) == 0) {
+        m_far.reset(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
     }
     if (m_far.get() < 0) {
         fail();
     }
 }
 
-MemoryNode::MemoryNode(const std::string &path, size_t size)
+MemoryNode::MemoryNode(const std::string &path, std::size_t size)
     : DeviceNode(path)
 {
-    m_far.reset(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (m_far.get() < 0 || ftruncate(m_far.get(), static_cast<off_t>(size)) < 0) {
+    m_far.reset(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (m_far.get() < 0 || ::ftruncate(m_far.get(), static_cast<off_t>(size)) < 0) {
+        fail();
+    }
+}
+
+PtyNode::PtyNode(const std::string &path)
+    : DeviceNode(path)
+{
+    char slavePath[64];
+    m_far.reset(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    if (m_far.get() < 0 || ::grantpt(m_far.get()) < 0 || ::unlockpt(m_far.get()) < 0 ||
+        ::ptsname_r(m_far.get(), slavePath, sizeof slavePath) != 0) {
+        fail();
+        return;
+    }
+    m_slave.reset(::open(slavePath, O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    if (m_slave.get() < 0 || !makeRaw(m_slave.get()) || ::symlink(slavePath, path.c_str()) < 0) {
         fail();
     }
 }

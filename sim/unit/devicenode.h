@@ -1,29 +1,13 @@
 #pragma once
 
+#include "descriptor.h"
+#include "result.h"
+
 #include <cstddef>
 #include <string>
 
 namespace sim
 {
-/// A file descriptor and its owner; -1 is none.
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd = -1)
-        : m_fd(fd)
-    {
-    }
-    ~Descriptor() { reset(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int get() const { return m_fd; }
-    void reset(int fd = -1);
-
-private:
-    int m_fd;
-};
-
 /// A device file and the hardware's end of it. The file is made anew by the derived class, whatever stood
 /// there before (but no folder), and goes when the object goes. Not for several threads at once.
 class DeviceNode
@@ -31,9 +15,10 @@ class DeviceNode
 public:
     DeviceNode(const DeviceNode &) = delete;
     DeviceNode &operator=(const DeviceNode &) = delete;
+    virtual ~DeviceNode() { removeFile(); }
 
-    /// Empty when all is well, else one line that names the file and says why.
-    const std::string &error() const { return m_error; }
+    /// Whether it could be made; the failure names the file.
+    const Result &made() const { return m_made; }
 
     /// To poll for input.
     int descriptor() const { return m_far.get(); }
@@ -46,22 +31,21 @@ public:
 
 protected:
     explicit DeviceNode(const std::string &path);
-    ~DeviceNode() { removeFile(); }
 
     const std::string &path() const { return m_path; }
 
-    /// Notes a failed system call (errno) as error().
+    /// Notes a failed system call (errno) as the result of making it, unless there is a failure already.
     void fail();
 
     Descriptor m_far;
 
 private:
     std::string m_path;
-    std::string m_error;
+    Result m_made;
 };
 
-/// A FIFO in place of a character device. Our end stays open for both directions, so the program's open never
-/// waits.
+/// A FIFO in place of a character device. The hardware's end stays open for both directions, so the program's
+/// open never waits.
 class FifoNode : public DeviceNode
 {
 public:
@@ -72,6 +56,15 @@ public:
 class MemoryNode : public DeviceNode
 {
 public:
-    MemoryNode(const std::string &path, size_t size);
+    MemoryNode(const std::string &path, std::size_t size);
+};
+
+/// A pty, raw and without echo, with its slave linked at a path for someone to open as a serial port.
+class PtyNode : public DeviceNode
+{
+protected:
+    explicit PtyNode(const std::string &path);
+
+    Descriptor m_slave;
 };
 } // namespace sim

@@ -12,7 +12,7 @@ template <class T>
 class History
 {
 public:
-    explicit History(size_t limit = 1000)
+    explicit History(std::size_t limit = 1000)
         : m_limit(limit)
     {
     }
@@ -29,7 +29,7 @@ public:
     std::vector<T> items() const { return {m_items.begin(), m_items.end()}; }
 
 private:
-    size_t m_limit;
+    std::size_t m_limit;
     std::deque<T> m_items;
 };
 } // namespace sim

@@ -7,6 +7,10 @@ namespace sim
 {
 namespace
 {
+constexpr int MaxKey = 127;
+constexpr int Down = 0x80;
+constexpr int Up = 0;
+
 bool hasLed(int key)
 {
     return (key >= 1 && key <= 40) || (key >= 51 && key <= 90) || (key >= 111 && key <= 116);
@@ -14,36 +18,49 @@ bool hasLed(int key)
 } // namespace
 
 KeyPanel::KeyPanel(WireObserver observer)
-    : m_observer(std::move(observer))
+    : FarEnd(std::move(observer))
 {
 }
 
-void KeyPanel::feed(const uint8_t *bytes, size_t n, int64_t nowUs)
+void KeyPanel::feed(const quint8 *bytes, std::size_t size, qint64 nowUs)
 {
-    for (size_t i = 0; i < n; ++i) {
+    for (std::size_t i = 0; i < size; ++i) {
         take(bytes[i], nowUs);
     }
-    m_byteCount += n;
+    m_byteCount += size;
+}
+
+void KeyPanel::press(int key)
+{
+    sendKey(key, Down);
+}
+
+void KeyPanel::release(int key)
+{
+    sendKey(key, Up);
 }
 
 bool KeyPanel::isLit(int key) const
 {
-    return key >= 0 && key < static_cast<int>(m_lit.size()) && m_lit[static_cast<size_t>(key)];
+    return key >= 0 && key <= MaxKey && m_lit[static_cast<std::size_t>(key)];
 }
 
-void KeyPanel::take(uint8_t byte, int64_t nowUs)
+void KeyPanel::take(quint8 byte, qint64 nowUs)
 {
     const int key = byte & 0x7F;
     if (byte == 0) {
         m_lit.reset();
     } else if (hasLed(key)) {
-        m_lit[static_cast<size_t>(key)] = byte & 0x80;
+        m_lit[static_cast<std::size_t>(key)] = byte & 0x80;
     } else {
-        const WireFault fault{nowUs, "an LED byte for key " + std::to_string(key) + ", which has none"};
-        m_faults.add(fault);
-        if (m_observer) {
-            m_observer(fault);
-        }
+        fault(nowUs, "an LED byte for key " + std::to_string(key) + ", which has none");
+    }
+}
+
+void KeyPanel::sendKey(int key, int direction)
+{
+    if (key >= 1 && key <= MaxKey) {
+        send({static_cast<char>(key | direction)});
     }
 }
 } // namespace sim

@@ -1,45 +1,43 @@
 #pragma once
 
-#include "history.h"
-#include "wireevents.h"
+#include "farend.h"
 
 #include <bitset>
-#include <cstddef>
-#include <cstdint>
-#include <vector>
 
 namespace sim
 {
-/// The LEDs of the front panel's board, one behind each of the keys 1..40, 51..90 and 111..116. An LED byte:
+/// The front panel's board: keys that send a byte, and LEDs, one behind each of the keys 1..40, 51..90 and
+/// 111..116.
 ///
-///   00      all LEDs off
-///   key     its LED off
-///   80|key  its LED on
+///   from the board       80|key  it went down
+///                        key     it went up
+///   LED byte to it       00      all LEDs off
+///                        key     its LED off
+///                        80|key  its LED on
 ///
-/// A byte for another key is a recorded fault, and so is 80 alone. Not for several threads at once. A copy is
-/// a snapshot.
-class KeyPanel
+/// An LED byte for another key is a recorded fault, and so is 80 alone.
+class KeyPanel : public FarEnd
 {
 public:
     explicit KeyPanel(WireObserver observer = {});
 
-    /// Takes bytes off the link, read at `nowUs`.
-    void feed(const uint8_t *bytes, size_t n, int64_t nowUs);
+    void feed(const quint8 *bytes, std::size_t size, qint64 nowUs) override;
+
+    /// A key goes down, or up; a number that is not 1..127 does nothing.
+    void press(int key);
+    void release(int key);
 
     /// False for a key that is not there; all LEDs are off at first.
     bool isLit(int key) const;
 
     /// How many bytes have come, good or bad.
-    uint64_t byteCount() const { return m_byteCount; }
-
-    std::vector<WireFault> faults() const { return m_faults.items(); }
+    quint64 byteCount() const { return m_byteCount; }
 
 private:
-    void take(uint8_t byte, int64_t nowUs);
+    void take(quint8 byte, qint64 nowUs);
+    void sendKey(int key, int direction);
 
-    WireObserver m_observer;
     std::bitset<128> m_lit;
-    uint64_t m_byteCount = 0;
-    History<WireFault> m_faults;
+    quint64 m_byteCount = 0;
 };
 } // namespace sim

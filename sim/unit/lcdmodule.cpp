@@ -8,45 +8,45 @@ namespace sim
 {
 namespace
 {
-constexpr uint8_t instructionSync = 0xF8;
-constexpr uint8_t dataSync = 0xFA;
-constexpr size_t lineBytes = 32;
-constexpr size_t maxResetEdges = 4096; ///< more than the FIFO of the GPIO lines holds
+constexpr quint8 InstructionSync = 0xF8;
+constexpr quint8 DataSync = 0xFA;
+constexpr std::size_t LineBytes = 32;
+constexpr std::size_t MaxResetEdges = 4096; ///< more than the FIFO of the GPIO lines holds
 
 /// Noise of power-up: the same for each module, and no pattern that a program would draw.
-std::array<uint8_t, 1024> noise()
+std::array<quint8, 1024> noise()
 {
-    std::array<uint8_t, 1024> bytes{};
-    uint32_t state = 1;
-    for (uint8_t &byte : bytes) {
+    std::array<quint8, 1024> bytes{};
+    quint32 state = 1;
+    for (quint8 &byte : bytes) {
         state = state * 1664525 + 1013904223;
-        byte = static_cast<uint8_t>(state >> 24);
+        byte = static_cast<quint8>(state >> 24);
     }
     return bytes;
 }
 } // namespace
 
 LcdModule::LcdModule(WireObserver observer)
-    : m_observer(std::move(observer))
+    : FarEnd(std::move(observer))
     , m_ram(noise())
 {
 }
 
-void LcdModule::feed(const uint8_t *bytes, size_t n, int64_t nowUs)
+void LcdModule::feed(const quint8 *bytes, std::size_t size, qint64 nowUs)
 {
-    for (const SpiTransfer &transfer : m_spi.feed(bytes, n)) {
+    for (const SpiTransfer &transfer : m_spi.feed(bytes, size)) {
         take(transfer, nowUs);
     }
 }
 
-void LcdModule::setResetLine(int level, int64_t atUs)
+void LcdModule::setResetLine(int level, qint64 atUs)
 {
     if (level == m_resetLevel) {
         return;
     }
     m_resetLevel = level;
     m_resetEdges.push_back({level, atUs});
-    if (m_resetEdges.size() > maxResetEdges) {
+    if (m_resetEdges.size() > MaxResetEdges) {
         applyResetEdge();
     }
 }
@@ -58,14 +58,14 @@ bool LcdModule::isOn() const
 
 bool LcdModule::isLit(int x, int y) const
 {
-    if (!isOn() || x < 0 || x >= width || y < 0 || y >= height) {
+    if (!isOn() || x < 0 || x >= Width || y < 0 || y >= Height) {
         return false;
     }
     const int byte = (y % 32) * 32 + (y / 32) * 16 + x / 8;
-    return m_ram[static_cast<size_t>(byte)] >> (7 - x % 8) & 1;
+    return m_ram[static_cast<std::size_t>(byte)] >> (7 - x % 8) & 1;
 }
 
-void LcdModule::take(const SpiTransfer &transfer, int64_t nowUs)
+void LcdModule::take(const SpiTransfer &transfer, qint64 nowUs)
 {
     while (!m_resetEdges.empty() && m_resetEdges.front().atUs <= transfer.timeUs) {
         applyResetEdge();
@@ -74,13 +74,8 @@ void LcdModule::take(const SpiTransfer &transfer, int64_t nowUs)
         m_transfers.add({transfer.timeUs, transfer.bytes});
     }
     const std::string text = transfer.fault.empty() ? act(transfer.bytes) : transfer.fault;
-    if (text.empty()) {
-        return;
-    }
-    const WireFault fault{nowUs, text};
-    m_faults.add(fault);
-    if (m_observer) {
-        m_observer(fault);
+    if (!text.empty()) {
+        fault(nowUs, text);
     }
 }
 
@@ -95,38 +90,38 @@ void LcdModule::applyResetEdge()
     m_inFrame = 0;
 }
 
-std::string LcdModule::act(const std::vector<uint8_t> &transfer)
+std::string LcdModule::act(const std::vector<quint8> &transfer)
 {
     if (transfer.size() < 2) {
         return "an empty LCD transfer";
     }
-    if (transfer[0] != instructionSync && transfer[0] != dataSync) {
+    if (transfer[0] != InstructionSync && transfer[0] != DataSync) {
         return "an LCD transfer begins with " + hex(transfer[0]);
     }
     if (transfer.size() % 2 == 0) {
         return "an LCD transfer ends within a byte";
     }
-    std::vector<uint8_t> bytes;
-    for (size_t i = 1; i < transfer.size(); i += 2) {
+    std::vector<quint8> bytes;
+    for (std::size_t i = 1; i < transfer.size(); i += 2) {
         if ((transfer[i] | transfer[i + 1]) & 0x0F) {
             return "an LCD transfer with the halves " + hex(transfer[i]) + " " + hex(transfer[i + 1]);
         }
-        bytes.push_back(static_cast<uint8_t>(transfer[i] | transfer[i + 1] >> 4));
+        bytes.push_back(static_cast<quint8>(transfer[i] | transfer[i + 1] >> 4));
     }
     if (m_inReset) {
         return "an LCD transfer during reset";
     }
-    if (transfer[0] == dataSync) {
+    if (transfer[0] == DataSync) {
         return write(bytes);
     }
     std::string fault;
-    for (size_t i = 0; i < bytes.size() && fault.empty(); ++i) {
+    for (std::size_t i = 0; i < bytes.size() && fault.empty(); ++i) {
         fault = instruct(bytes[i]);
     }
     return fault;
 }
 
-std::string LcdModule::instruct(uint8_t instruction)
+std::string LcdModule::instruct(quint8 instruction)
 {
     if (m_line && !(instruction & 0x80)) {
         m_line.reset();
@@ -149,7 +144,7 @@ std::string LcdModule::instruct(uint8_t instruction)
     return instruction == 0x40 ? "" : "the LCD is scrolled by " + std::to_string(instruction & 0x3F);
 }
 
-std::string LcdModule::setAddress(uint8_t part)
+std::string LcdModule::setAddress(quint8 part)
 {
     m_address.reset();
     if (!m_line) {
@@ -159,16 +154,16 @@ std::string LcdModule::setAddress(uint8_t part)
         m_line = part;
         return {};
     }
-    const size_t line = *m_line;
+    const std::size_t line = *m_line;
     m_line.reset();
     if (part > 15) {
         return "an LCD address in column " + std::to_string(part);
     }
-    m_address = line * lineBytes + size_t(part) * 2;
+    m_address = line * LineBytes + std::size_t(part) * 2;
     return {};
 }
 
-std::string LcdModule::write(const std::vector<uint8_t> &data)
+std::string LcdModule::write(const std::vector<quint8> &data)
 {
     if (!m_isExtended) {
         return "LCD data, but not the extended set";
@@ -180,17 +175,17 @@ std::string LcdModule::write(const std::vector<uint8_t> &data)
         m_line.reset();
         return "LCD data without an address";
     }
-    for (const uint8_t byte : data) {
+    for (const quint8 byte : data) {
         store(byte);
     }
     return {};
 }
 
-void LcdModule::store(uint8_t data)
+void LcdModule::store(quint8 data)
 {
-    const size_t at = *m_address;
+    const std::size_t at = *m_address;
     m_ram[at] = data;
-    m_address = at / lineBytes * lineBytes + (at + 1) % lineBytes;
+    m_address = at / LineBytes * LineBytes + (at + 1) % LineBytes;
 
     m_inFrame = at == m_inFrame ? m_inFrame + 1 : at == 0 ? 1 : 0;
     if (m_inFrame == m_ram.size()) {

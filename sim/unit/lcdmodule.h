@@ -1,12 +1,11 @@
 #pragma once
 
-#include "history.h"
+#include "farend.h"
 #include "spidevice.h"
-#include "wireevents.h"
 
+#include <QtGlobal>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -16,8 +15,8 @@ namespace sim
 {
 /// One selection of the LCD by the bus, as it came, good or bad; the time is that of the program's request.
 struct LcdTransfer {
-    int64_t timeUs;
-    std::vector<uint8_t> bytes;
+    qint64 timeUs;
+    std::vector<quint8> bytes;
 };
 
 /// The front panel's LCD of 128x64 dots with its controller, an ST7920 or alike, on the SPI bus. It is
@@ -33,23 +32,22 @@ struct LcdTransfer {
 ///   FA           display data, from the address on, an even number of bytes; stays in its line
 ///
 /// A line of the graphic RAM has the dots of display row `line`, then those of row `line` + 32, the leftmost
-/// in bit 7. Not for several threads at once. A copy is a snapshot.
-class LcdModule
+/// in bit 7.
+class LcdModule : public FarEnd
 {
 public:
-    static constexpr int width = 128;
-    static constexpr int height = 64;
+    static constexpr int Width = 128;
+    static constexpr int Height = 64;
 
     explicit LcdModule(WireObserver observer = {});
 
-    /// Takes bytes off the device, read at `nowUs`: the records of the ioctl interposer, in pieces of any
-    /// size.
-    void feed(const uint8_t *bytes, size_t n, int64_t nowUs);
+    /// Takes the records of the ioctl interposer.
+    void feed(const quint8 *bytes, std::size_t size, qint64 nowUs) override;
 
     /// The reset input, low (0) at first, as the program set it at `atUs`. It is on another wire than the
     /// transfers: this has to be told before those that came later are fed, but may be told before those that
     /// came earlier are.
-    void setResetLine(int level, int64_t atUs);
+    void setResetLine(int level, qint64 atUs);
 
     /// Whether dots show; never in reset, nor until the program has turned the graphic display on after it.
     bool isOn() const;
@@ -60,29 +58,27 @@ public:
 
     /// How often all 1024 bytes of the graphic RAM have come one after the other, line 0 to line 31, each
     /// from column 0 on.
-    uint64_t frameCount() const { return m_frameCount; }
+    quint64 frameCount() const { return m_frameCount; }
 
     /// The last 130, about two frames.
     std::vector<LcdTransfer> transfers() const { return m_transfers.items(); }
-    std::vector<WireFault> faults() const { return m_faults.items(); }
 
 private:
     struct ResetEdge {
         int level;
-        int64_t atUs;
+        qint64 atUs;
     };
 
-    // Each returns a fault in words, or an empty text.
-    std::string act(const std::vector<uint8_t> &transfer);
-    std::string instruct(uint8_t instruction);
-    std::string setAddress(uint8_t part);
-    std::string write(const std::vector<uint8_t> &data);
+    // \return a fault in words, or an empty text
+    std::string act(const std::vector<quint8> &transfer);
+    std::string instruct(quint8 instruction);
+    std::string setAddress(quint8 part);
+    std::string write(const std::vector<quint8> &data);
 
-    void take(const SpiTransfer &transfer, int64_t nowUs);
+    void take(const SpiTransfer &transfer, qint64 nowUs);
     void applyResetEdge();
-    void store(uint8_t data);
+    void store(quint8 data);
 
-    WireObserver m_observer;
     SpiDevice m_spi;
 
     int m_resetLevel = 0;
@@ -90,13 +86,12 @@ private:
     bool m_inReset = true;
     bool m_isExtended = false;
     bool m_isGraphicOn = false;
-    std::optional<size_t> m_line;    ///< of an address whose column is to come
-    std::optional<size_t> m_address; ///< byte in the graphic RAM
-    std::array<uint8_t, 1024> m_ram;
+    std::optional<std::size_t> m_line;    ///< of an address whose column is to come
+    std::optional<std::size_t> m_address; ///< byte in the graphic RAM
+    std::array<quint8, 1024> m_ram;
 
-    size_t m_inFrame = 0; ///< how many bytes have come one after the other
-    uint64_t m_frameCount = 0;
+    std::size_t m_inFrame = 0; ///< how many bytes have come one after the other
+    quint64 m_frameCount = 0;
     History<LcdTransfer> m_transfers{130};
-    History<WireFault> m_faults;
 };
 } // namespace sim

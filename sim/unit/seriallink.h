@@ -2,24 +2,15 @@
 
 #include "devicenode.h"
 
+#include <QtGlobal>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <termios.h>
 
 namespace sim
 {
-/// A pty, raw and without echo, with its slave linked at a path for someone to open as a serial port.
-class PtyNode : public DeviceNode
-{
-protected:
-    explicit PtyNode(const std::string &path);
-
-    Descriptor m_slave;
-};
-
-/// A serial port of the unit and the far end of its line.
+/// A serial port of the unit, as its line's far end has it.
 class SerialLink : public PtyNode
 {
 public:
@@ -31,28 +22,17 @@ public:
 
     /// Queues bytes for the program, to go out in order at the first flush() with nowUs >= notBeforeUs. What
     /// would make more than 1 MiB wait is dropped.
-    void send(const std::string &bytes, int64_t notBeforeUs = 0);
+    void send(const std::string &bytes, qint64 notBeforeUs = 0);
 
     /// Puts on the line what is due and fits. Does not block.
-    void flush(int64_t nowUs);
+    void flush(qint64 nowUs);
 
 private:
     struct Chunk {
         std::string bytes;
-        int64_t notBeforeUs;
+        qint64 notBeforeUs;
     };
     std::deque<Chunk> m_outgoing;
-    size_t m_outgoingSize = 0;
-};
-
-/// A serial port for a person's terminal program. While none has it open, whatever is delivered is lost, as
-/// on an unplugged line.
-class PatchCable : public PtyNode
-{
-public:
-    explicit PatchCable(const std::string &path);
-
-    /// Hands bytes to the terminal program, as many as fit. Does not block.
-    void deliver(const std::string &bytes);
+    std::size_t m_outgoingSize = 0;
 };
 } // namespace sim

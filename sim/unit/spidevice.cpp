@@ -9,32 +9,32 @@ namespace sim
 {
 namespace
 {
-constexpr size_t maxRecordSize = 1 << 16;
-constexpr uint32_t neededMode = SPI_MODE_3 | SPI_CS_HIGH;
-constexpr uint32_t maxSpeedHz = 2'500'000;
-constexpr uint32_t instructionUs = 72;
+constexpr std::size_t MaxRecordSize = 1 << 16;
+constexpr quint32 NeededMode = SPI_MODE_3 | SPI_CS_HIGH;
+constexpr quint32 MaxSpeedHz = 2'500'000;
+constexpr quint32 InstructionUs = 72;
 
-bool isMessage(uint32_t request)
+bool isMessage(quint32 request)
 {
     return _IOC_TYPE(request) == SPI_IOC_MAGIC && _IOC_NR(request) == 0 && _IOC_DIR(request) == _IOC_WRITE;
 }
 
-bool isReading(uint32_t request)
+bool isReading(quint32 request)
 {
     return _IOC_TYPE(request) == SPI_IOC_MAGIC && _IOC_DIR(request) == _IOC_READ;
 }
 } // namespace
 
-std::vector<SpiTransfer> SpiDevice::feed(const uint8_t *bytes, size_t n)
+std::vector<SpiTransfer> SpiDevice::feed(const quint8 *bytes, std::size_t size)
 {
     std::vector<SpiTransfer> taken;
-    for (size_t i = 0; i < n; ++i) {
+    for (std::size_t i = 0; i < size; ++i) {
         m_record.push_back(bytes[i]);
         if (m_record.size() < sizeof(IoctlRecord)) {
             continue;
         }
         const auto head = at<IoctlRecord>(0);
-        if (head.size < sizeof head || head.size > maxRecordSize) {
+        if (head.size < sizeof head || head.size > MaxRecordSize) {
             taken.push_back({0, {}, "an SPI request of " + std::to_string(head.size) + " bytes"});
             m_record.clear();
             break;
@@ -49,11 +49,11 @@ std::vector<SpiTransfer> SpiDevice::feed(const uint8_t *bytes, size_t n)
 
 /// All zero when the record is too short for it.
 template <class T>
-T SpiDevice::at(size_t offset) const
+T SpiDevice::at(std::size_t offset) const
 {
     T value{};
     if (offset + sizeof value <= m_record.size()) {
-        memcpy(&value, m_record.data() + offset, sizeof value);
+        std::memcpy(&value, m_record.data() + offset, sizeof value);
     }
     return value;
 }
@@ -62,16 +62,16 @@ void SpiDevice::takeRecord(const IoctlRecord &head, std::vector<SpiTransfer> *ta
 {
     switch (head.request) {
     case SPI_IOC_WR_MODE:
-        m_mode = at<uint8_t>(sizeof head);
+        m_mode = at<quint8>(sizeof head);
         return;
     case SPI_IOC_WR_MODE32:
-        m_mode = at<uint32_t>(sizeof head);
+        m_mode = at<quint32>(sizeof head);
         return;
     case SPI_IOC_WR_BITS_PER_WORD:
-        m_bitsPerWord = at<uint8_t>(sizeof head);
+        m_bitsPerWord = at<quint8>(sizeof head);
         return;
     case SPI_IOC_WR_MAX_SPEED_HZ:
-        m_speedHz = at<uint32_t>(sizeof head);
+        m_speedHz = at<quint32>(sizeof head);
         return;
     default:
         break;
@@ -85,8 +85,8 @@ void SpiDevice::takeRecord(const IoctlRecord &head, std::vector<SpiTransfer> *ta
 
 SpiTransfer SpiDevice::takeMessage(const IoctlRecord &head) const
 {
-    constexpr size_t overhead = sizeof head + sizeof(spi_ioc_transfer);
-    const size_t transfers = _IOC_SIZE(head.request) / sizeof(spi_ioc_transfer);
+    constexpr std::size_t overhead = sizeof head + sizeof(spi_ioc_transfer);
+    const std::size_t transfers = _IOC_SIZE(head.request) / sizeof(spi_ioc_transfer);
     const auto transfer = at<spi_ioc_transfer>(sizeof head);
     if (transfers != 1) {
         return {head.timeUs, {}, "an SPI message of " + std::to_string(transfers) + " transfers"};
@@ -99,21 +99,21 @@ SpiTransfer SpiDevice::takeMessage(const IoctlRecord &head) const
 
 std::string SpiDevice::faultOf(const spi_ioc_transfer &transfer) const
 {
-    const uint32_t speedHz = transfer.speed_hz ? transfer.speed_hz : m_speedHz;
-    const uint32_t bits = transfer.bits_per_word ? transfer.bits_per_word : m_bitsPerWord;
+    const quint32 speedHz = transfer.speed_hz ? transfer.speed_hz : m_speedHz;
+    const quint32 bits = transfer.bits_per_word ? transfer.bits_per_word : m_bitsPerWord;
     if (transfer.rx_buf) {
         return "an SPI transfer that reads";
     }
-    if (m_mode != neededMode) {
+    if (m_mode != NeededMode) {
         return "an SPI transfer in mode " + std::to_string(m_mode);
     }
     if (bits != 0 && bits != 8) {
         return "an SPI transfer in words of " + std::to_string(bits) + " bits";
     }
-    if (speedHz == 0 || speedHz > maxSpeedHz) {
+    if (speedHz == 0 || speedHz > MaxSpeedHz) {
         return "an SPI transfer at " + std::to_string(speedHz) + " Hz";
     }
-    if (transfer.delay_usecs < instructionUs) {
+    if (transfer.delay_usecs < InstructionUs) {
         return "an SPI transfer that leaves " + std::to_string(transfer.delay_usecs) + " us";
     }
     return {};

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,8 +12,8 @@ namespace sim
 {
 /// What came over the bus while the chip was selected, or why it could not come over.
 struct SpiTransfer {
-    int64_t timeUs; ///< of the request, as CLOCK_MONOTONIC
-    std::vector<uint8_t> bytes;
+    qint64 timeUs; ///< of the request, as CLOCK_MONOTONIC
+    std::vector<quint8> bytes;
     std::string fault; ///< in words; empty when all is as the LCD needs it
 };
 
@@ -24,21 +24,21 @@ struct SpiTransfer {
 class SpiDevice
 {
 public:
-    /// Takes bytes off the device, and returns what they complete, in order; a record may come in pieces.
-    /// What cannot be a record is dropped together with all that came with it.
-    std::vector<SpiTransfer> feed(const uint8_t *bytes, size_t n);
+    /// Takes bytes off the device; a record may come in pieces. What cannot be a record is dropped together
+    /// with all that came with it. \return what the bytes complete, in order
+    std::vector<SpiTransfer> feed(const quint8 *bytes, std::size_t size);
 
 private:
     template <class T>
-    T at(size_t offset) const;
+    T at(std::size_t offset) const;
 
     void takeRecord(const IoctlRecord &head, std::vector<SpiTransfer> *taken);
     SpiTransfer takeMessage(const IoctlRecord &head) const;
     std::string faultOf(const spi_ioc_transfer &transfer) const;
 
-    std::vector<uint8_t> m_record; ///< what has come of the record that is being received
-    uint32_t m_mode = 0;
-    uint32_t m_bitsPerWord = 0; ///< 0 is 8
-    uint32_t m_speedHz = 0;
+    std::vector<quint8> m_record; ///< what has come of the record that is being received
+    quint32 m_mode = 0;
+    quint32 m_bitsPerWord = 0; ///< 0 is 8
+    quint32 m_speedHz = 0;
 };
 } // namespace sim

@@ -9,24 +9,24 @@ namespace sim
 {
 namespace
 {
-constexpr std::array<uint8_t, 8> textPrefix = {'F', '0', '0', 'C', '0', '0', '0', '0'};
-constexpr size_t binaryHeaderSize = 4;
-constexpr size_t spliceOverhead = 7;
-constexpr size_t minBinarySize = 5;
-constexpr size_t maxBinarySize = 4096;
+constexpr std::array<quint8, 8> TextPrefix = {'F', '0', '0', 'C', '0', '0', '0', '0'};
+constexpr std::size_t BinaryHeaderSize = 4;
+constexpr std::size_t SpliceOverhead = 7;
+constexpr std::size_t MinBinarySize = 5;
+constexpr std::size_t MaxBinarySize = 4096;
 
-constexpr int64_t gapUs = 100'000;
-constexpr int64_t switchDistanceMs = 550;
-constexpr int64_t spliceDistanceMs = 1000;
-constexpr int64_t readingLatencyMs = 100; ///< how late this side may have read the earlier frame
+constexpr qint64 GapUs = 100'000;
+constexpr qint64 SwitchDistanceMs = 550;
+constexpr qint64 SpliceDistanceMs = 1000;
+constexpr qint64 ReadingLatencyMs = 100; ///< how late this side may have read the earlier frame
 
-bool isText(uint8_t byte)
+bool isText(quint8 byte)
 {
     return (byte >= 0x20 && byte < 0x7F) || byte == '\r' || byte == '\n';
 }
 
 /// -1 for anything but an upper-case hexadecimal digit.
-int hexDigit(uint8_t byte)
+int hexDigit(quint8 byte)
 {
     if (byte >= '0' && byte <= '9') {
         return byte - '0';
@@ -35,50 +35,50 @@ int hexDigit(uint8_t byte)
 }
 
 /// Empty unless `text` consists of whole groups of four digits.
-std::vector<uint16_t> hexGroups(const uint8_t *text, size_t groups)
+std::vector<quint16> hexGroups(const quint8 *text, std::size_t groups)
 {
-    std::vector<uint16_t> values;
-    for (size_t group = 0; group < groups; ++group) {
+    std::vector<quint16> values;
+    for (std::size_t group = 0; group < groups; ++group) {
         int value = 0;
-        for (size_t i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             const int digit = hexDigit(text[group * 4 + i]);
             if (digit < 0) {
                 return {};
             }
             value = value * 16 + digit;
         }
-        values.push_back(static_cast<uint16_t>(value));
+        values.push_back(static_cast<quint16>(value));
     }
     return values;
 }
 
-size_t declaredSize(const std::vector<uint8_t> &frame)
+std::size_t declaredSize(const std::vector<quint8> &frame)
 {
-    return static_cast<size_t>(frame[2] << 8 | frame[3]);
+    return static_cast<std::size_t>(frame[2] << 8 | frame[3]);
 }
 } // namespace
 
 SwitchingBoard::SwitchingBoard(int ports, WireObserver observer)
-    : m_ports(static_cast<size_t>(ports))
-    , m_observer(std::move(observer))
+    : FarEnd(std::move(observer))
+    , m_ports(static_cast<std::size_t>(ports))
     , m_routing(m_ports, 0xFFFF)
 {
 }
 
-void SwitchingBoard::feed(const uint8_t *bytes, size_t n, int64_t nowUs)
+void SwitchingBoard::feed(const quint8 *bytes, std::size_t size, qint64 nowUs)
 {
-    for (size_t i = 0; i < n; ++i) {
+    for (std::size_t i = 0; i < size; ++i) {
         m_bytes.add(bytes[i]);
         take(bytes[i], nowUs);
     }
-    if (n > 0) {
+    if (size > 0) {
         m_lastByteUs = nowUs;
     }
 }
 
-void SwitchingBoard::idle(int64_t nowUs)
+void SwitchingBoard::idle(qint64 nowUs)
 {
-    if (nowUs - m_lastByteUs <= gapUs) {
+    if (nowUs - m_lastByteUs <= GapUs) {
         return;
     }
     m_inStrayRun = false;
@@ -91,7 +91,7 @@ void SwitchingBoard::idle(int64_t nowUs)
     m_firstCopy.reset();
 }
 
-void SwitchingBoard::take(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::take(quint8 byte, qint64 nowUs)
 {
     switch (m_state) {
     case State::Hunting:
@@ -105,11 +105,11 @@ void SwitchingBoard::take(uint8_t byte, int64_t nowUs)
     }
 }
 
-void SwitchingBoard::begin(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::begin(quint8 byte, qint64 nowUs)
 {
     m_frame.assign(1, byte);
     m_frameUs = nowUs;
-    if (byte == textPrefix[0]) {
+    if (byte == TextPrefix[0]) {
         m_state = State::Text;
     } else if (byte == 0xEB) {
         m_state = State::Binary;
@@ -119,10 +119,10 @@ void SwitchingBoard::begin(uint8_t byte, int64_t nowUs)
     }
 }
 
-void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::takeText(quint8 byte, qint64 nowUs)
 {
-    const size_t expected = textPrefix.size() + 4 * m_ports + 2;
-    if (m_frame.size() < textPrefix.size() && byte != textPrefix[m_frame.size()]) {
+    const std::size_t expected = TextPrefix.size() + 4 * m_ports + 2;
+    if (m_frame.size() < TextPrefix.size() && byte != TextPrefix[m_frame.size()]) {
         return rejectAsStray(byte, nowUs);
     }
     if (!isText(byte)) {
@@ -131,7 +131,7 @@ void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
         return begin(byte, nowUs);
     }
     m_frame.push_back(byte);
-    m_inStrayRun = m_inStrayRun && m_frame.size() < textPrefix.size();
+    m_inStrayRun = m_inStrayRun && m_frame.size() < TextPrefix.size();
     if (byte == '\n') {
         finishText(nowUs);
     } else if (m_frame.size() == expected) {
@@ -141,7 +141,7 @@ void SwitchingBoard::takeText(uint8_t byte, int64_t nowUs)
     }
 }
 
-void SwitchingBoard::takeSkipped(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::takeSkipped(quint8 byte, qint64 nowUs)
 {
     if (byte == '\n') {
         m_state = State::Hunting;
@@ -150,7 +150,7 @@ void SwitchingBoard::takeSkipped(uint8_t byte, int64_t nowUs)
     }
 }
 
-void SwitchingBoard::takeBinary(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::takeBinary(quint8 byte, qint64 nowUs)
 {
     if (m_frame.size() == 1 && byte != 0x90) {
         return rejectAsStray(byte, nowUs);
@@ -160,11 +160,11 @@ void SwitchingBoard::takeBinary(uint8_t byte, int64_t nowUs)
     if (m_frame.size() == 2) {
         dropFirstCopy(nowUs);
     }
-    if (m_frame.size() < binaryHeaderSize) {
+    if (m_frame.size() < BinaryHeaderSize) {
         return;
     }
-    const size_t size = declaredSize(m_frame);
-    if (size < minBinarySize || size > maxBinarySize) {
+    const std::size_t size = declaredSize(m_frame);
+    if (size < MinBinarySize || size > MaxBinarySize) {
         fault(nowUs, "a frame declares a length of " + std::to_string(size));
         m_state = State::Hunting;
     } else if (m_frame.size() == size) {
@@ -173,13 +173,13 @@ void SwitchingBoard::takeBinary(uint8_t byte, int64_t nowUs)
 }
 
 /// What was taken for the start of a frame is none; `byte`, which does not continue it, may be one.
-void SwitchingBoard::rejectAsStray(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::rejectAsStray(quint8 byte, qint64 nowUs)
 {
     stray(m_frame[0], nowUs);
     begin(byte, nowUs);
 }
 
-void SwitchingBoard::stray(uint8_t byte, int64_t nowUs)
+void SwitchingBoard::stray(quint8 byte, qint64 nowUs)
 {
     dropFirstCopy(nowUs);
     if (!m_inStrayRun) {
@@ -188,13 +188,13 @@ void SwitchingBoard::stray(uint8_t byte, int64_t nowUs)
     m_inStrayRun = true;
 }
 
-void SwitchingBoard::finishText(int64_t nowUs)
+void SwitchingBoard::finishText(qint64 nowUs)
 {
     m_state = State::Hunting;
-    const size_t digits = m_frame.size() - textPrefix.size() - 1;
-    std::vector<uint16_t> inputs;
+    const std::size_t digits = m_frame.size() - TextPrefix.size() - 1;
+    std::vector<quint16> inputs;
     if (digits == 4 * m_ports + 1 && m_frame[m_frame.size() - 2] == '\r') {
-        inputs = hexGroups(&m_frame[textPrefix.size()], m_ports);
+        inputs = hexGroups(&m_frame[TextPrefix.size()], m_ports);
     }
     if (!inputs.empty()) {
         return acceptCopy({m_frameUs, inputs}, nowUs);
@@ -203,19 +203,19 @@ void SwitchingBoard::finishText(int64_t nowUs)
     fault(nowUs, "a malformed switch frame of " + std::to_string(m_frame.size()) + " bytes");
 }
 
-void SwitchingBoard::finishBinary(int64_t nowUs)
+void SwitchingBoard::finishBinary(qint64 nowUs)
 {
     m_state = State::Hunting;
     if (m_frame.back() != 0) {
         fault(nowUs, "a frame ends in " + hex(m_frame.back()) + " instead of 00");
-    } else if (m_frame.size() == 4 * m_ports + spliceOverhead && m_frame[4] == 0x00 && m_frame[5] == 0x31) {
+    } else if (m_frame.size() == 4 * m_ports + SpliceOverhead && m_frame[4] == 0x00 && m_frame[5] == 0x31) {
         acceptSplice();
     } else {
         record(m_passedFrames, PassedFrame{m_frameUs, m_frame});
     }
 }
 
-void SwitchingBoard::acceptCopy(SwitchFrame frame, int64_t nowUs)
+void SwitchingBoard::acceptCopy(SwitchFrame frame, qint64 nowUs)
 {
     if (!m_firstCopy) {
         m_firstCopy = std::move(frame);
@@ -230,7 +230,7 @@ void SwitchingBoard::acceptCopy(SwitchFrame frame, int64_t nowUs)
 
 void SwitchingBoard::acceptPair(SwitchFrame frame)
 {
-    checkDistance("switch", frame.timeUs, m_lastSwitchUs, switchDistanceMs);
+    checkDistance("switch", frame.timeUs, m_lastSwitchUs, SwitchDistanceMs);
     m_lastSwitchUs = m_lastFrameUs = frame.timeUs;
     m_routing = frame.inputs;
     record(m_switchFrames, std::move(frame));
@@ -238,17 +238,17 @@ void SwitchingBoard::acceptPair(SwitchFrame frame)
 
 void SwitchingBoard::acceptSplice()
 {
-    checkDistance("splice", m_frameUs, m_lastFrameUs, spliceDistanceMs);
+    checkDistance("splice", m_frameUs, m_lastFrameUs, SpliceDistanceMs);
     m_lastFrameUs = m_frameUs;
     SpliceFrame frame{m_frameUs, {}};
-    for (size_t at = 6; at + 4 < m_frame.size(); at += 4) {
-        frame.words.push_back(uint32_t(m_frame[at]) | uint32_t(m_frame[at + 1]) << 8 |
-                              uint32_t(m_frame[at + 2]) << 16 | uint32_t(m_frame[at + 3]) << 24);
+    for (std::size_t at = 6; at + 4 < m_frame.size(); at += 4) {
+        frame.words.push_back(quint32(m_frame[at]) | quint32(m_frame[at + 1]) << 8 |
+                              quint32(m_frame[at + 2]) << 16 | quint32(m_frame[at + 3]) << 24);
     }
     record(m_spliceFrames, std::move(frame));
 }
 
-void SwitchingBoard::dropFirstCopy(int64_t nowUs)
+void SwitchingBoard::dropFirstCopy(qint64 nowUs)
 {
     if (m_firstCopy) {
         fault(nowUs, "a switch frame came once only");
@@ -256,30 +256,23 @@ void SwitchingBoard::dropFirstCopy(int64_t nowUs)
     m_firstCopy.reset();
 }
 
-void SwitchingBoard::checkDistance(const char *frame, int64_t frameUs, const std::optional<int64_t> &lastUs,
-                                   int64_t minimumMs)
+void SwitchingBoard::checkDistance(const char *frame, qint64 frameUs, const std::optional<qint64> &lastUs,
+                                   qint64 minimumMs)
 {
     if (!lastUs) {
         return;
     }
-    const int64_t distanceMs = (frameUs - *lastUs) / 1000;
-    if (distanceMs < minimumMs - readingLatencyMs) {
+    const qint64 distanceMs = (frameUs - *lastUs) / 1000;
+    if (distanceMs < minimumMs - ReadingLatencyMs) {
         fault(frameUs,
               "a " + std::string(frame) + " frame too early, after " + std::to_string(distanceMs) + " ms");
     }
 }
 
-void SwitchingBoard::fault(int64_t nowUs, const std::string &text)
-{
-    record(m_faults, WireFault{nowUs, text});
-}
-
 template <class T>
 void SwitchingBoard::record(History<T> &history, T event)
 {
-    if (m_observer) {
-        m_observer(event);
-    }
+    tell(event);
     history.add(std::move(event));
 }
 } // namespace sim

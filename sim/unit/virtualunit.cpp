@@ -1,17 +1,12 @@
 #include "virtualunit.h"
 
 #include "framebuffer.h"
-#include "unitsettings.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <ios>
+#include <cstddef>
 #include <poll.h>
-#include <system_error>
-#include <utility>
-#include <variant>
 
 namespace sim
 {
@@ -19,66 +14,40 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds turn{20};
-constexpr int64_t cutUs = 100'000;
-constexpr size_t maxReceived = 1 << 20;
+constexpr std::chrono::milliseconds Turn{20};
+constexpr char FrameBufferFile[] = "/dev/fb0";
 
-constexpr std::array<const char *, allWires.size()> devices = {
-    "/dev/ttymxc0", "/dev/ttymxc1", "/dev/ttymxc2",  "/dev/ttymxc3",
-    "/dev/ttymxc4", "/dev/gpiodev", "/dev/spidev2.0"};
-constexpr int lcdResetLine = 1;
-constexpr std::array<int, 2> panelLightLines = {2, 3};
-
-const char frameBufferFile[] = "/dev/fb0";
-const char brightnessFile[] = "/sys/class/backlight/backlight.8/brightness";
-const char temperatureFile[] = "/sys/devices/virtual/thermal/thermal_zone0/temp";
-
-/// Ends of commands, starts of frames, and bytes that only a broken line makes.
-const std::string noise("\x00\xFF\xEB\xEB\x90\x7F 1x2.\r\x80\xEB\x90\x10\x01\x00", 18);
-
-size_t index(Wire wire)
-{
-    return static_cast<size_t>(wire);
-}
-
-int64_t nowUs()
+qint64 nowUs()
 {
     return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch()).count();
 }
 
-/// Drops what is before the last `size` bytes.
-void keepEnd(std::string *bytes, size_t size)
+std::size_t index(Wire wire)
 {
-    bytes->erase(0, bytes->size() - std::min(bytes->size(), size));
+    return static_cast<std::size_t>(wire);
 }
 
-bool writeFile(const std::string &path, const std::string &text)
+/// The wires that a person can plug a cable into.
+std::vector<Wire> openWires()
 {
-    std::ofstream file(path, std::ios::trunc);
-    file << text;
-    return static_cast<bool>(file.flush());
+    std::vector<Wire> wires;
+    for (const WireRow &row : Wires) {
+        if (row.farEnd == noFarEnd) {
+            wires.push_back(row.wire);
+        }
+    }
+    return wires;
 }
 } // namespace
 
 VirtualUnit::VirtualUnit(const std::string &root, int ports, const WireObserver &observer)
     : m_root(root)
-    , m_board(ports, observer)
-    , m_lcd(observer)
-    , m_keys(observer)
-    , m_gpio([this, observer](const WireEvent &event) {
-        if (const auto *write = std::get_if<LineWrite>(&event); write && write->line == lcdResetLine) {
-            m_lcd.setResetLine(write->level, write->timeUs);
-        }
-        if (observer) {
-            observer(event);
-        }
-    })
+    , m_files(root)
+    , m_farEnds(ports, observer)
 {
-    makeFiles();
-    if (m_error.empty()) {
-        makeDevices();
-    }
-    if (m_error.empty()) {
+    m_made = m_files.make();
+    makeDevices();
+    if (m_made.isDone()) {
         m_thread = std::thread(&VirtualUnit::run, this);
     }
 }
@@ -93,136 +62,118 @@ VirtualUnit::~VirtualUnit()
 
 std::string VirtualUnit::path(Wire wire) const
 {
-    return m_root + devices[index(wire)];
+    return m_root + Wires[index(wire)].device;
 }
 
 void VirtualUnit::unplug(Wire wire)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_error.empty()) {
-        node(wire).removeFile();
-    }
+    m_lines[index(wire)].unplug();
 }
 
 void VirtualUnit::removeFrameBuffer()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_error.empty()) {
-        m_frameBuffer->removeFile();
-    }
+    m_frameBuffer->removeFile();
 }
 
-bool VirtualUnit::plugCables()
+Result VirtualUnit::plugCables()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    for (size_t i = 0; i < m_cables.size(); ++i) {
-        m_cables[i] = std::make_unique<PatchCable>(m_root + "/serial" + std::to_string(i + 1));
-        fail(m_cables[i]->error());
+    const std::vector<std::string> names = cableNames();
+    std::size_t next = 0;
+    Result plugged;
+    for (const Wire wire : openWires()) {
+        const std::string path = m_root + "/" + names[next++];
+        plugged = plugged.then([&] { return m_lines[index(wire)].plugCable(path); });
     }
-    return m_error.empty();
+    return plugged;
 }
 
-void VirtualUnit::inject(Fault fault)
+std::vector<std::string> VirtualUnit::cableNames()
+{
+    std::vector<std::string> names;
+    while (names.size() < openWires().size()) {
+        names.push_back("serial" + std::to_string(names.size() + 1));
+    }
+    return names;
+}
+
+void VirtualUnit::inject(Wire wire, Fault fault)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_injected.insert(fault);
-    if (SerialLink *link = serialLink(Wire::Matrix); link && fault == Fault::MatrixGarbageFirst) {
-        link->send(noise);
-    }
+    m_lines[index(wire)].inject(fault);
 }
 
 SwitchingBoard VirtualUnit::board() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_board;
+    return m_farEnds.board;
 }
 
 GpioLines VirtualUnit::gpio() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_gpio;
+    return m_farEnds.gpio;
 }
 
 LcdModule VirtualUnit::lcd() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_lcd;
+    return m_farEnds.lcd;
 }
 
 KeyPanel VirtualUnit::keys() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_keys;
+    return m_farEnds.keys;
 }
 
 bool VirtualUnit::panelLight() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::all_of(panelLightLines.begin(), panelLightLines.end(),
-                       [this](int line) { return m_gpio.level(line) == 1; });
+    return m_farEnds.panelLight();
 }
 
 void VirtualUnit::pressKey(int key)
 {
-    sendKey(key, 0x80);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_farEnds.keys.press(key);
+    m_lines[index(Wire::Keys)].flush(nowUs());
 }
 
 void VirtualUnit::releaseKey(int key)
 {
-    sendKey(key, 0);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_farEnds.keys.release(key);
+    m_lines[index(Wire::Keys)].flush(nowUs());
 }
 
 void VirtualUnit::pressRemote(char key)
 {
-    send(Wire::Infrared, {key});
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_farEnds.remote.press(key);
+    m_lines[index(Wire::Infrared)].flush(nowUs());
 }
 
 std::string VirtualUnit::takeReceived(Wire wire)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    std::string received = std::exchange(m_received[index(wire)], {});
-    keepEnd(&received, maxReceived);
-    return received;
+    return m_lines[index(wire)].takeReceived();
 }
 
 void VirtualUnit::send(Wire wire, const std::string &bytes)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    SerialLink *link = serialLink(wire);
-    if (!link) {
-        return;
-    }
-    const bool isControl = wire == Wire::Control0 || wire == Wire::Control1;
-    const size_t first = isControl && isInjected(Fault::ControlCutInTwo) ? bytes.size() / 2 : bytes.size();
-    link->send(bytes.substr(0, first));
-    if (first < bytes.size()) {
-        link->send(bytes.substr(first), nowUs() + cutUs);
-    }
-    link->flush(nowUs());
+    Line &line = m_lines[index(wire)];
+    line.send(bytes, nowUs());
+    line.flush(nowUs());
 }
 
 termios VirtualUnit::attributes(Wire wire) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const SerialLink *link = serialLink(wire);
-    return link ? link->attributes() : termios{};
-}
-
-int VirtualUnit::backlight() const
-{
-    std::ifstream file(m_root + brightnessFile);
-    int level = -1;
-    return file >> level ? level : -1;
-}
-
-void VirtualUnit::setTemperature(const std::string &text)
-{
-    writeFile(m_root + temperatureFile, text);
-}
-
-bool VirtualUnit::writeSettings(const std::map<std::string, std::string> &values)
-{
-    return sim::writeSettings(m_root, values);
+    return m_lines[index(wire)].attributes();
 }
 
 bool VirtualUnit::waitFor(const std::function<bool()> &condition, int timeoutMs) const
@@ -230,7 +181,7 @@ bool VirtualUnit::waitFor(const std::function<bool()> &condition, int timeoutMs)
     const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (;;) {
         std::unique_lock<std::mutex> lock(m_mutex);
-        const uint64_t seen = m_arrivals;
+        const quint64 seen = m_arrivals;
         lock.unlock();
         if (condition()) {
             return true;
@@ -240,56 +191,26 @@ bool VirtualUnit::waitFor(const std::function<bool()> &condition, int timeoutMs)
             return false;
         }
         lock.lock();
-        m_served.wait_until(lock, std::min(deadline, now + turn), [&] { return m_arrivals != seen; });
+        m_served.wait_until(lock, std::min(deadline, now + Turn), [&] { return m_arrivals != seen; });
     }
 }
 
-void VirtualUnit::makeFiles()
-{
-    for (const char *folder :
-         {"/home/app/config", "/home/app/data", "/home/www", "/etc", "/dev",
-          "/sys/class/backlight/backlight.8", "/sys/devices/virtual/thermal/thermal_zone0"}) {
-        std::error_code failure;
-        std::filesystem::create_directories(m_root + folder, failure);
-        if (failure) {
-            return fail("cannot make the folder " + m_root + folder + ": " + failure.message());
-        }
-    }
-    for (const auto &[file, text] :
-         {std::pair(brightnessFile, "0\n"), std::pair(temperatureFile, "45123\n")}) {
-        if (!writeFile(m_root + file, text)) {
-            fail("cannot write " + m_root + file);
-        }
-    }
-}
-
+/// Makes all of them even if one cannot be made, so that each wire has its line.
 void VirtualUnit::makeDevices()
 {
-    for (const Wire wire : allWires) {
-        if (index(wire) < serialWireCount) {
-            m_serial[index(wire)] = std::make_unique<SerialLink>(path(wire));
-        } else {
-            m_fifos[index(wire) - serialWireCount] = std::make_unique<FifoNode>(path(wire));
-        }
-        fail(node(wire).error());
+    for (const WireRow &row : Wires) {
+        m_lines.emplace_back(m_root, row, m_farEnds);
+        m_made = m_made.then([this] { return m_lines.back().made(); });
     }
-    m_frameBuffer = std::make_unique<MemoryNode>(m_root + frameBufferFile, FrameBufferSize);
-    fail(m_frameBuffer->error());
-}
-
-/// Keeps the first error; an empty one is none.
-void VirtualUnit::fail(const std::string &error)
-{
-    if (m_error.empty()) {
-        m_error = error;
-    }
+    m_frameBuffer = std::make_unique<MemoryNode>(m_root + FrameBufferFile, FrameBufferSize);
+    m_made = m_made.then([this] { return m_frameBuffer->made(); });
 }
 
 void VirtualUnit::run()
 {
     while (!m_stop) {
         awaitInput();
-        if (serveWires()) {
+        if (serveLines()) {
             m_served.notify_all();
         }
     }
@@ -298,117 +219,31 @@ void VirtualUnit::run()
 /// Waits for the program to write; a person's cable and what is to be sent later can wait for the next turn.
 void VirtualUnit::awaitInput()
 {
-    std::array<pollfd, allWires.size()> inputs;
+    std::array<pollfd, Wires.size()> inputs;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        for (const Wire wire : allWires) {
-            inputs[index(wire)] = {node(wire).descriptor(), POLLIN, 0};
-        }
-        if (isInjected(Fault::MatrixStuck)) {
-            inputs[index(Wire::Matrix)].fd = -1;
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            inputs[i] = {m_lines[i].descriptor(), POLLIN, 0};
         }
     }
-    poll(inputs.data(), inputs.size(), static_cast<int>(turn.count()));
+    ::poll(inputs.data(), inputs.size(), static_cast<int>(Turn.count()));
 }
 
-/// Returns whether anything came.
-bool VirtualUnit::serveWires()
+/// \return whether anything came
+bool VirtualUnit::serveLines()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    // Taken before reading: what is not there now has truly not come for as long as the board is told.
-    const int64_t startUs = nowUs();
-    std::array<std::string, allWires.size()> arrived;
+    // Taken before reading: what is not there now has truly not come for as long as the far ends are told.
+    const qint64 startUs = nowUs();
     // Backwards, so that what the program did to the GPIO lines before an SPI transfer is there with it.
-    for (size_t i = allWires.size(); i-- > 0;) {
-        arrived[i] = receive(allWires[i]);
-    }
+    std::for_each(m_lines.rbegin(), m_lines.rend(), [](Line &line) { line.receive(); });
     bool hasArrived = false;
-    for (const Wire wire : allWires) {
-        if (!arrived[index(wire)].empty()) {
-            handle(wire, arrived[index(wire)]);
-            hasArrived = true;
-        }
+    for (Line &line : m_lines) {
+        hasArrived = line.feed(nowUs()) || hasArrived;
+        line.flush(nowUs());
+        line.idle(startUs);
     }
-    for (size_t i = 0; i < m_cables.size(); ++i) {
-        serveCable(i);
-    }
-    for (const auto &link : m_serial) {
-        link->flush(nowUs());
-    }
-    m_board.idle(startUs);
     m_arrivals += hasArrived;
     return hasArrived;
-}
-
-std::string VirtualUnit::receive(Wire wire)
-{
-    if (wire == Wire::Matrix && isInjected(Fault::MatrixStuck)) {
-        return {};
-    }
-    std::string bytes = node(wire).receive();
-    std::string &received = m_received[index(wire)];
-    received += bytes;
-    if (received.size() > 2 * maxReceived) { // seldom, since it moves the whole
-        keepEnd(&received, maxReceived);
-    }
-    return bytes;
-}
-
-void VirtualUnit::handle(Wire wire, const std::string &bytes)
-{
-    const auto *data = reinterpret_cast<const uint8_t *>(bytes.data());
-    switch (wire) {
-    case Wire::Matrix:
-        m_board.feed(data, bytes.size(), nowUs());
-        if (isInjected(Fault::MatrixNoise)) {
-            serialLink(wire)->send(noise);
-        }
-        break;
-    case Wire::Control0:
-    case Wire::Control1:
-        if (const auto &cable = m_cables[index(wire) - index(Wire::Control0)]) {
-            cable->deliver(bytes);
-        }
-        break;
-    case Wire::Gpio:
-        m_gpio.feed(data, bytes.size(), nowUs());
-        break;
-    case Wire::Spi:
-        m_lcd.feed(data, bytes.size(), nowUs());
-        break;
-    case Wire::Keys:
-        m_keys.feed(data, bytes.size(), nowUs());
-        break;
-    case Wire::Infrared:
-        break;
-    }
-}
-
-void VirtualUnit::sendKey(int key, int direction)
-{
-    if (key >= 1 && key <= 127) {
-        send(Wire::Keys, {static_cast<char>(key | direction)});
-    }
-}
-
-void VirtualUnit::serveCable(size_t cable)
-{
-    if (m_cables[cable]) {
-        m_serial[index(Wire::Control0) + cable]->send(m_cables[cable]->receive());
-    }
-}
-
-DeviceNode &VirtualUnit::node(Wire wire)
-{
-    if (index(wire) < serialWireCount) {
-        return *m_serial[index(wire)];
-    }
-    return *m_fifos[index(wire) - serialWireCount];
-}
-
-/// Null for a wire that is no serial port, and for all when not even the folders could be made.
-SerialLink *VirtualUnit::serialLink(Wire wire) const
-{
-    return index(wire) < serialWireCount ? m_serial[index(wire)].get() : nullptr;
 }
 } // namespace sim

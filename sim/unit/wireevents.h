@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <QtGlobal>
 #include <functional>
 #include <string>
 #include <variant>
@@ -13,33 +13,33 @@ namespace sim
 
 /// A switch frame that came twice, as it has to; the time is that of the first byte of the first copy.
 struct SwitchFrame {
-    int64_t timeUs;
-    std::vector<uint16_t> inputs; ///< one per output, 0-based; 0xFFFF is dark
+    qint64 timeUs;
+    std::vector<quint16> inputs; ///< one per output, 0-based; 0xFFFF is dark
 };
 
 /// A splice frame; the time is that of its first byte.
 struct SpliceFrame {
-    int64_t timeUs;
-    std::vector<uint32_t> words; ///< one per output
+    qint64 timeUs;
+    std::vector<quint32> words; ///< one per output
 };
 
 /// A binary frame that a client had passed through to the board, as it came; the time is that of its first
 /// byte.
 struct PassedFrame {
-    int64_t timeUs;
-    std::vector<uint8_t> bytes;
+    qint64 timeUs;
+    std::vector<quint8> bytes;
 };
 
 /// One write of a GPIO line, whether or not it changed the level; the time is that of the program's request.
 struct LineWrite {
-    int64_t timeUs;
+    qint64 timeUs;
     int line;  ///< 0..31
     int level; ///< 0 or 1
 };
 
 /// Something that must not come over this wire, in words.
 struct WireFault {
-    int64_t timeUs;
+    qint64 timeUs;
     std::string text;
 };
 

@@ -66,7 +66,7 @@ private slots:
     void cablesBridgeTheControlPorts()
     {
         sim::VirtualUnit unit(root(), 2);
-        QVERIFY(unit.plugCables());
+        QVERIFY(unit.plugCables().isDone());
         const std::string answers(4000, 'x');
         const std::string bytes("3x1&4.\r\n\x03\x11\x13\xEB\x90\x00\xFF", 15); // what a terminal would act on
         for (const auto &[wire, cable] : {std::pair(Wire::Control0, "1"), {Wire::Control1, "2"}}) {
@@ -93,7 +93,7 @@ private slots:
             const QTemporaryDir folder;
             QVERIFY(QDir(folder.path()).mkpath(blocked));
             sim::VirtualUnit unit(folder.path().toStdString(), 2);
-            const QString error = QString::fromStdString(unit.error());
+            const QString error = unit.made().failure;
             QVERIFY2(error.contains(blocked) && !error.contains('\n'), qPrintable(error));
             unit.send(Wire::Matrix, "x");
             QVERIFY(QFileInfo::exists(folder.filePath(blocked)));
