@@ -39,8 +39,9 @@ static int isSpiMessage(unsigned long request)
 /* Adds what lies behind a spidev argument to the parts of the record; returns their new number. */
 static int addPayload(struct iovec *parts, int count, unsigned long request, void *argument)
 {
-    if (!argument || _IOC_DIR(request) != _IOC_WRITE)
+    if (!argument || _IOC_DIR(request) != _IOC_WRITE) {
         return count;
+    }
     if (!isSpiMessage(request)) {
         parts[count++] = (struct iovec){argument, _IOC_SIZE(request)};
         return count;
@@ -48,8 +49,9 @@ static int addPayload(struct iovec *parts, int count, unsigned long request, voi
     struct spi_ioc_transfer *transfers = argument;
     for (size_t i = 0; i < _IOC_SIZE(request) / sizeof *transfers; ++i) {
         parts[count++] = (struct iovec){&transfers[i], sizeof *transfers};
-        if (transfers[i].tx_buf)
+        if (transfers[i].tx_buf) {
             parts[count++] = (struct iovec){(void *)(uintptr_t)transfers[i].tx_buf, transfers[i].len};
+        }
     }
     return count;
 }
@@ -58,9 +60,11 @@ static int addPayload(struct iovec *parts, int count, unsigned long request, voi
 static int result(unsigned long request, const struct spi_ioc_transfer *transfers)
 {
     int bytes = 0;
-    if (transfers && _IOC_TYPE(request) == SPI_IOC_MAGIC && isSpiMessage(request))
-        for (size_t i = 0; i < _IOC_SIZE(request) / sizeof *transfers; ++i)
+    if (transfers && _IOC_TYPE(request) == SPI_IOC_MAGIC && isSpiMessage(request)) {
+        for (size_t i = 0; i < _IOC_SIZE(request) / sizeof *transfers; ++i) {
             bytes += (int)transfers[i].len;
+        }
+    }
     return bytes;
 }
 
@@ -77,14 +81,17 @@ static int record(int fd, unsigned long request, void *argument)
     struct iovec parts[MaxParts];
     parts[0] = (struct iovec){&head, sizeof head};
     const int count = _IOC_TYPE(request) == SPI_IOC_MAGIC ? addPayload(parts, 1, request, argument) : 1;
-    for (int i = 1; i < count; ++i)
+    for (int i = 1; i < count; ++i) {
         head.size += (uint32_t)parts[i].iov_len;
+    }
 
     const ssize_t written = writev(fd, parts, count);
-    if (written == (ssize_t)head.size)
+    if (written == (ssize_t)head.size) {
         return result(request, argument);
-    if (written >= 0)
+    }
+    if (written >= 0) {
         errno = EIO; /* cut off by a signal */
+    }
     return -1;
 }
 
@@ -136,10 +143,12 @@ int ioctl(int fd, unsigned long request, ...)
     va_end(arguments);
 
     const int known = request <= 1 || _IOC_TYPE(request) == SPI_IOC_MAGIC;
-    if (known && isFifo(fd))
+    if (known && isFifo(fd)) {
         return record(fd, request, argument);
+    }
     if (_IOC_TYPE(request) == FrameBufferRequest && isFrameBuffer(fd) &&
-        answerAsFrameBuffer(request, argument))
+        answerAsFrameBuffer(request, argument)) {
         return 0;
+    }
     return (int)syscall(SYS_ioctl, fd, request, argument);
 }
