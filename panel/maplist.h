@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pages.h"
+#include "panelports.h"
 
 #include <optional>
 #include <tuple>
@@ -23,7 +24,7 @@ public:
 
 private:
     /// The first output, ports and map.
-    using State = std::tuple<int, int, PanelMap>;
+    using State = std::tuple<int, int, RoutingMap>;
     void show(const State &state) const;
 
     const Page m_page;

@@ -2,7 +2,7 @@
 
 #include "keyleds.h"
 #include "menupage.h"
-#include "pages.h"
+#include "panelports.h"
 
 #include <optional>
 #include <tuple>
@@ -15,14 +15,14 @@ public:
     explicit SwitchMenu(KeyLeds &leds);
     void enter() override;
     void show() override;
-    Mode press(int key) override;
+    void press(int key) override;
 
 private:
     bool isRouted(int output) const;
     void sendLeds(int ports);
     void toggle(int output);
 
-    using State = std::tuple<int, int, PanelMap>;
+    using State = std::tuple<int, int, RoutingMap>;
 
     KeyLeds &m_leds;
     int m_input = 0;              ///< selected, 0-based

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "displayport.h"
 #include "framememory.h"
 #include "menu.h"
 #include "pages.h"
+#include "panelrun.h"
 #include "testunit.h"
 
 /// The menu on a unit, stepped by hand: no thread, no LCD, no key board.
@@ -76,7 +76,7 @@ public:
     QByteArray field(int index) const
     {
         char buffer[64] = "";
-        EDIT_GetText(WM_GetDialogItem(hWin[SetupPage], IdEdit + index), buffer, sizeof buffer);
+        EDIT_GetText(setupField(index), buffer, sizeof buffer);
         return buffer;
     }
 
