@@ -30,8 +30,8 @@ void MapList::show(int slot)
     ++m_cycles;
 
     const bool isSecond = m_secondHalf && ports > MapButtons;
-    State state(isSecond ? MapButtons : 0, ports, RoutingMap{});
-    Routing::copyMap(*g_mxConfig, slot, std::get<RoutingMap>(state).data());
+    State state(isSecond ? MapButtons : 0, ports, PanelMap{});
+    Routing::copyMap(*g_mxConfig, slot, std::get<PanelMap>(state).data(), PanelMaxPort);
     if (m_shown != state) {
         m_shown = state;
         show(state);

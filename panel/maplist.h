@@ -24,7 +24,7 @@ public:
 
 private:
     /// The first output, ports and map.
-    using State = std::tuple<int, int, RoutingMap>;
+    using State = std::tuple<int, int, PanelMap>;
     void show(const State &state) const;
 
     const Page m_page;

@@ -23,5 +23,5 @@ int panelPorts();
 
 constexpr int LiveMap = 0; ///< its slot
 
-/// Room for what `Routing::copyMap` copies.
-using RoutingMap = std::array<quint16, MxMaxPort>;
+/// The inputs of the outputs that the panel shows.
+using PanelMap = std::array<quint16, PanelMaxPort>;

@@ -31,9 +31,9 @@ void SwitchMenu::show()
     if (m_leds.isDue(LedCycles)) {
         sendLeds(ports);
     }
-    State state(ports, m_input, RoutingMap{});
-    RoutingMap &map = std::get<RoutingMap>(state);
-    Routing::copyMap(*g_mxConfig, LiveMap, map.data());
+    State state(ports, m_input, PanelMap{});
+    PanelMap &map = std::get<PanelMap>(state);
+    Routing::copyMap(*g_mxConfig, LiveMap, map.data(), PanelMaxPort);
     if (m_shown == state) {
         return;
     }

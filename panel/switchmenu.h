@@ -22,7 +22,7 @@ private:
     void sendLeds(int ports);
     void toggle(int output);
 
-    using State = std::tuple<int, int, RoutingMap>;
+    using State = std::tuple<int, int, PanelMap>;
 
     KeyLeds &m_leds;
     int m_input = 0;              ///< selected, 0-based
