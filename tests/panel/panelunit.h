@@ -73,10 +73,13 @@ public:
         return all.join(',');
     }
 
-    QByteArray field(int index) const
+    /// Of the SETUP page, as field() is.
+    static WM_Handle edit(int index) { return WM_GetDialogItem(hWin[SetupPage], IdEdit + index); }
+
+    static QByteArray field(int index)
     {
         char buffer[64] = "";
-        EDIT_GetText(setupField(index), buffer, sizeof buffer);
+        EDIT_GetText(edit(index), buffer, sizeof buffer);
         return buffer;
     }
 

@@ -46,7 +46,7 @@ private slots:
         unit.act("menu menu");
         unit.act(actions);
         QTEST(unit.field(field), "text");
-        const WM_Handle edit = setupField(field);
+        const WM_Handle edit = PanelUnit::edit(field);
         QTEST(WM_GetFocus() == edit ? EDIT_GetCursorCharPos(edit) : -1, "cursor");
     }
 
@@ -71,7 +71,7 @@ private slots:
     {
         PanelUnit unit;
         for (int i = 0; i < SetupFields; ++i) {
-            EDIT_SetText(setupField(i), "001.002.003.00" + QByteArray::number(i));
+            EDIT_SetText(PanelUnit::edit(i), "001.002.003.00" + QByteArray::number(i));
         }
         unit.act("menu menu save");
         const QByteArray files = unit.fileContent("/etc/eth0.conf") + unit.fileContent("/etc/eth1.conf");
@@ -102,7 +102,7 @@ private slots:
         unit.shm().eth1Netmask.set(QTest::currentDataTag());
         unit.act("load");
         QTEST(unit.field(4), "shown");
-        EDIT_SetText(setupField(4), "1.2.3");
+        EDIT_SetText(PanelUnit::edit(4), "1.2.3");
         unit.act("save");
         QCOMPARE(unit.shm().eth1Netmask.get().text, "192.168.0.80");
     }
