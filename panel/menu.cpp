@@ -50,7 +50,7 @@ void Menu::goTo(MenuPage *page)
     }
 }
 
-/// A page that is not offered ends the round, and what lies behind it is out of reach.
+/// A page that is not offered ends the round: the pages behind it are out of reach.
 MenuPage *Menu::pageAfter(const MenuPage *page) const
 {
     const auto next = std::find(m_round.begin(), m_round.end(), page) + 1;

@@ -2,8 +2,8 @@
 
 #include "pages.h"
 
-/// One page of the menu: what it shows, and what the keys do on it. Which page follows is none of its
-/// business. For the keypad thread.
+/// One page of the menu: what it shows, and what the keys do on it. It does not know the other pages. For the
+/// keypad thread.
 class MenuPage
 {
 public:

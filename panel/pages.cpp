@@ -31,7 +31,7 @@ constexpr Grid SwitchGrid = {8, 5, 16, 1, 16};
 static_assert(MapGrid.columns * MapGrid.rows == MapButtons, "");
 static_assert(SwitchGrid.columns * SwitchGrid.rows == SwitchButtons, "");
 
-/// What the cycles set, so that none has to look for it.
+/// The widgets that change, so that nobody has to look for them by their ids.
 WM_Handle headerTitle;
 WM_Handle headerStatus;
 WM_Handle buttons[PageCount][SwitchButtons];

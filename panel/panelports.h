@@ -23,5 +23,5 @@ int panelPorts();
 
 constexpr int LiveMap = 0; ///< its slot
 
-/// The inputs of the outputs that the panel shows.
+/// The input of each output that the panel has a key for.
 using PanelMap = std::array<quint16, PanelMaxPort>;

@@ -73,7 +73,7 @@ public:
         return all.join(',');
     }
 
-    /// Of the SETUP page, as field() is.
+    /// An edit field of the SETUP page, from 0 on, and its text.
     static WM_Handle edit(int index) { return WM_GetDialogItem(hWin[SetupPage], IdEdit + index); }
 
     static QByteArray field(int index)

@@ -93,9 +93,8 @@ private slots:
         BSP_LCD_SetPixel(3, 2, 7);
         QVERIFY(BSP_LCD_GetPixel(3, 2) == 7 && nLcdBufferChanged == 0);
         BSP_LCD_SetCursor(127, 62);
-        for (const std::uint16_t value : {1, 2}) {
-            BSP_LCD_WriteData(value);
-        }
+        BSP_LCD_WriteData(1);
+        BSP_LCD_WriteData(2);
         QVERIFY(nLcdBufferChanged == 1);
         QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && BSP_LCD_GetPixel(0, 63) == 2);
         BSP_LCD_SetCursor(127, 63);
@@ -209,16 +208,14 @@ private slots:
 
     void missingDevices_data()
     {
-        using Wires = QVector<sim::Wire>;
         using sim::Wire;
-        QTest::addColumn<Wires>("missing");
+        QTest::addColumn<QVector<Wire>>("missing");
         QTest::addColumn<int>("result");
-        QTest::newRow("LCD") << Wires{Wire::Spi} << -1;
-        QTest::newRow("keys") << Wires{Wire::Keys} << -1;
-        QTest::newRow("remote") << Wires{Wire::Infrared} << -1;
-        QTest::newRow("all") << Wires{Wire::Spi, Wire::Keys, Wire::Infrared, Wire::Gpio} << -1;
+        QTest::newRow("LCD") << QVector<Wire>{Wire::Spi} << -1;
+        QTest::newRow("remote") << QVector<Wire>{Wire::Infrared} << -1;
+        QTest::newRow("all") << QVector<Wire>{Wire::Spi, Wire::Keys, Wire::Infrared, Wire::Gpio} << -1;
         // The panel runs, although the LCD then stays in its reset.
-        QTest::newRow("GPIO") << Wires{Wire::Gpio} << 0;
+        QTest::newRow("GPIO") << QVector<Wire>{Wire::Gpio} << 0;
     }
 
     void missingDevices()
