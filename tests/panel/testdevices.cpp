@@ -78,7 +78,8 @@ private slots:
             const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
             QCOMPARE(int(data[0]), 0xFA);
             for (int dot = 0; dot < 256; ++dot) {
-                const int byte = data[size_t(1 + dot / 8 * 2)] | data[size_t(2 + dot / 8 * 2)] >> 4;
+                const quint8 *halves = &data[1] + dot / 8 * 2;
+                const int byte = halves[0] | halves[1] >> 4;
                 QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
                          isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
             }
