@@ -21,7 +21,7 @@ void loadOne(const QSettings &file, const char *kind, int number, SharedText<32>
 
 void saveOne(QSettings &file, const char *kind, int number, const SharedText<32> &caption)
 {
-    file.setValue(keyOf(kind, number), QString::fromUtf8(caption.get().text));
+    file.setValue(keyOf(kind, number), QString::fromUtf8(caption.get()));
 }
 } // namespace
 

@@ -59,7 +59,7 @@ void saveInterface(const MxShm &shm, const EthernetInterface &interface)
     file.beginGroup(QStringLiteral("IP"));
     for (int i = 0; i < 3; ++i) {
         const auto value = (shm.*interface.fields[i]).get();
-        file.setValue(QLatin1String(InterfaceKeys[i]), QString::fromLatin1(value.text));
+        file.setValue(QLatin1String(InterfaceKeys[i]), QString::fromLatin1(value));
     }
     file.endGroup();
     file.saved().report();
