@@ -1,10 +1,11 @@
-#include "displayport.h"
 #include "filedescriptor.h"
 #include "framememory.h"
+#include "frontpanel.h"
 #include "hooks.h"
+#include "keypad.h"
+#include "lcd.h"
 #include "lcdframe.h"
-#include "lcdtext.h"
-#include "pages.h"
+#include "lcdreader.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -13,15 +14,20 @@
 #include <linux/spi/spidev.h>
 #include <random>
 
+Q_DECLARE_METATYPE(sim::Wire)
+
 namespace
 {
 constexpr int DeadlineMs = 10000;
 
 /// A unit whose panel has ended before the control object goes, however the test ends.
 struct RunningPanel : TestUnit {
-    explicit RunningPanel(int ports = 8)
+    explicit RunningPanel(int ports = 8, const QVector<sim::Wire> &missing = {})
         : TestUnit(ports)
     {
+        for (const sim::Wire wire : missing) {
+            hardware().unplug(wire);
+        }
         start(false);
     }
     ~RunningPanel() { LCD_GUI_DeInit(); }
@@ -44,9 +50,9 @@ bool isLitInMemory(int x, int y)
     return pLcdBuffer[x + LCD_XSIZE * y] == 0;
 }
 
-void drawRandomly(unsigned seed)
+void drawRandomly()
 {
-    std::mt19937 random(seed);
+    std::mt19937 random;
     for (std::uint16_t &dot : pLcdBuffer) {
         const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
         dot = values[random() % 7];
@@ -55,28 +61,27 @@ void drawRandomly(unsigned seed)
 } // namespace
 
 /// The way from the frame memory to the LCD, the panel's devices and its threads.
-class TestDisplayPort : public QObject
+class TestPanelDevices : public QObject
 {
     Q_OBJECT
 
 private slots:
     void frameBytes()
     {
-        for (unsigned seed = 0; seed < 20; ++seed) {
-            drawRandomly(seed);
-            LcdFrame::Rows rows;
-            LcdFrame::pack(pLcdBuffer, rows);
-            for (int line = 0; line < 32; ++line) {
-                const LcdFrame::AddressTransfer address = LcdFrame::address(line);
-                const quint8 expected[] = {0xF8, quint8(0x80 | (line & 0x70)), quint8(line << 4), 0x80, 0};
-                QVERIFY(std::equal(address.begin(), address.end(), expected));
-                const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
-                QCOMPARE(int(data[0]), 0xFA);
-                for (int dot = 0; dot < 256; ++dot) {
-                    const int byte = data[size_t(1 + dot / 8 * 2)] | data[size_t(2 + dot / 8 * 2)] >> 4;
-                    QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
-                             isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
-                }
+        drawRandomly();
+        LcdFrame::Rows rows;
+        LcdFrame::pack(pLcdBuffer, rows);
+        for (int line = 0; line < 32; ++line) {
+            const LcdFrame::AddressTransfer address = LcdFrame::address(line);
+            const quint8 expected[] = {0xF8, quint8(0x80 | (line & 0x70)), quint8(line << 4), 0x80, 0};
+            QVERIFY(std::equal(address.begin(), address.end(), expected));
+            const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
+            QCOMPARE(int(data[0]), 0xFA);
+            for (int dot = 0; dot < 256; ++dot) {
+                const quint8 *halves = &data[1] + dot / 8 * 2;
+                const int byte = halves[0] | halves[1] >> 4;
+                QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
+                         isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
             }
         }
         QCOMPARE(LcdFrame::instruction(0x36), (LcdFrame::Instruction{0xF8, 0x30, 0x60}));
@@ -89,9 +94,8 @@ private slots:
         BSP_LCD_SetPixel(3, 2, 7);
         QVERIFY(BSP_LCD_GetPixel(3, 2) == 7 && nLcdBufferChanged == 0);
         BSP_LCD_SetCursor(127, 62);
-        for (const std::uint16_t value : {1, 2}) {
-            BSP_LCD_WriteData(value);
-        }
+        BSP_LCD_WriteData(1);
+        BSP_LCD_WriteData(2);
         QVERIFY(nLcdBufferChanged == 1);
         QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && BSP_LCD_GetPixel(0, 63) == 2);
         BSP_LCD_SetCursor(127, 63);
@@ -203,21 +207,23 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
+    void missingDevices_data()
+    {
+        using sim::Wire;
+        QTest::addColumn<QVector<Wire>>("missing");
+        QTest::addColumn<int>("result");
+        QTest::newRow("LCD") << QVector<Wire>{Wire::Spi} << -1;
+        QTest::newRow("remote") << QVector<Wire>{Wire::Infrared} << -1;
+        QTest::newRow("all") << QVector<Wire>{Wire::Spi, Wire::Keys, Wire::Infrared, Wire::Gpio} << -1;
+        // The panel runs, although the LCD then stays in its reset.
+        QTest::newRow("GPIO") << QVector<Wire>{Wire::Gpio} << 0;
+    }
+
     void missingDevices()
     {
-        const sim::Wire devices[] = {sim::Wire::Spi, sim::Wire::Keys, sim::Wire::Infrared, sim::Wire::Gpio};
-        for (int missing = 1; missing < 16; ++missing) {
-            TestUnit unit(8);
-            for (int i = 0; i < 4; ++i) {
-                if ((missing & (1 << i)) != 0) {
-                    unit.hardware().unplug(devices[i]);
-                }
-            }
-            unit.start(false);
-            // Without GPIO the panel runs, although the LCD then stays in its reset.
-            QCOMPARE(LCD_GUI_Init(), missing == 8 ? 0 : -1);
-            LCD_GUI_DeInit();
-        }
+        QFETCH(const QVector<sim::Wire>, missing);
+        RunningPanel unit(8, missing);
+        QTEST(LCD_GUI_Init(), "result");
     }
 
     void tooManyPorts()
@@ -232,6 +238,6 @@ private slots:
     }
 };
 
-static const RegisteredTest<TestDisplayPort> registered;
+static const RegisteredTest<TestPanelDevices> registered;
 
-#include "testdisplayport.moc"
+#include "testdevices.moc"
