@@ -89,7 +89,11 @@ int LCD_GUI_Init()
 {
     endThreads();
     run = 1;
-    const bool isUp = lcd_open() && keypad_open() && startThread(tid_lcd, thread_lcd, "thread_lcd") &&
+    if (!lcd_open() || !keypad_open()) {
+        return -1;
+    }
+    lcd_configure();
+    const bool isUp = startThread(tid_lcd, thread_lcd, "thread_lcd") &&
                       startThread(tid_keypad, thread_keypad, "thread_keypad");
     return isUp ? 0 : -1;
 }

@@ -57,13 +57,14 @@ void setLight(int level)
 
 bool lcd_open()
 {
-    if (!reopenDevice(fd_spi_dev, SpiDevice, 0)) {
-        return false;
-    }
+    return reopenDevice(fd_spi_dev, SpiDevice, 0);
+}
+
+void lcd_configure()
+{
     ::ioctl(fd_spi_dev, SPI_IOC_WR_MODE, &mode);
     ::ioctl(fd_spi_dev, SPI_IOC_WR_BITS_PER_WORD, &bits);
     ::ioctl(fd_spi_dev, SPI_IOC_WR_MAX_SPEED_HZ, &speed);
-    return true;
 }
 
 void lcd_close()
