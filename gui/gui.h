@@ -16,9 +16,10 @@
 
 // Display ---------------------------------------------------------------------------------------------------
 
-/// Size of the display, in dots.
-constexpr int LCD_XSIZE = 128;
-constexpr int LCD_YSIZE = 64;
+/// Size of the display in dots, as the port gave it to `GUI_Init`; 0 before that and when the display did not
+/// start.
+int LCD_GetXSize();
+int LCD_GetYSize();
 
 /// 0xRRGGBB.
 using GUI_Color = std::uint32_t;
@@ -34,8 +35,8 @@ int LCD_GetIndexMask_1();
 // Start and time --------------------------------------------------------------------------------------------
 
 /// Starts the library and the display, as after power-up: no windows, all defaults, all of the display in
-/// `GUI_Clear`'s background. May be called again; every handle is then dead. \return 0, or what
-/// `LCD_L0_Init` returned if that is not 0
+/// `GUI_Clear`'s background. May be called again: all windows hear `WM_DELETE` first, and their handles are
+/// dead. \return 0, or what `LCD_L0_Init` returned if that is not 0; nothing is drawn then
 int GUI_Init();
 
 /// Milliseconds by the port's clock.
@@ -126,16 +127,16 @@ enum WM_MessageId {
     WM_PAINT = 1,     ///< draw yourself, all of it; clipped to what needs it
     WM_KEY,           ///< `key` was pressed (`pressed` 1) or released (0) while the window has the focus
     WM_SET_FOCUS,     ///< it has got the focus
-    WM_KILL_FOCUS,    ///< it has lost the focus
+    WM_KILL_FOCUS,    ///< it has lost the focus that it was told of
     WM_NOTIFY_PARENT, ///< the child `source` has something to tell: `value` is a `WM_Notification`
-    WM_DELETE,        ///< it is about to be deleted; it is out of the tree, its children are already gone
+    WM_DELETE,        ///< about to be deleted, to free what it owns; out of the tree, its children are gone
     WM_USER = 0x400   ///< from here on: the application's own
 };
 
 enum WM_Notification {
     WM_CLICKED = 1,  ///< a button went down by key
     WM_RELEASED,     ///< a button went up by key; not when it did by losing the focus
-    WM_VALUE_CHANGED ///< an edit field's text was changed by key
+    WM_VALUE_CHANGED ///< an edit field's text, or another widget's value, was changed by key
 };
 
 struct WM_Message {
@@ -150,8 +151,12 @@ struct WM_Message {
 /// Hears a window's messages. What it does not want to handle it hands on to `WM_DefaultProc`.
 using WM_Callback = void (*)(WM_Message &message);
 
-/// Flags of creation.
-enum WM_Flags { WM_HIDDEN = 0, WM_VISIBLE = 1 };
+/// Flags of creation, to be combined. Buttons and edit fields take keys in any case.
+enum WM_Flags {
+    WM_HIDDEN = 0,
+    WM_VISIBLE = 1,
+    WM_TAKES_KEYS = 2 ///< the focus may be handed on to it
+};
 
 /// The window behind all others. It shows the desktop colour, at first the background colour of `GUI_Init`.
 WM_Handle WM_GetDesktopWindow();
@@ -163,8 +168,9 @@ void WM_SetDesktopColor(GUI_Color color);
 /// about to be deleted, or when there are 4095 windows
 WM_Handle WM_CreateWindow(int x, int y, int width, int height, WM_Handle parent, int flags,
                           WM_Callback callback);
-/// Deletes the window and all of its children. The desktop cannot be deleted, hidden, moved or sized. A
-/// window that is deleted out of its own callback goes at once; the callback must not touch it after that.
+/// Deletes the window and all of its children, after it has been hidden. The desktop cannot be deleted,
+/// hidden, disabled, moved or sized. A window that is deleted out of its own callback goes at once; the
+/// callback must not touch it after that.
 void WM_DeleteWindow(WM_Handle window);
 int WM_IsWindow(WM_Handle window);
 
@@ -178,7 +184,13 @@ void WM_NotifyParent(WM_Handle window, WM_Notification what);
 
 void WM_ShowWindow(WM_Handle window);
 void WM_HideWindow(WM_Handle window);
-int WM_IsVisible(WM_Handle window); ///< shown, and so are all it lies in
+int WM_IsVisible(WM_Handle window); ///< 1 when it is shown, and so are all windows that it lies in
+
+/// A window that is disabled, or lies in one that is, looks the same but cannot have the focus, so that no
+/// key reaches it. Windows are enabled at first.
+void WM_EnableWindow(WM_Handle window);
+void WM_DisableWindow(WM_Handle window);
+int WM_IsEnabled(WM_Handle window); ///< 1 when it is enabled, and so are all windows that it lies in
 
 /// Moves relative to the parent's client area.
 void WM_MoveTo(WM_Handle window, int x, int y);
@@ -190,11 +202,19 @@ void WM_BringToTop(WM_Handle window);
 void WM_BringToBottom(WM_Handle window);
 
 WM_Handle WM_GetParent(WM_Handle window);
-/// The first descendant with this id, the deeper ones after their parents; 0 when there is none.
+/// The first descendant with this id, the deeper ones after their parents; 0 when there is none. It walks the
+/// tree: whoever needs a window in every cycle keeps its handle.
 WM_Handle WM_GetDialogItem(WM_Handle window, int id);
+/// 0 for a window that was created without an id.
 int WM_GetId(WM_Handle window);
-/// On the display.
+void WM_SetId(WM_Handle window, int id);
+/// A value for whoever uses the window; null at first. The library does nothing with it.
+void *WM_GetUserData(WM_Handle window);
+void WM_SetUserData(WM_Handle window, void *data);
+/// Where it is on the display.
 GUI_Rect WM_GetWindowRect(WM_Handle window);
+/// All of it, in the coordinates that its painting and `WM_InvalidateRect` use: from (0, 0) on.
+GUI_Rect WM_GetBounds(WM_Handle window);
 
 /// Has all of the window, without its children, painted anew. Invisible windows stay as they are.
 void WM_InvalidateWindow(WM_Handle window);
@@ -221,14 +241,33 @@ enum GUI_Key {
     GUI_KEY_INSERT
 };
 
-/// Any window may have the focus; 0 takes it away. A deleted window loses it.
+/// Gives the focus to a window, or to none (0). Any window may have it that is visible and enabled; others
+/// are ignored.
+///
+/// When the window with the focus is hidden, disabled or deleted, or one that it lies in is, the focus is
+/// handed on: to the next visible and enabled window in the same parent that takes keys, from back to front,
+/// which is the order of creation unless it was changed; after the last one to the first. If there is none,
+/// to the parent if it takes keys, else to the next one in the parent's parent, and so on; at last to none.
 void WM_SetFocus(WM_Handle window);
 WM_Handle WM_GetFocus();
 /// A character (Latin-1) or `GUI_Key`, pressed (1) or released (0), to the window with the focus.
 /// \return 1 when there was one
 int GUI_SendKeyMsg(int key, int pressed);
 
-// Widgets: what all of them have ----------------------------------------------------------------------------
+// Widgets of one's own --------------------------------------------------------------------------------------
+
+/// What a widget does upon a message, and nothing upon others; `WM_DefaultProc` calls it.
+using WM_WidgetProc = void (*)(WM_Message &message, void *state);
+
+/// A widget that is written outside of the library, see `examples/meter.h`. It is a window as any other:
+/// callback and user data are free for whoever uses it. `state` is the widget's own; `proc` is to free it at
+/// `WM_DELETE`. \return as `WM_CreateWindow`, 0 also when `proc` is null; the state is the caller's then
+WM_Handle WM_CreateWidget(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
+                          WM_WidgetProc proc, void *state);
+/// The state of a widget that was created with this `proc`; null for any other handle, and after `WM_DELETE`.
+void *WM_GetWidgetState(WM_Handle widget, WM_WidgetProc proc);
+
+// The library's widgets: what all of them have --------------------------------------------------------------
 
 // Texts and the texts of buttons are aligned in what the display shows of them: one that reaches beyond is
 // not cut as long as there is room for all of its text.

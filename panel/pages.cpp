@@ -1,6 +1,7 @@
 #include "pages.h"
 
 #include "displayport.h"
+#include "lcdsize.h"
 #include "mxshm.h"
 #include "startbitmap.h"
 

@@ -105,6 +105,9 @@ const Setter Invisible[] = {
     SETTER('F', WIDGET_SetEffect(w, &WIDGET_Effect_Simple)),
     SETTER('F', FRAMEWIN_SetDefaultClientColor(GUI_BLACK)),
     SETTER('B', WIDGET_SetDefaultEffect_None()),
+    SETTER('B', WM_DisableWindow(w)),
+    SETTER('B', WM_SetFocus(w); WM_DisableWindow(w); WM_EnableWindow(w)),
+    SETTER('B', WM_SetId(w, 2); WM_SetUserData(w, &w)),
     SETTER('B', BUTTON_SetDefaultBkColor(BUTTON_RELEASED, GUI_BLACK)),
 };
 
@@ -349,6 +352,7 @@ private slots:
                 [&] { EDIT_SetInsertMode(w, int(value % 2)), EDIT_SetCursorAtChar(w, int(value % 6)); },
                 [&] { EDIT_AddKey(w, "x\b\x7F"[value % 3]), WM_SetFocus(widgets[value % 4]); },
                 [&] { WM_SetSize(w, int(value % 70), int(value / 70 % 40)); },
+                [&] { (value % 3 == 0 ? WM_DisableWindow : WM_EnableWindow)(w); },
                 [&] { WM_BringToTop(w), WM_MoveTo(w, int(value % 70), int(value / 70 % 40)); },
             };
             changes[generator() % std::size(changes)]();
