@@ -39,9 +39,11 @@ void WM_DefaultProc(WM_Message &message)
 
 void WM_NotifyParent(WM_Handle window, WM_Notification what)
 {
-    WM_Message message;
-    message.id = WM_NOTIFY_PARENT;
-    message.source = window;
-    message.value = what;
-    WM_SendMessage(WM_GetParent(window), message);
+    if (const Window *const child = findMovable(window)) {
+        WM_Message message;
+        message.id = WM_NOTIFY_PARENT;
+        message.source = window;
+        message.value = what;
+        WM_SendMessage(child->parent()->handle(), message);
+    }
 }

@@ -25,6 +25,7 @@ void count(WM_Message &message)
 {
     ++*static_cast<int *>(WM_GetUserData(message.window));
     WM_DefaultProc(message);
+    QVERIFY(message.id != WM_DELETE || METER_GetValue(message.window) == 0);
 }
 
 void countChanges(WM_Message &message)
@@ -85,9 +86,12 @@ private slots:
         const WM_Handle shown = METER_CreateEx(10, 10, 104, 10, parent, WM_VISIBLE, 8, 50);
         WM_SetUserData(shown, &heard);
         WM_SetCallback(shown, count);
-        METER_SetValue(other, 3);
-        METER_SetValue(parent, 3);
-        QVERIFY(METER_GetValue(other) == 0 && METER_GetValue(0) == 0 && WM_GetId(shown) == 8);
+        int state[2] = {1, 5};
+        const auto ignore = [](WM_Message &, void *) {};
+        for (const WM_Handle stranger : {other, WM_CreateWidget(0, 0, 0, 0, 0, 0, 0, ignore, state), 0}) {
+            METER_SetValue(stranger, 1);
+            QVERIFY(METER_GetValue(stranger) == 0 && state[1] == 5);
+        }
         WM_SetFocus(shown);
         for (const int key : {int(GUI_KEY_LEFT), int(GUI_KEY_RIGHT), int(GUI_KEY_RIGHT), int('x')}) {
             GUI_SendKeyMsg(key, 1);
@@ -102,8 +106,6 @@ private slots:
         COMPARE_PAINTED(isFrame(1, x, y) || isWithin({12, 12, 15, 17}, x, y));
         QVERIFY(heard > 9 && WM_GetFocus() == 0);
         WM_DeleteWindow(shown);
-        METER_SetValue(shown, 4);
-        QCOMPARE(METER_GetValue(shown), 0);
         meter(); // the next start deletes it
         QCOMPARE(WM_CreateWidget(0, 0, 9, 9, 0, WM_VISIBLE, 1, nullptr, nullptr), 0);
     }
