@@ -268,17 +268,6 @@ private slots:
         QVERIFY(heard.size() == expected.size() + 1 && heard.back() == "0:6 0" && !WM_IsWindow(last));
     }
 
-    void focusMayMoveOnWhileItMoves()
-    {
-        const WM_Handle left = WM_CreateWindow(0, 0, 9, 9, 0, WM_VISIBLE, reacting);
-        const WM_Handle passed = WM_CreateWindow(9, 0, 9, 9, 0, WM_VISIBLE, listen);
-        WM_SetFocus(left);
-        trigger = WM_KILL_FOCUS;
-        react = [](WM_Handle) { WM_SetFocus(0); };
-        WM_SetFocus(passed);
-        QVERIFY(WM_GetFocus() == 0 && heard.empty());
-    }
-
     void drawingGoesOnAsBeforeAfterPainting()
     {
         window(5, 5, 10, 10);
