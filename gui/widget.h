@@ -1,13 +1,11 @@
 #pragma once
 
-#include "window.h"
+#include "display.h"
+#include "handles.h"
+#include "windowmanager.h"
 
 #include <string>
 #include <string_view>
-
-bool looksSame(GUI_Color a, GUI_Color b);
-/// Stores a colour. \return true if it looks different from the one before
-bool changeColor(GUI_Color &color, GUI_Color value);
 
 struct Look {
     GUI_Color background;
@@ -39,7 +37,7 @@ protected:
     /// text is not cut in half as long as there is room for all of it.
     virtual Rect textArea() const
     {
-        return intersection(inside(), moved(DisplayRect, -rect().x0, -rect().y0));
+        return intersection(inside(), moved(Display::rect(), -rect().x0, -rect().y0));
     }
     virtual bool showsText() const { return true; }
     /// The characters from `first` up to, not including, `last`.

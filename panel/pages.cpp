@@ -1,5 +1,6 @@
 #include "pages.h"
 
+#include "lcdsize.h"
 #include "panelrun.h"
 #include "startbitmap.h"
 

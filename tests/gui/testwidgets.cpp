@@ -1,3 +1,4 @@
+#include "meter.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -32,6 +33,8 @@ WM_Handle box(char kind)
     } else if (kind == 'T' || kind == 'N') {
         widget =
             TEXT_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, kind == 'T' ? "Text" : nullptr);
+    } else if (kind == 'M') {
+        widget = METER_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, 50);
     } else if (kind == 'F') {
         widget = FRAMEWIN_Create("Text", nullptr, WM_VISIBLE, Box.x0, Box.y0, Width, Height);
     } else {
@@ -85,9 +88,12 @@ const Setter Visible[] = {
     SETTER('F', FRAMEWIN_SetBorderSize(w, 99)),
     SETTER('F', FRAMEWIN_SetClientColor(w, GUI_BLACK)),
     SETTER('F', FRAMEWIN_SetFont(w, &TallFont)),
+    SETTER('M', METER_SetValue(w, 10)),
+    SETTER('M', WM_SetFocus(w)),
 };
 
 const Setter Invisible[] = {
+    SETTER('M', METER_SetValue(w, -1)),
     SETTER('T', TEXT_SetTextColor(w, 0x101010)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_LEFT | GUI_ALIGN_VCENTER | 64)),
     SETTER('N', TEXT_SetFont(w, &TallFont)),
@@ -105,6 +111,9 @@ const Setter Invisible[] = {
     SETTER('F', WIDGET_SetEffect(w, &WIDGET_Effect_Simple)),
     SETTER('F', FRAMEWIN_SetDefaultClientColor(GUI_BLACK)),
     SETTER('B', WIDGET_SetDefaultEffect_None()),
+    SETTER('B', WM_DisableWindow(w)),
+    SETTER('B', WM_SetFocus(w); WM_DisableWindow(w); WM_EnableWindow(w)),
+    SETTER('B', WM_SetId(w, 2); WM_SetUserData(w, &w)),
     SETTER('B', BUTTON_SetDefaultBkColor(BUTTON_RELEASED, GUI_BLACK)),
 };
 
@@ -324,14 +333,14 @@ private slots:
     void anyChangeShowsAsPaintedAnew()
     {
         std::mt19937 generator(7);
-        const char kinds[] = {'B', 'E', 'T', 'F'};
+        const char kinds[] = {'B', 'E', 'T', 'F', 'M'};
         WM_Handle widgets[std::size(kinds)];
         std::transform(std::begin(kinds), std::end(kinds), widgets, box);
         const char *const texts[] = {"", "a", "Text", "Next", "a wide text"};
         const GUI_Font *const fonts[] = {&GUI_Font6x8, &TallFont};
         const WIDGET_Effect effects[] = {WIDGET_Effect_None, WIDGET_Effect_Simple, {3}, {-Far}, {Far}};
         for (int round = 0; round < 4000; ++round) {
-            const WM_Handle w = widgets[generator() % 4];
+            const WM_Handle w = widgets[generator() % 5];
             const unsigned value = generator();
             const GUI_Color color = value % 2 == 0 ? GUI_WHITE : GUI_BLACK;
             const auto state = static_cast<BUTTON_State>(value / 2 % 2);
@@ -347,8 +356,10 @@ private slots:
                 [&] { BUTTON_SetPressed(w, int(value % 2)), FRAMEWIN_SetTitleVis(w, int(value % 2)); },
                 [&] { WIDGET_SetEffect(w, &effects[value % 5]), FRAMEWIN_SetBorderSize(w, int(value % 9)); },
                 [&] { EDIT_SetInsertMode(w, int(value % 2)), EDIT_SetCursorAtChar(w, int(value % 6)); },
-                [&] { EDIT_AddKey(w, "x\b\x7F"[value % 3]), WM_SetFocus(widgets[value % 4]); },
+                [&] { EDIT_AddKey(w, "x\b\x7F"[value % 3]), WM_SetFocus(widgets[value % 5]); },
                 [&] { WM_SetSize(w, int(value % 70), int(value / 70 % 40)); },
+                [&] { METER_SetValue(w, int(value % 60)); },
+                [&] { (value % 3 == 0 ? WM_DisableWindow : WM_EnableWindow)(w); },
                 [&] { WM_BringToTop(w), WM_MoveTo(w, int(value % 70), int(value / 70 % 40)); },
             };
             changes[generator() % std::size(changes)]();

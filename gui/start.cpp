@@ -1,8 +1,9 @@
 #include "gui.h"
 
+#include "display.h"
 #include "drawing.h"
 #include "hooks.h"
-#include "window.h"
+#include "windowmanager.h"
 
 #include <algorithm>
 
@@ -14,7 +15,10 @@ constexpr std::uint32_t PaintEveryMs = 10;
 
 int GUI_Init()
 {
-    resetWindows();
+    deleteAllWindows();
+    GUI_X_Init();
+    const int error = Display::start();
+    createDesktop();
     resetDrawing();
     WIDGET_SetDefaultEffect_Simple();
     BUTTON_SetDefaultBkColor(BUTTON_RELEASED, GUI_WHITE);
@@ -23,14 +27,8 @@ int GUI_Init()
     BUTTON_SetDefaultTextColor(BUTTON_PRESSED, GUI_WHITE);
     FRAMEWIN_SetDefaultBorderSize(1);
     FRAMEWIN_SetDefaultClientColor(GUI_WHITE);
-    GUI_X_Init();
-    const int error = LCD_L0_Init();
-    if (error != 0) {
-        return error;
-    }
-    LCD_L0_On();
     GUI_Clear();
-    return 0;
+    return error;
 }
 
 std::uint32_t GUI_GetTime()
