@@ -25,12 +25,14 @@ void drawString(const char *text, Point at)
     }
     const int background = state.mode == GUI_TEXT_SOLID ? LCD_L0_Color2Index(state.background) : -1;
     const int indices[2] = {background, LCD_L0_Color2Index(state.color)};
-    LCD_Bits cell{nullptr, 1, 1, 0, font.width, font.height, indices, 2};
-    for (; *text != '\0' && at.x <= clip.x1; ++text, at.x += font.width) {
-        if (at.x + font.width <= clip.x0) {
+    LCD_Bits cell{nullptr, font.rowBytes(), 1, 0, 0, font.height, indices, 2};
+    for (; *text != '\0' && at.x <= clip.x1; ++text, at.x += cell.width) {
+        const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(*text));
+        cell.width = glyph.width;
+        if (at.x + glyph.width <= clip.x0) {
             continue;
         }
-        cell.data = font.glyph(static_cast<unsigned char>(*text));
+        cell.data = glyph.rows;
         if (state.mode == GUI_TEXT_XOR) {
             Display::invertBits(at.x, at.y, cell);
         } else {

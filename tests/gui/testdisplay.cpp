@@ -94,7 +94,7 @@ bool isTextDot(const char *text, int textX, int textY, int x, int y)
         return false;
     }
     const auto character = static_cast<unsigned char>(text[column / 6]);
-    return (GUI_Font6x8.glyph(character)[y - textY] & 0x80 >> column % 6) != 0;
+    return (GUI_Font6x8.glyph(character).rows[y - textY] & 0x80 >> column % 6) != 0;
 }
 
 // The port.

@@ -15,11 +15,22 @@ constexpr int Centred = GUI_ALIGN_HCENTER | GUI_ALIGN_VCENTER;
 const std::uint8_t Dots3x3[] = {0xE0, 0xA0, 0xE0};
 const GUI_Color BlackIs1[] = {GUI_WHITE, GUI_BLACK};
 const GUI_Bitmap Ring = {3, 3, 1, 1, Dots3x3, BlackIs1, 2};
-const GUI_Font TallFont = {6, 12, [](unsigned char character) {
-                               static unsigned char rows[12];
-                               std::copy_n(GUI_Font6x8.glyph(character), 8, rows);
-                               return static_cast<const unsigned char *>(rows);
-                           }};
+
+/// The 6 x 8 font in cells of 12 rows.
+struct TallGlyphs {
+    unsigned char rows[256][12] = {};
+    GUI_Glyph glyphs[256] = {};
+
+    TallGlyphs()
+    {
+        for (int character = 0; character < 256; ++character) {
+            std::copy_n(GUI_Font6x8.glyphs[character].rows, 8, rows[character]);
+            glyphs[character] = {rows[character], 6};
+        }
+    }
+};
+const TallGlyphs Tall;
+const GUI_Font TallFont = {6, 12, Tall.glyphs};
 
 WM_Handle box(char kind)
 {
