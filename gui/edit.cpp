@@ -89,8 +89,8 @@ Rect Edit::textArea() const
     return area;
 }
 
-/// A text that does not fit stays where it was as far as the cursor is in the field then, and as far as the
-/// field has no more room at its ends than the cursor takes.
+/// A text that does not fit stays where it was, unless the cursor would not be seen whole, or an end of the
+/// field would be emptier than the cursor needs it.
 Point Edit::textPlace() const
 {
     Point place = Widget::textPlace();
@@ -117,8 +117,8 @@ Rect Edit::cursorAt(int position) const
 Rect Edit::cursorRect() const
 {
     const Point place = textPlace();
-    Rect cursor = moved(cursorAt(m_cursor), place.x, place.y);
     const Rect area = field();
+    Rect cursor = moved(cursorAt(m_cursor), place.x, place.y);
     cursor.x0 = std::max(std::min(cursor.x0, area.x1), area.x0);
     cursor.x1 = std::max(cursor.x1, cursor.x0);
     return intersection(cursor, area);

@@ -53,6 +53,22 @@ constexpr bool areWellDrawn(const Bands &bands)
     return true;
 }
 
+/// Calls `visit(dots, width, number)` for each cell of a line. \return how many there are
+template <class Visit>
+constexpr int forEachCell(const char *line, Visit visit)
+{
+    int cells = 0;
+    for (const char *end = line;; ++end) {
+        if (isCellEnd(*end)) {
+            visit(line, static_cast<int>(end - line), cells++);
+            line = end + 1;
+        }
+        if (*end == '\0') {
+            return cells;
+        }
+    }
+}
+
 /// One row of a cell.
 struct CellLine {
     const char *dots;
@@ -69,15 +85,9 @@ constexpr void forEachLine(const GUI_FontBand<Height> (&bands)[Count], Visit vis
     for (const auto &band : bands) {
         int cells = 0;
         for (int y = 0; y < Height; ++y) {
-            cells = 0;
-            for (const char *start = band.lines[y], *end = start; cells == 0 || end[-1] != '\0';
-                 start = end) {
-                for (; !isCellEnd(*end); ++end) {
-                }
-                visit(CellLine{start, static_cast<int>(end - start), y, first + cells, band.first + cells});
-                ++cells;
-                ++end;
-            }
+            cells = forEachCell(band.lines[y], [&](const char *dots, int width, int cell) {
+                visit(CellLine{dots, width, y, first + cell, band.first + cell});
+            });
         }
         first += cells;
     }

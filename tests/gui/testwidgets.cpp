@@ -165,74 +165,57 @@ private slots:
         }
     }
 
+    void onlyChangedCharactersArePainted_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<int>("same"); ///< characters
+        QTest::newRow("in the middle") << QByteArray("|}~|") << QByteArray("|}|}") << 2;
+        QTest::newRow("shorter") << QByteArray("}|~|") << QByteArray("}|") << 2;
+        QTest::newRow("longer") << QByteArray("~|") << QByteArray("~||") << 2;
+        QTest::newRow("all") << QByteArray("|}") << QByteArray("}") << 0;
+    }
     void onlyChangedCharactersArePainted()
     {
-        const char *const texts[] = {"|}~|", "|}|~", "}|~|", "|}~", "|}~|~", "~"};
-        for (int i = 0; i < 2 * 6 * 6; ++i) {
-            const GUI_Font &font = i % 2 == 0 ? GUI_Font6x8 : WideFont;
-            const char *const before = texts[i / 2 % 6];
-            const char *const after = texts[i / 12];
-            int same = 0;
-            for (; before[same] != '\0' && before[same] == after[same]; ++same) {
-            }
-            start();
-            const WM_Handle text = box('T');
-            TEXT_SetFont(text, &font);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(int, same);
+        const WM_Handle text = box('T');
+        for (const GUI_Font *const font : {&GUI_Font6x8, &WideFont}) {
+            TEXT_SetFont(text, font);
             TEXT_SetText(text, before);
             paintAnew();
             TEXT_SetText(text, after);
             paintAnew();
-            QCOMPARE(display.isDamaged(), before != after);
-            QVERIFY(before == after || display.damage.x0 == Box.x0 + widthOf(after, font, same));
-            QVERIFY(before == after ||
-                    display.damage.x1 == Box.x0 + std::max(widthOf(before, font), widthOf(after, font)) - 1);
+            QCOMPARE(display.damage.x0, Box.x0 + widthOf(after, *font, same));
+            QCOMPARE(display.damage.x1, Box.x0 + std::max(widthOf(before, *font), widthOf(after, *font)) - 1);
         }
     }
 
-    /// Of a text that the display's edge would cut, as many dots are seen as there can be, and it stands as
-    /// near as that allows to where it would be.
     void textsMoveOnlyToStayOnTheDisplay()
     {
         const struct {
             const char *text;
             const GUI_Font &font;
-            int width, height;
-        } kinds[] = {{"40", GUI_Font6x8, 16, 10}, {"01>04", GUI_Font6x8, 32, 10}, {"~}", WideFont, 20, 14}};
-        const auto placed = [](int where, int size, int end) {
-            return std::array<int, 5>{-3, -1, 20, end - size + 1, end - size + 3}[where];
-        };
+            int width, height; ///< of the widget
+            GUI_Rect dots;     ///< of the text
+        } kinds[] = {{"40", GUI_Font6x8, 16, 10, {0, 0, 10, 6}},
+                     {"01>04", GUI_Font6x8, 32, 10, {0, 0, 28, 6}},
+                     {"~}", WideFont, 20, 14, {1, 0, 14, 7}}};
         for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
-            const auto &[string, font, width, height] = kinds[i % 3];
-            const int across = i / 75 % 3;
-            const int down = i / 225;
-            const int left = placed(i / 3 % 5, width, LCD_XSIZE);
-            const int top = placed(i / 15 % 5, height, LCD_YSIZE);
-            const int x0 = left + (width - widthOf(string, font)) * across / 2;
-            const int y0 = top + (height - font.height) * down / 2;
-            const GUI_Rect area = {left, top, left + width - 1, top + height - 1};
-            const auto isDot = [&, &string = string, &font = font](int x, int y, int dx, int dy) {
-                return isWithin(area, x, y) && isTextDot(string, x0 + dx, y0 + dy, x, y, font);
-            };
-            const auto dotsSeen = [&](int dx, int dy) {
-                int count = 0;
-                for (int y = std::max(top, 0); y <= std::min(area.y1, LCD_YSIZE - 1); ++y) {
-                    for (int x = std::max(left, 0); x <= std::min(area.x1, LCD_XSIZE - 1); ++x) {
-                        count += isDot(x, y, dx, dy) ? 1 : 0;
-                    }
-                }
-                return count;
-            };
-            int dx = 0;
-            int dy = 0;
-            for (const int shift : {1, -1, 2, -2, 3, -3}) {
-                dx = dotsSeen(shift, 0) > dotsSeen(dx, 0) ? shift : dx;
-                dy = dotsSeen(0, shift) > dotsSeen(0, dy) ? shift : dy;
-            }
+            const auto &[string, font, width, height, dots] = kinds[i % 3];
+            const int left = std::array{-3, -1, 20, LCD_XSIZE - width + 1, LCD_XSIZE - width + 3}[i / 3 % 5];
+            const int top =
+                std::array{-3, -1, 20, LCD_YSIZE - height + 1, LCD_YSIZE - height + 3}[i / 15 % 5];
+            const int x0 = left + (width - widthOf(string, font)) * (i / 75 % 3) / 2;
+            const int y0 = top + (height - font.height) * (i / 225) / 2;
+            const int dx = std::clamp(0, -x0 - dots.x0, LCD_XSIZE - 1 - x0 - dots.x1);
+            const int dy = std::clamp(0, -y0 - dots.y0, LCD_YSIZE - 1 - y0 - dots.y1);
             start();
             const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
             TEXT_SetFont(text, &font);
-            TEXT_SetTextAlign(text, across + 4 * down);
-            COMPARE_PAINTED(isDot(x, y, dx, dy));
+            TEXT_SetTextAlign(text, i / 75 % 3 + i / 225 * 4);
+            COMPARE_PAINTED(isTextDot(string, x0 + dx, y0 + dy, x, y, font));
         }
     }
 
@@ -344,98 +327,72 @@ private slots:
             COMPARE_PAINTED(onEdge(Box, x, y) ||
                             isTextDot("Text", 12, 20, x, y) != isWithin(row.cursor, x, y));
         }
-        WM_SetSize(edit, 96, 10);
-        for (const char *const text : {"Text", "TextText"}) {
-            EDIT_SetText(edit, text);
-            WM_Exec();
-            const int end = 12 + 6 * int(std::strlen(text));
-            QCOMPARE(int(display.dots[9][end]), 0);
-        }
-        WM_SetSize(edit, 50, 10);
-        WM_Exec();
-        QCOMPARE(int(display.dots[11][10 + 48]), 0);
-        QCOMPARE(int(display.dots[9][11]), 0);
     }
 
     void editsKeepTheirCursorInSight_data()
     {
-        QTest::addColumn<bool>("wide");
-        QTest::addColumn<int>("across");
-        QTest::addColumn<bool>("isCut");
-        for (const bool wide : {false, true}) {
-            const char *const font = wide ? "wide" : "6x8";
-            QTest::addRow("%s, at the left", font) << wide << int(GUI_ALIGN_LEFT) << false;
-            QTest::addRow("%s, centred", font) << wide << int(GUI_ALIGN_HCENTER) << false;
-            QTest::addRow("%s, at the right", font) << wide << int(GUI_ALIGN_RIGHT) << false;
-            QTest::addRow("%s, beyond the display", font) << wide << int(GUI_ALIGN_LEFT) << true;
+        QTest::addColumn<bool>("isWide");
+        QTest::addColumn<int>("align");
+        QTest::addColumn<int>("left");
+        for (const bool isWide : {false, true}) {
+            const char *const font = isWide ? "wide" : "6x8";
+            QTest::addRow("%s, at the left", font) << isWide << int(GUI_ALIGN_LEFT) << 10;
+            QTest::addRow("%s, centred", font) << isWide << int(GUI_ALIGN_HCENTER) << 10;
+            QTest::addRow("%s, at the right", font) << isWide << int(GUI_ALIGN_RIGHT) << 10;
+            QTest::addRow("%s, beyond the display", font) << isWide << int(GUI_ALIGN_LEFT) << 90;
         }
     }
-    /// After any key, the cursor is seen whole and at its character, also at the display's edge; a text that
-    /// fits stands where it is aligned, and another one moves by an arrow only if it must.
+    /// A text that fits stands where it is aligned; another one moves by an arrow only if it must, so that
+    /// the cursor is seen whole.
     void editsKeepTheirCursorInSight()
     {
-        QFETCH(bool, wide);
-        QFETCH(int, across);
-        QFETCH(bool, isCut);
-        const GUI_Font &font = wide ? WideFont : GUI_Font6x8;
-        const GUI_Rect box = isCut ? GUI_Rect{90, 8, 139, 19} : GUI_Rect{10, 8, 59, 19};
-        const GUI_Rect field = {box.x0 + 1, box.y0 + 1, isCut ? LCD_XSIZE - 1 : box.x1 - 1, box.y1 - 1};
-        std::mt19937 generator(11);
-        const WM_Handle edit = EDIT_CreateEx(box.x0, box.y0, 50, 12, 0, WM_VISIBLE, 1, 25);
+        QFETCH(bool, isWide);
+        QFETCH(int, align);
+        QFETCH(int, left);
+        const GUI_Font &font = isWide ? WideFont : GUI_Font6x8;
+        const GUI_Rect box = {left, 8, left + 49, 19};
+        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_XSIZE - 1), 18};
+        const WM_Handle edit = EDIT_CreateEx(left, box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
         EDIT_SetFont(edit, &font);
-        EDIT_SetTextAlign(edit, across);
-        WM_SetFocus(edit);
+        EDIT_SetTextAlign(edit, align);
+        std::mt19937 generator(11);
         bool inserts = true;
-        bool fitted = true;
         int textX = 0;
-        for (int round = 0; round < 500; ++round) {
-            const char keys[] = {"<<<>>^$-#~|}|}ab"[generator() % 16], '\0'};
+        for (int round = 0; round < 1000; ++round) {
+            const char keys[] = {"<<<>>^$--##~|}ab"[generator() % 16], '\0'};
             inserts = inserts != (keys[0] == '~');
-            paintAnew();
-            display.forget();
+            WM_SetFocus(edit);
             pressKeys(keys);
-            WM_Exec();
-            QVERIFY(display.isDamageWithin(box));
             COMPARE_REPAINTED();
             const Dots focused = display.dots;
             WM_SetFocus(0);
             paintAnew();
-            const GUI_Rect cursor = display.damage;
 
             const QByteArray text = textOf(edit);
             const int position = EDIT_GetCursorCharPos(edit);
-            const int width = widthOf(text, font);
-            const int spare = field.x1 - field.x0 + 1 - width;
-            const int cell = widthOf(position < text.size() ? text.data() + position : " ", font, 1);
+            const int cursorX = widthOf(text, font, position);
+            const int end = widthOf(text + ' ', font, inserts ? text.size() : text.size() + 1);
+            const int spare = field.x1 - field.x0 + 1 - widthOf(text, font);
+            const int aligned = field.x0 + (align == GUI_ALIGN_LEFT ? int(spare > 0) : spare * align / 2);
             const int before = textX;
-            textX = spare < 0     ? cursor.x0 + 1 - widthOf(text, font, position)
-                    : across == 0 ? field.x0 + (spare > 0 ? 1 : 0)
-                                  : field.x0 + spare * across / 2;
-            const auto cursorFor = [&](int x) {
-                const int bar = x + widthOf(text, font, position) - 1;
-                return GUI_Rect{bar, field.y0, inserts ? bar : bar + cell, field.y0 + font.height - 1};
-            };
-            GUI_Rect expected = cursorFor(textX);
+            textX = spare < 0 ? display.damage.x0 + 1 - cursorX : aligned;
+            const int cursorEnd = inserts ? cursorX : widthOf(text + ' ', font, position + 1);
+            GUI_Rect cursor = {textX + cursorX - 1, 9, textX + cursorEnd - 1, 9 + font.height - 1};
             if (spare >= 0) {
-                expected.x0 = std::clamp(expected.x0, field.x0, field.x1);
-                expected.x1 = std::clamp(expected.x1, expected.x0, field.x1);
+                cursor.x0 = std::clamp(cursor.x0, field.x0, field.x1);
+                cursor.x1 = std::clamp(cursor.x1, cursor.x0, field.x1);
             } else {
-                const int behind = inserts ? 0 : widthOf(" ", font);
-                QVERIFY(textX <= field.x0 + 1 && textX + width - 1 + behind >= field.x1);
-                const GUI_Rect unmoved = cursorFor(before);
-                QVERIFY(textX == before || fitted || std::strchr("<>^$", keys[0]) == nullptr ||
-                        unmoved.x0 < field.x0 || unmoved.x1 > field.x1);
+                const int by = textX - before;
+                QVERIFY(textX <= field.x0 + 1 && textX + end > field.x1);
+                QVERIFY(by == 0 || std::strchr("<>^$", keys[0]) == nullptr || cursor.x0 - by < field.x0 ||
+                        cursor.x1 - by > field.x1);
             }
-            fitted = spare >= 0;
-            QVERIFY(display.isDamageWithin(expected));
-            COMPARE_DOTS(display.dots, dotsWhere([&](int x, int y) {
-                             return onEdge(box, x, y) ||
-                                    (isWithin(field, x, y) && isTextDot(text, textX, field.y0, x, y, font));
-                         }));
+            QVERIFY(display.isDamageWithin(cursor));
+            COMPARE_PAINTED(onEdge(box, x, y) ||
+                            (isWithin(field, x, y) && isTextDot(text, textX, 9, x, y, font)));
             COMPARE_DOTS(focused, dotsWhere([&](int x, int y) {
-                             return isWithin(expected, x, y) != (display.dots[y][x] == 0);
+                             return isWithin(cursor, x, y) != (display.dots[y][x] == 0);
                          }));
-            WM_SetFocus(edit);
         }
     }
 
