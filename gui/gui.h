@@ -50,7 +50,7 @@ int GUI_Exec();
 // Drawing ---------------------------------------------------------------------------------------------------
 
 /// What is drawn with; `GUI_Init` and each painting begin with black on white and `GUI_Font6x8`, solid text.
-/// A null font is ignored.
+/// A font that is null or has a width or height out of range is ignored, here and by widgets.
 void GUI_SetColor(GUI_Color color);
 void GUI_SetBkColor(GUI_Color color);
 GUI_Color GUI_GetColor();
@@ -276,8 +276,8 @@ void *WM_GetWidgetState(WM_Handle widget, WM_WidgetProc proc);
 
 // The library's widgets: what all of them have --------------------------------------------------------------
 
-// Texts and the texts of buttons are aligned in what the display shows of them: one that reaches beyond is
-// not cut as long as there is room for all of its text.
+// A text is aligned in its widget. Where the widget reaches beyond the display and the text would lose dots
+// there, it moves as little as keeps them; one that is too long for that begins where the display does.
 
 /// The look of an edge: nothing, or a line one dot wide in the widget's text colour when it is released.
 struct WIDGET_Effect {
@@ -329,9 +329,10 @@ void BUTTON_SetDefaultTextColor(BUTTON_State state, GUI_Color color);
 // EDIT_: a line of text that can be typed over --------------------------------------------------------------
 
 /// Shows the cursor while it has the focus: in insert mode a bar before a character, else the character
-/// inverted; never beyond the edge. Black on white, at the left and vertically centred at first; a text at
-/// the left keeps one dot off the edge if there is room. `maxLength` 1..255 characters; others are bounded to
-/// that.
+/// inverted; never beyond the edge. A text that is wider than the field scrolls with the cursor, which is
+/// always seen whole, and only when it must; another one stands as it is aligned. Black on white, at the left
+/// and vertically centred at first; a text at the left keeps one dot off the edge if there is room.
+/// `maxLength` 1..255 characters; others are bounded to that.
 WM_Handle EDIT_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
                         int maxLength);
 /// Cuts the text to the maximum length; the cursor goes behind its end.

@@ -8,7 +8,7 @@
 namespace
 {
 constexpr int Far = std::numeric_limits<int>::max();
-constexpr char Text[] = "g8\xC4.";
+constexpr char Text[] = "g}\xC4~";
 
 /// What a dot becomes.
 enum Effect { Untouched, Black, White, Inverted };
@@ -36,10 +36,12 @@ Rule block(int right, int bottom, Effect effect)
     return [=](int x, int y) { return in(x, y, right, bottom) ? effect : Untouched; };
 }
 
-Rule text(Effect lit, Effect dark, int right = 23, int bottom = 7)
+Rule text(const GUI_Font &font, Effect lit, Effect dark, int right = 999, int bottom = 999)
 {
-    return [=](int x, int y) {
-        return !in(x, y, right, bottom) ? Untouched : (isTextDot(Text, 0, 0, x, y) ? lit : dark);
+    return [=, &font](int x, int y) {
+        const bool isIn =
+            in(x, y, std::min(right, widthOf(Text, font) - 1), std::min(bottom, font.height - 1));
+        return !isIn ? Untouched : (isTextDot(Text, 0, 0, x, y, font) ? lit : dark);
     };
 }
 
@@ -80,8 +82,9 @@ Operation line(const char *name, int dx, int dy)
             }};
 }
 
-void drawText(GUI_TextMode mode, int x, int y)
+void drawText(const GUI_Font &font, GUI_TextMode mode, int x, int y)
 {
+    GUI_SetFont(&font);
     GUI_SetTextMode(mode);
     GUI_DispStringAt(Text, x, y);
 }
@@ -102,12 +105,19 @@ const Operation Operations[] = {
     {"inverted", [](int x, int y) { GUI_InvertRect(at(x, y, 9, 6)); }, block(9, 6, Inverted)},
     {"bitmap", [](int x, int y) { GUI_DrawBitmap(PictureOf11x3, x, y); }, picture},
     {"shades", [](int x, int y) { GUI_DrawBitmap(ShadesOf3x2, x, y); }, shades},
-    {"text", [](int x, int y) { drawText(GUI_TEXT_SOLID, x, y); }, text(Black, White)},
-    {"dots", [](int x, int y) { drawText(GUI_TEXT_TRANSPARENT, x, y); }, text(Black, Untouched)},
-    {"inversion", [](int x, int y) { drawText(GUI_TEXT_XOR, x, y); }, text(Inverted, Untouched)},
+    {"text", [](int x, int y) { drawText(GUI_Font6x8, GUI_TEXT_SOLID, x, y); },
+     text(GUI_Font6x8, Black, White)},
+    {"dots", [](int x, int y) { drawText(GUI_Font6x8, GUI_TEXT_TRANSPARENT, x, y); },
+     text(GUI_Font6x8, Black, Untouched)},
+    {"inversion", [](int x, int y) { drawText(GUI_Font6x8, GUI_TEXT_XOR, x, y); },
+     text(GUI_Font6x8, Inverted, Untouched)},
+    {"wide text", [](int x, int y) { drawText(WideFont, GUI_TEXT_SOLID, x, y); },
+     text(WideFont, Black, White)},
+    {"wide inversion", [](int x, int y) { drawText(WideFont, GUI_TEXT_XOR, x, y); },
+     text(WideFont, Inverted, Untouched)},
     {"text cut by a rectangle",
      [](int x, int y) { GUI_DispStringInRect(Text, at(x, y, 14, 5), GUI_ALIGN_RIGHT); },
-     text(Black, White, 14, 5)},
+     text(GUI_Font6x8, Black, White, 14, 5)},
 };
 } // namespace
 
@@ -179,6 +189,11 @@ private slots:
             GUI_DrawBitmap(bitmap, 0, 0);
         }
         GUI_SetFont(nullptr);
+        for (const auto [width, height] : {std::array{0, 8}, {17, 8}, {6, 0}, {6, 17}}) {
+            const GUI_Font font = {static_cast<unsigned char>(width), static_cast<unsigned char>(height),
+                                   GUI_Font6x8.glyphs};
+            GUI_SetFont(&font);
+        }
         GUI_DispStringAt(nullptr, 0, 0);
         QCOMPARE(GUI_GetStringWidth(nullptr), 0);
         QVERIFY(!display.isDamaged() && GUI_GetFont() == &GUI_Font6x8);

@@ -16,11 +16,7 @@ constexpr int Centred = GUI_ALIGN_HCENTER | GUI_ALIGN_VCENTER;
 const std::uint8_t Dots3x3[] = {0xE0, 0xA0, 0xE0};
 const GUI_Color BlackIs1[] = {GUI_WHITE, GUI_BLACK};
 const GUI_Bitmap Ring = {3, 3, 1, 1, Dots3x3, BlackIs1, 2};
-const GUI_Font TallFont = {6, 12, [](unsigned char character) {
-                               static unsigned char rows[12];
-                               std::copy_n(GUI_Font6x8.glyph(character), 8, rows);
-                               return static_cast<const unsigned char *>(rows);
-                           }};
+const GUI_Font TooWideFont = {17, 8, GUI_Font6x8.glyphs};
 
 WM_Handle box(char kind)
 {
@@ -61,14 +57,14 @@ struct Setter {
 const Setter Visible[] = {
     SETTER('T', TEXT_SetText(w, "Next")),
     SETTER('T', TEXT_SetText(w, nullptr)),
-    SETTER('T', TEXT_SetFont(w, &TallFont)),
+    SETTER('T', TEXT_SetFont(w, &WideFont)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_RIGHT)),
     SETTER('T', TEXT_SetTextColor(w, GUI_WHITE)),
     SETTER('T', TEXT_SetBkColor(w, GUI_BLACK)),
     SETTER('T', WIDGET_SetEffect(w, &WIDGET_Effect_Simple)),
     SETTER('B', BUTTON_SetText(w, "Texts")),
     SETTER('B', BUTTON_SetBitmap(w, BUTTON_RELEASED, &Ring)),
-    SETTER('B', BUTTON_SetFont(w, &TallFont)),
+    SETTER('B', BUTTON_SetFont(w, &WideFont)),
     SETTER('B', BUTTON_SetTextAlign(w, GUI_ALIGN_LEFT)),
     SETTER('B', BUTTON_SetBkColor(w, BUTTON_RELEASED, GUI_BLACK)),
     SETTER('B', BUTTON_SetTextColor(w, BUTTON_RELEASED, GUI_WHITE)),
@@ -78,7 +74,7 @@ const Setter Visible[] = {
     SETTER('B', WM_SetSize(w, 9, 9)),
     SETTER('B', WM_DeleteWindow(w)),
     SETTER('E', EDIT_SetText(w, "Ten")),
-    SETTER('E', EDIT_SetFont(w, &TallFont)),
+    SETTER('E', EDIT_SetFont(w, &WideFont)),
     SETTER('E', EDIT_SetTextAlign(w, Centred)),
     SETTER('E', EDIT_SetTextColor(w, GUI_WHITE)),
     SETTER('E', EDIT_SetBkColor(w, GUI_BLACK)),
@@ -87,7 +83,7 @@ const Setter Visible[] = {
     SETTER('F', FRAMEWIN_SetTitleVis(w, 0)),
     SETTER('F', FRAMEWIN_SetBorderSize(w, 99)),
     SETTER('F', FRAMEWIN_SetClientColor(w, GUI_BLACK)),
-    SETTER('F', FRAMEWIN_SetFont(w, &TallFont)),
+    SETTER('F', FRAMEWIN_SetFont(w, &WideFont)),
     SETTER('M', METER_SetValue(w, 10)),
     SETTER('M', WM_SetFocus(w)),
 };
@@ -95,8 +91,9 @@ const Setter Visible[] = {
 const Setter Invisible[] = {
     SETTER('M', METER_SetValue(w, -1)),
     SETTER('T', TEXT_SetTextColor(w, 0x101010)),
+    SETTER('T', TEXT_SetFont(w, &TooWideFont)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_LEFT | GUI_ALIGN_VCENTER | 64)),
-    SETTER('N', TEXT_SetFont(w, &TallFont)),
+    SETTER('N', TEXT_SetFont(w, &WideFont)),
     SETTER('N', TEXT_SetTextColor(w, GUI_WHITE)),
     SETTER('N', TEXT_SetTextAlign(w, GUI_ALIGN_RIGHT)),
     SETTER('B', BUTTON_SetBkColor(w, BUTTON_PRESSED, GUI_WHITE)),
@@ -177,13 +174,58 @@ private slots:
         }
     }
 
+    void onlyChangedCharactersArePainted_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<int>("same"); ///< characters
+        QTest::newRow("in the middle") << QByteArray("|}~|") << QByteArray("|}|}") << 2;
+        QTest::newRow("shorter") << QByteArray("}|~|") << QByteArray("}|") << 2;
+        QTest::newRow("longer") << QByteArray("~|") << QByteArray("~||") << 2;
+        QTest::newRow("all") << QByteArray("|}") << QByteArray("}") << 0;
+    }
     void onlyChangedCharactersArePainted()
     {
-        const WM_Handle button = box('B');
-        BUTTON_SetText(button, "Team");
-        paintAnew();
-        QCOMPARE(display.damage.x0, 28 + 2 * 6);
-        QCOMPARE(display.damage.x1, 28 + 4 * 6 - 1);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(int, same);
+        const WM_Handle text = box('T');
+        for (const GUI_Font *const font : {&GUI_Font6x8, &WideFont}) {
+            TEXT_SetFont(text, font);
+            TEXT_SetText(text, before);
+            paintAnew();
+            TEXT_SetText(text, after);
+            paintAnew();
+            QCOMPARE(display.damage.x0, Box.x0 + widthOf(after, *font, same));
+            QCOMPARE(display.damage.x1, Box.x0 + std::max(widthOf(before, *font), widthOf(after, *font)) - 1);
+        }
+    }
+
+    void textsMoveOnlyToStayOnTheDisplay()
+    {
+        const struct {
+            const char *text;
+            const GUI_Font &font;
+            int width, height; ///< of the widget
+            GUI_Rect dots;     ///< of the text
+        } kinds[] = {{"40", GUI_Font6x8, 16, 10, {0, 0, 10, 6}},
+                     {"01>04", GUI_Font6x8, 32, 10, {0, 0, 28, 6}},
+                     {"~}", WideFont, 20, 14, {1, 0, 14, 7}}};
+        for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
+            const auto &[string, font, width, height, dots] = kinds[i % 3];
+            const int left = std::array{-3, -1, 20, LCD_XSIZE - width + 1, LCD_XSIZE - width + 3}[i / 3 % 5];
+            const int top =
+                std::array{-3, -1, 20, LCD_YSIZE - height + 1, LCD_YSIZE - height + 3}[i / 15 % 5];
+            const int x0 = left + (width - widthOf(string, font)) * (i / 75 % 3) / 2;
+            const int y0 = top + (height - font.height) * (i / 225) / 2;
+            const int dx = std::clamp(0, -x0 - dots.x0, LCD_XSIZE - 1 - x0 - dots.x1);
+            const int dy = std::clamp(0, -y0 - dots.y0, LCD_YSIZE - 1 - y0 - dots.y1);
+            start();
+            const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
+            TEXT_SetFont(text, &font);
+            TEXT_SetTextAlign(text, i / 75 % 3 + i / 225 * 4);
+            COMPARE_PAINTED(isTextDot(string, x0 + dx, y0 + dy, x, y, font));
+        }
     }
 
     void textsAreAligned()
@@ -198,10 +240,6 @@ private slots:
         }
         BUTTON_SetText(button, "wider than it is");
         COMPARE_PAINTED(onEdge(Box, x, y) || (x < Box.x1 && isTextDot("wider than it is", 11, 31, x, y)));
-        BUTTON_SetText(button, "Text");
-        BUTTON_SetTextAlign(button, Centred);
-        WM_MoveTo(button, 100, Box.y0);
-        COMPARE_PAINTED(onEdge({100, 8, 159, 39}, x, y) || isTextDot("Text", 102, 20, x, y));
     }
 
     void pressedButtonsHaveTheirOwnLook()
@@ -298,17 +336,73 @@ private slots:
             COMPARE_PAINTED(onEdge(Box, x, y) ||
                             isTextDot("Text", 12, 20, x, y) != isWithin(row.cursor, x, y));
         }
-        WM_SetSize(edit, 96, 10);
-        for (const char *const text : {"Text", "TextText"}) {
-            EDIT_SetText(edit, text);
-            WM_Exec();
-            const int end = 12 + 6 * int(std::strlen(text));
-            QCOMPARE(int(display.dots[9][end]), 0);
+    }
+
+    void editsKeepTheirCursorInSight_data()
+    {
+        QTest::addColumn<bool>("isWide");
+        QTest::addColumn<int>("align");
+        QTest::addColumn<int>("left");
+        for (const bool isWide : {false, true}) {
+            const char *const font = isWide ? "wide" : "6x8";
+            QTest::addRow("%s, at the left", font) << isWide << int(GUI_ALIGN_LEFT) << 10;
+            QTest::addRow("%s, centred", font) << isWide << int(GUI_ALIGN_HCENTER) << 10;
+            QTest::addRow("%s, at the right", font) << isWide << int(GUI_ALIGN_RIGHT) << 10;
+            QTest::addRow("%s, beyond the display", font) << isWide << int(GUI_ALIGN_LEFT) << 90;
         }
-        WM_SetSize(edit, 50, 10);
-        WM_Exec();
-        QCOMPARE(int(display.dots[11][10 + 48]), 0);
-        QCOMPARE(int(display.dots[9][11]), 0);
+    }
+    /// A text that fits stands where it is aligned; another one moves by an arrow only if it must, so that
+    /// the cursor is seen whole.
+    void editsKeepTheirCursorInSight()
+    {
+        QFETCH(bool, isWide);
+        QFETCH(int, align);
+        QFETCH(int, left);
+        const GUI_Font &font = isWide ? WideFont : GUI_Font6x8;
+        const GUI_Rect box = {left, 8, left + 49, 19};
+        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_XSIZE - 1), 18};
+        const WM_Handle edit = EDIT_CreateEx(left, box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
+        EDIT_SetFont(edit, &font);
+        EDIT_SetTextAlign(edit, align);
+        std::mt19937 generator(11);
+        bool inserts = true;
+        int textX = 0;
+        for (int round = 0; round < 1000; ++round) {
+            const char keys[] = {"<<<>>^$--##~|}ab"[generator() % 16], '\0'};
+            inserts = inserts != (keys[0] == '~');
+            WM_SetFocus(edit);
+            pressKeys(keys);
+            COMPARE_REPAINTED();
+            const Dots focused = display.dots;
+            WM_SetFocus(0);
+            paintAnew();
+
+            const QByteArray text = textOf(edit);
+            const int position = EDIT_GetCursorCharPos(edit);
+            const int cursorX = widthOf(text, font, position);
+            const int end = widthOf(text + ' ', font, inserts ? text.size() : text.size() + 1);
+            const int spare = field.x1 - field.x0 + 1 - widthOf(text, font);
+            const int aligned = field.x0 + (align == GUI_ALIGN_LEFT ? int(spare > 0) : spare * align / 2);
+            const int before = textX;
+            textX = spare < 0 ? display.damage.x0 + 1 - cursorX : aligned;
+            const int cursorEnd = inserts ? cursorX : widthOf(text + ' ', font, position + 1);
+            GUI_Rect cursor = {textX + cursorX - 1, 9, textX + cursorEnd - 1, 9 + font.height - 1};
+            if (spare >= 0) {
+                cursor.x0 = std::clamp(cursor.x0, field.x0, field.x1);
+                cursor.x1 = std::clamp(cursor.x1, cursor.x0, field.x1);
+            } else {
+                const int by = textX - before;
+                QVERIFY(textX <= field.x0 + 1 && textX + end > field.x1);
+                QVERIFY(by == 0 || std::strchr("<>^$", keys[0]) == nullptr || cursor.x0 - by < field.x0 ||
+                        cursor.x1 - by > field.x1);
+            }
+            QVERIFY(display.isDamageWithin(cursor));
+            COMPARE_PAINTED(onEdge(box, x, y) ||
+                            (isWithin(field, x, y) && isTextDot(text, textX, 9, x, y, font)));
+            COMPARE_DOTS(focused, dotsWhere([&](int x, int y) {
+                             return isWithin(cursor, x, y) != (display.dots[y][x] == 0);
+                         }));
+        }
     }
 
     void framesSurroundTheirClientArea()
@@ -337,7 +431,7 @@ private slots:
         WM_Handle widgets[std::size(kinds)];
         std::transform(std::begin(kinds), std::end(kinds), widgets, box);
         const char *const texts[] = {"", "a", "Text", "Next", "a wide text"};
-        const GUI_Font *const fonts[] = {&GUI_Font6x8, &TallFont};
+        const GUI_Font *const fonts[] = {&GUI_Font6x8, &WideFont};
         const WIDGET_Effect effects[] = {WIDGET_Effect_None, WIDGET_Effect_Simple, {3}, {-Far}, {Far}};
         for (int round = 0; round < 4000; ++round) {
             const WM_Handle w = widgets[generator() % 5];

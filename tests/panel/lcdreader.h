@@ -26,7 +26,7 @@ inline QByteArray lcdText(const std::function<bool(int, int)> &isLit, const GUI_
     const int height = GUI_Font6x8.height;
     const auto characterAt = [&](int left, int top) {
         for (int character = ' '; character < 0x7F; ++character) {
-            const unsigned char *rows = GUI_Font6x8.glyph(static_cast<unsigned char>(character));
+            const unsigned char *rows = GUI_Font6x8.glyph(static_cast<unsigned char>(character)).rows;
             bool same = true;
             for (int i = 0; i < width * height && same; ++i) {
                 const int x = i % width;
