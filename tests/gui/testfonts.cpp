@@ -1,0 +1,116 @@
+#include "font.h"
+#include "testregistry.h"
+
+#include <QMap>
+#include <QTest>
+#include <algorithm>
+
+Q_DECLARE_METATYPE(const GUI_Font *)
+
+namespace
+{
+/// Of a character from the top, leftmost dot in bit 15.
+QVector<int> rowsOf(const GUI_Font &font, QChar character)
+{
+    const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(character.unicode()));
+    QVector<int> rows;
+    for (const unsigned char *row = glyph.rows; rows.size() < font.height; row += font.rowBytes()) {
+        rows.append(row[0] << 8 | (font.rowBytes() > 1 ? row[1] : 0));
+    }
+    return rows;
+}
+
+/// As `rowsOf`, in the large font, moved to the left edge: an accent that is wider than its letter moves it.
+QVector<int> body(QChar character, int top, int bottom)
+{
+    QVector<int> rows = rowsOf(GUI_Font16, character).mid(top, bottom - top + 1);
+    while (std::all_of(rows.begin(), rows.end(), [](int row) { return row < 0x8000; })) {
+        std::transform(rows.begin(), rows.end(), rows.begin(), [](int row) { return row << 1; });
+    }
+    return rows;
+}
+} // namespace
+
+class TestFonts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyCharacterHasItsOwnPicture_data()
+    {
+        QTest::addColumn<const GUI_Font *>("font");
+        QTest::newRow("6 x 8") << &GUI_Font6x8;
+        QTest::newRow("16") << &GUI_Font16;
+    }
+
+    /// But the two spaces, the two hyphens, and what cannot be printed.
+    void everyCharacterHasItsOwnPicture()
+    {
+        QFETCH(const GUI_Font *, font);
+        QMap<QVector<int>, QString> charactersByPicture;
+        QString controls;
+        for (ushort code = 0; code <= 0xFF; ++code) {
+            charactersByPicture[rowsOf(*font, code)] += QChar(code);
+            controls += (code & 0x7F) < 0x20 || code == 0x7F ? QString(QChar(code)) : QString();
+        }
+        QCOMPARE(charactersByPicture.value(QVector<int>(font->height)), QString::fromLatin1(" \xA0"));
+        QStringList shared = charactersByPicture.values();
+        shared.erase(std::remove_if(shared.begin(), shared.end(), [](auto &s) { return s.size() == 1; }),
+                     shared.end());
+        shared.sort();
+        QCOMPARE(shared, (QStringList{controls, QString::fromLatin1(" \xA0"), QString::fromLatin1("-\xAD")}));
+    }
+
+    void lettersOfAKindHaveTheSameHeight_data()
+    {
+        QTest::addColumn<QString>("characters");
+        QTest::addColumn<int>("top");
+        QTest::addColumn<int>("bottom");
+        QTest::newRow("capitals, digits") << "ABCDEFGHIJKLMNOPRSTUVWXYZÆÐØÞ0123456789" << 2 << 12;
+        QTest::newRow("bodies") << "acemnorsuvwxzæø" << 5 << 12;
+        QTest::newRow("ascenders") << "bdfhklðß" << 2 << 12;
+        QTest::newRow("descenders") << "gpqy" << 5 << 15;
+        QTest::newRow("capitals with accents") << "ÀÁÂÃÄÅÈÉÊËÌÍÎÏÑÒÓÔÕÖÙÚÛÜÝ" << 0 << 12;
+        QTest::newRow("cedilla") << "Ç" << 2 << 15;
+    }
+
+    void lettersOfAKindHaveTheSameHeight()
+    {
+        QFETCH(QString, characters);
+        QFETCH(int, top);
+        QFETCH(int, bottom);
+        for (const QChar character : characters) {
+            const QVector<int> rows = rowsOf(GUI_Font16, character);
+            const auto isLit = [](int row) { return row != 0; };
+            const auto first = std::find_if(rows.begin(), rows.end(), isLit);
+            const auto last = std::find_if(rows.rbegin(), rows.rend(), isLit);
+            QVERIFY2(first - rows.begin() == top && rows.rend() - last - 1 == bottom,
+                     qPrintable(QString(character)));
+        }
+    }
+
+    void digitsHaveOneWidth()
+    {
+        for (unsigned char digit = '1'; digit <= '9'; ++digit) {
+            QCOMPARE(GUI_Font16.glyph(digit).width, GUI_Font16.glyph('0').width);
+        }
+    }
+
+    /// A capital loses one of its straight rows to the accent.
+    void accentsLeaveTheLetter()
+    {
+        for (ushort code = 0xC0; code <= 0xFF; ++code) {
+            const QString parts = QString(QChar(code)).normalized(QString::NormalizationForm_D);
+            const QChar base = parts.at(0);
+            if (parts.size() > 1 && parts.at(1) != QChar(0x327) && base.isUpper()) {
+                QCOMPARE(body(code, 3, 9), body(base, 2, 8));
+                QCOMPARE(body(code, 10, 12), body(base, 10, 12));
+            } else {
+                QCOMPARE(body(code, 5, 12), body(base, 5, 12));
+            }
+        }
+    }
+};
+
+static const RegisteredTest<TestFonts> registered;
+#include "testfonts.moc"
