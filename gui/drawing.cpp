@@ -72,7 +72,7 @@ GUI_Color GUI_GetBkColor()
 
 void GUI_SetFont(const GUI_Font *font)
 {
-    if (font != nullptr) {
+    if (isUsable(font)) {
         s_state.font = font;
     }
 }

@@ -2,6 +2,8 @@
 
 #include "geometry.h"
 
+#include <string_view>
+
 /// What the drawing operations draw with.
 struct DrawingState {
     Point origin{0, 0};       ///< of the application's coordinates, on the display
@@ -31,10 +33,14 @@ private:
     DrawingState m_outer;
 };
 
-/// Characters beyond this do not count when a width is worked out; no display comes near.
-constexpr int LongestText = 0xFFFFF;
-
-/// Where a text of `length` characters begins within `area`.
-Point alignedText(const Rect &area, int length, const GUI_Font &font, int align);
-/// Characters in a text, bounded so that its width in dots is harmless; of null: 0.
-int textLength(const char *text);
+/// Whether a font can be drawn with.
+bool isUsable(const GUI_Font *font);
+/// Of all cells of a text, in dots. Of a very long text only the beginning counts, so that the width is
+/// harmless.
+int textWidth(const GUI_Font &font, std::string_view text);
+/// The smallest rectangle around the dots of a text whose first cell is at (0, 0).
+Rect textDots(const GUI_Font &font, std::string_view text);
+/// Where a text with cells of this width begins within `area`.
+Point alignedText(const Rect &area, int width, const GUI_Font &font, int align);
+/// As `GUI_DispStringAt`, cut off by `area`.
+void drawText(const char *text, Point at, const Rect &area);

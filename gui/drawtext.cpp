@@ -5,6 +5,9 @@
 
 namespace
 {
+/// Characters beyond this do not count when a width is worked out; no display comes near.
+constexpr int LongestText = 0xFFFFF;
+
 int alignedSpan(int first, int last, int size, bool centre, bool far)
 {
     const int room = last - first + 1 - size;
@@ -41,43 +44,73 @@ void drawString(const char *text, Point at)
     }
 }
 
-Point onDisplay(int x, int y)
+Point onDisplay(Point at)
 {
     const Point &origin = drawingState().origin;
-    return {bounded(x) + origin.x, bounded(y) + origin.y};
+    return {bounded(at.x) + origin.x, bounded(at.y) + origin.y};
+}
+
+bool isWithinFont(int size)
+{
+    return size >= 1 && size <= GUI_FONT_MAX;
 }
 } // namespace
 
-int textLength(const char *text)
+bool isUsable(const GUI_Font *font)
 {
-    return text != nullptr ? static_cast<int>(strnlen(text, LongestText)) : 0;
+    return font != nullptr && isWithinFont(font->width) && isWithinFont(font->height);
 }
 
-Point alignedText(const Rect &area, int length, const GUI_Font &font, int align)
+int textWidth(const GUI_Font &font, std::string_view text)
 {
-    return {alignedSpan(area.x0, area.x1, length * font.width, (align & GUI_ALIGN_HCENTER) != 0,
+    int width = 0;
+    for (const char character : text.substr(0, LongestText)) {
+        width += font.glyph(static_cast<unsigned char>(character)).width;
+    }
+    return width;
+}
+
+Rect textDots(const GUI_Font &font, std::string_view text)
+{
+    Rect dots = NoRect;
+    int left = 0;
+    for (const char character : text.substr(0, LongestText)) {
+        const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(character));
+        dots = united(dots, {left + glyph.left, glyph.top, left + glyph.right, glyph.bottom});
+        left += glyph.width;
+    }
+    return dots;
+}
+
+Point alignedText(const Rect &area, int width, const GUI_Font &font, int align)
+{
+    return {alignedSpan(area.x0, area.x1, width, (align & GUI_ALIGN_HCENTER) != 0,
                         (align & GUI_ALIGN_RIGHT) != 0),
             alignedSpan(area.y0, area.y1, font.height, (align & GUI_ALIGN_VCENTER) != 0,
                         (align & GUI_ALIGN_BOTTOM) != 0)};
 }
 
+void drawText(const char *text, Point at, const Rect &area)
+{
+    const Point &origin = drawingState().origin;
+    const Rect outer = Display::clip();
+    Display::setClip(intersection(outer, moved(area, origin.x, origin.y)));
+    drawString(text, onDisplay(at));
+    Display::setClip(outer);
+}
+
 void GUI_DispStringAt(const char *text, int x, int y)
 {
-    drawString(text, onDisplay(x, y));
+    drawString(text, onDisplay({x, y}));
 }
 
 void GUI_DispStringInRect(const char *text, const GUI_Rect &rect, int align)
 {
     const Rect area = bounded(rect);
-    const Point at = alignedText(area, textLength(text), *drawingState().font, align);
-    const Point &origin = drawingState().origin;
-    const Rect outer = Display::clip();
-    Display::setClip(intersection(outer, moved(area, origin.x, origin.y)));
-    drawString(text, {at.x + origin.x, at.y + origin.y});
-    Display::setClip(outer);
+    drawText(text, alignedText(area, GUI_GetStringWidth(text), *drawingState().font, align), area);
 }
 
 int GUI_GetStringWidth(const char *text)
 {
-    return textLength(text) * drawingState().font->width;
+    return text != nullptr ? textWidth(*drawingState().font, {text, strnlen(text, LongestText)}) : 0;
 }

@@ -34,9 +34,13 @@ public:
 
 protected:
     Rect textArea() const override;
+    Point textPlace() const override;
 
 private:
     int length() const { return static_cast<int>(text().size()); }
+    /// Where text and cursor can be seen.
+    Rect field() const { return seen(inside()); }
+    Rect cursorAt(int position) const;
     bool hasFocus() const { return WM_GetFocus() == handle(); }
     Rect cursorRect() const;
     bool edit(int key);
@@ -48,6 +52,7 @@ private:
     int m_maxLength;
     int m_cursor = 0;
     bool m_insert = true;
+    int m_start = 0; ///< where the text began within the field before the latest change
 };
 
 void Edit::paint()
@@ -77,22 +82,43 @@ Rect Edit::textArea() const
 {
     Rect area = inside();
     const bool isLeft = (m_align & (GUI_ALIGN_HCENTER | GUI_ALIGN_RIGHT)) == 0;
-    if (isLeft && length() * font().width < area.x1 - area.x0 + 1) {
+    if (isLeft && widthOfText() < area.x1 - area.x0 + 1) {
         ++area.x0;
     }
     return area;
 }
 
-/// The spacing before the character, as a bar; or that and the character, so that it is framed at both sides.
-/// At the edge if it is cut off.
+/// A text that does not fit stays where it was as far as the cursor is in the field then, and as far as the
+/// field has no more room at its ends than the cursor takes.
+Point Edit::textPlace() const
+{
+    Point place = Widget::textPlace();
+    const Rect area = field();
+    const int last = area.x1 - area.x0;
+    if (widthOfText() > last + 1) {
+        const Rect cursor = cursorAt(m_cursor);
+        const int least = std::max(last - cursorAt(length()).x1, -cursor.x0);
+        const int most = std::min(-cursorAt(0).x0, last - cursor.x1);
+        place.x = area.x0 + std::clamp(m_start, least, std::max(least, most));
+    }
+    return place;
+}
+
+/// The spacing before a character, as a bar; or that and the character, so that it is framed at both sides.
+/// Relative to the text. Behind the end there is room for a blank.
+Rect Edit::cursorAt(int position) const
+{
+    const int x = position < length() ? widthTo(position) : widthOfText();
+    const auto character = static_cast<unsigned char>(position < length() ? text()[position] : ' ');
+    return {x - 1, 0, m_insert ? x - 1 : x + font().glyph(character).width - 1, font().height - 1};
+}
+
+/// At the edge of the field if it would be cut off.
 Rect Edit::cursorRect() const
 {
-    Rect cursor = cells(m_cursor, m_cursor + 1);
-    const Rect area = inside();
-    cursor.x0 -= 1;
-    if (m_insert) {
-        cursor.x1 = cursor.x0;
-    }
+    const Point place = textPlace();
+    Rect cursor = moved(cursorAt(m_cursor), place.x, place.y);
+    const Rect area = field();
     cursor.x0 = std::max(std::min(cursor.x0, area.x1), area.x0);
     cursor.x1 = std::max(cursor.x1, cursor.x0);
     return intersection(cursor, area);
@@ -102,8 +128,9 @@ Rect Edit::cursorRect() const
 template <class Change>
 void Edit::withCursor(Change change)
 {
+    m_start = textPlace().x - field().x0;
     const Rect before = cursorRect();
-    change();
+    moveText(change);
     const Rect after = cursorRect();
     if (hasFocus() && !(before == after)) {
         invalidateLocal(before);
@@ -156,9 +183,9 @@ bool Edit::type(char character)
     }
     std::string typed = text();
     typed.replace(static_cast<size_t>(m_cursor), replaces ? 1 : 0, 1, character);
-    ++m_cursor;
     const bool differs = typed != text();
     Widget::setText(typed);
+    ++m_cursor;
     return differs;
 }
 

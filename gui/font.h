@@ -6,6 +6,8 @@ struct GUI_Glyph {
     /// first. Never null. Dots beyond `width` do not count.
     const unsigned char *rows;
     unsigned char width; ///< in dots, 1 to the font's; its last column is spacing, without dots
+    /// The smallest rectangle around the dots, both corners included; right < left when there are none.
+    unsigned char left, top, right, bottom;
 };
 
 /// Cells are at most as wide and as high as this, in dots.

@@ -3,7 +3,6 @@
 #include "font.h"
 
 #include <algorithm>
-#include <iterator>
 
 /// Successive characters of a font that is drawn as text: their cells side by side, '#' for a dot, '.' for
 /// none, a blank between two cells. The last column of a cell is spacing, without dots.
@@ -54,21 +53,33 @@ constexpr bool areWellDrawn(const Bands &bands)
     return true;
 }
 
-/// Calls `visit(character, width)` for each cell.
-template <class Bands, class Visit>
-constexpr void forEachCell(const Bands &bands, Visit visit)
+/// One row of a cell.
+struct CellLine {
+    const char *dots;
+    int width;
+    int y;
+    int cell; ///< its number, in the order of the pictures
+    int character;
+};
+
+template <int Height, int Count, class Visit>
+constexpr void forEachLine(const GUI_FontBand<Height> (&bands)[Count], Visit visit)
 {
+    int first = 0;
     for (const auto &band : bands) {
-        int character = band.first;
-        int width = 0;
-        for (const char *dot = band.lines[0]; dot == band.lines[0] || dot[-1] != '\0'; ++dot) {
-            if (isCellEnd(*dot)) {
-                visit(character++, width);
-                width = 0;
-            } else {
-                ++width;
+        int cells = 0;
+        for (int y = 0; y < Height; ++y) {
+            cells = 0;
+            for (const char *start = band.lines[y], *end = start; cells == 0 || end[-1] != '\0';
+                 start = end) {
+                for (; !isCellEnd(*end); ++end) {
+                }
+                visit(CellLine{start, static_cast<int>(end - start), y, first + cells, band.first + cells});
+                ++cells;
+                ++end;
             }
         }
+        first += cells;
     }
 }
 
@@ -76,22 +87,25 @@ struct Measures {
     int count = 0; ///< of cells
     int narrowest = GUI_FONT_MAX;
     int widest = 0;
-    bool ascend = true; ///< characters, so that none is drawn twice
+    int last = -1;      ///< character
+    bool ascend = true; ///< the characters, so that none is drawn twice
     bool haveSubstitute = false;
-    int last = -1;
 };
 
 template <class Bands>
 constexpr Measures measure(const Bands &bands)
 {
     Measures all;
-    forEachCell(bands, [&all](int character, int width) {
+    forEachLine(bands, [&all](const CellLine &line) {
+        if (line.y > 0) {
+            return;
+        }
         ++all.count;
-        all.narrowest = std::min(all.narrowest, width);
-        all.widest = std::max(all.widest, width);
-        all.ascend = all.ascend && character > all.last;
-        all.haveSubstitute = all.haveSubstitute || character == GUI_FONT_SUBSTITUTE;
-        all.last = character;
+        all.narrowest = std::min(all.narrowest, line.width);
+        all.widest = std::max(all.widest, line.width);
+        all.ascend = all.ascend && line.character > all.last;
+        all.haveSubstitute = all.haveSubstitute || line.character == GUI_FONT_SUBSTITUTE;
+        all.last = line.character;
     });
     return all;
 }
@@ -101,31 +115,31 @@ struct Rows {
     unsigned char cells[Count][Bytes];
 };
 
-template <int Count, int RowBytes, int Height, class Bands>
-constexpr auto readRows(const Bands &bands)
+template <int Count, int RowBytes, int Height, int BandCount>
+constexpr auto readRows(const GUI_FontBand<Height> (&bands)[BandCount])
 {
     Rows<Count, RowBytes * Height> rows{};
-    int first = 0;
-    for (const auto &band : bands) {
-        int cell = 0;
-        for (int y = 0; y < Height; ++y) {
-            cell = first;
-            int x = 0;
-            for (const char *dot = band.lines[y]; *dot != '\0'; ++dot) {
-                if (*dot == ' ') {
-                    ++cell;
-                    x = 0;
-                    continue;
-                }
-                if (*dot == '#') {
-                    rows.cells[cell][y * RowBytes + x / 8] |= 0x80U >> x % 8;
-                }
-                ++x;
+    forEachLine(bands, [&rows](const CellLine &line) {
+        for (int x = 0; x < line.width; ++x) {
+            if (line.dots[x] == '#') {
+                rows.cells[line.cell][line.y * RowBytes + x / 8] |= 0x80U >> x % 8;
             }
         }
-        first = cell + 1;
-    }
+    });
     return rows;
+}
+
+/// Makes the rectangle around a cell's dots include those of one more row.
+constexpr void includeDots(GUI_Glyph &glyph, const CellLine &line)
+{
+    for (int x = 0; x < line.width; ++x) {
+        if (line.dots[x] == '#') {
+            glyph.left = std::min<unsigned char>(glyph.left, x);
+            glyph.top = std::min<unsigned char>(glyph.top, line.y);
+            glyph.right = std::max<unsigned char>(glyph.right, x);
+            glyph.bottom = line.y;
+        }
+    }
 }
 
 struct Table {
@@ -136,9 +150,13 @@ template <class Bands, class Rows>
 constexpr Table tabulate(const Bands &bands, const Rows &rows)
 {
     Table table{};
-    int cell = 0;
-    forEachCell(bands, [&](int character, int width) {
-        table.glyphs[character] = {rows.cells[cell++], static_cast<unsigned char>(width)};
+    forEachLine(bands, [&](const CellLine &line) {
+        GUI_Glyph &glyph = table.glyphs[line.character];
+        if (line.y == 0) {
+            const auto width = static_cast<unsigned char>(line.width);
+            glyph = {rows.cells[line.cell], width, GUI_FONT_MAX, GUI_FONT_MAX, 0, 0};
+        }
+        includeDots(glyph, line);
     });
     for (GUI_Glyph &glyph : table.glyphs) {
         if (glyph.rows == nullptr) {
@@ -176,7 +194,7 @@ class GUI_FontPictures
     static_assert(Cells.haveSubstitute, "a picture for the characters that have none");
 
     static constexpr int RowBytes = Cells.widest > 8 ? 2 : 1;
-    static constexpr auto Rows = FontPictures::readRows<Cells.count, RowBytes, Height>(Bands);
+    static constexpr auto Rows = FontPictures::readRows<Cells.count, RowBytes>(Bands);
     static constexpr auto Table = FontPictures::tabulate(Bands, Rows);
 
 public:

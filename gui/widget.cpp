@@ -11,6 +11,12 @@ namespace
 constexpr int WidestEdge = 32;
 
 int s_defaultEdge = 1;
+
+/// By how much a span moves so that it lies between two dots; if it is too long, so that it begins there.
+int shiftInto(int from, int to, int first, int last)
+{
+    return std::max(from - first, std::min(to - last, 0));
+}
 } // namespace
 
 bool looksSame(GUI_Color a, GUI_Color b)
@@ -49,7 +55,7 @@ void Widget::paintText(const Look &look) const
     GUI_SetBkColor(look.background);
     GUI_SetFont(m_font);
     GUI_SetTextMode(GUI_TEXT_SOLID);
-    GUI_DispStringInRect(m_text.c_str(), textArea(), m_align);
+    drawText(m_text.c_str(), textPlace(), textArea());
 }
 
 void Widget::paintEdge() const
@@ -65,39 +71,34 @@ void Widget::setText(std::string_view text)
     if (text == m_text) {
         return;
     }
-    const Rect before = textCells();
-    const Point placeBefore = textPlace();
-    const auto common = std::min({text.size(), m_text.size(), size_t{LongestText}});
-    const auto differing = std::mismatch(text.begin(), text.begin() + common, m_text.begin());
-    const auto unchanged = static_cast<int>(differing.first - text.begin());
+    const Point before = textPlace();
+    Rect changed = textCells(before);
+    const auto differing = std::mismatch(text.begin(), text.end(), m_text.begin(), m_text.end());
+    const auto unchanged = static_cast<size_t>(differing.first - text.begin());
     m_text.assign(text);
-    const Rect after = textCells();
-    Rect changed = united(before, after);
-    if (placeBefore == textPlace()) {
-        changed.x0 = std::max(changed.x0, cells(unchanged, unchanged).x0);
+    m_textWidth = textWidth(*m_font, m_text);
+    const Point after = textPlace();
+    changed = united(changed, textCells(after));
+    if (before == after) {
+        changed.x0 = std::max(changed.x0, after.x + widthTo(unchanged));
     }
     invalidateLocal(changed);
 }
 
 void Widget::setFont(const GUI_Font *font)
 {
-    if (font == nullptr || font == m_font) {
+    if (!isUsable(font) || font == m_font) {
         return;
     }
     invalidateText();
     m_font = font;
+    m_textWidth = textWidth(*m_font, m_text);
     invalidateText();
 }
 
 void Widget::setAlign(int align)
 {
-    const Rect before = textCells();
-    const Point placeBefore = textPlace();
-    m_align = align;
-    if (!(placeBefore == textPlace())) {
-        invalidateLocal(before);
-        invalidateText();
-    }
+    moveText([&] { m_align = align; });
 }
 
 void Widget::setBackground(GUI_Color color)
@@ -131,19 +132,27 @@ Rect Widget::bounds() const
 
 Point Widget::textPlace() const
 {
-    return alignedText(textArea(), textLength(m_text.c_str()), *m_font, m_align);
+    const Rect area = textArea();
+    const Rect limits = seen(area);
+    const Point place = alignedText(area, m_textWidth, *m_font, m_align);
+    const Rect cells = textCells(place);
+    if (intersection(cells, limits) == cells) {
+        return place;
+    }
+    const Rect dots = intersection(moved(textDots(*m_font, m_text), place.x, place.y), area);
+    return {place.x + shiftInto(limits.x0, limits.x1, dots.x0, dots.x1),
+            place.y + shiftInto(limits.y0, limits.y1, dots.y0, dots.y1)};
 }
 
-Rect Widget::cells(int first, int last) const
+int Widget::widthTo(size_t position) const
 {
-    const Point place = textPlace();
-    return {place.x + first * m_font->width, place.y, place.x + last * m_font->width - 1,
-            place.y + m_font->height - 1};
+    return textWidth(*m_font, std::string_view(m_text).substr(0, position));
 }
 
-Rect Widget::textCells() const
+Rect Widget::textCells(Point place) const
 {
-    return showsText() ? intersection(cells(0, textLength(m_text.c_str())), textArea()) : NoRect;
+    const Rect cells = {place.x, place.y, place.x + m_textWidth - 1, place.y + m_font->height - 1};
+    return showsText() ? intersection(cells, textArea()) : NoRect;
 }
 
 void Widget::invalidateEdge()

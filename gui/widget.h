@@ -26,7 +26,7 @@ public:
 
     const std::string &text() const { return m_text; }
     void setText(std::string_view text);
-    void setFont(const GUI_Font *font); ///< null is ignored
+    void setFont(const GUI_Font *font); ///< one that is not usable is ignored
     void setAlign(int align);
     void setBackground(GUI_Color color);
     void setTextColor(GUI_Color color);
@@ -35,20 +35,25 @@ public:
 protected:
     Rect bounds() const;
     Rect inside() const { return shrunk(bounds(), m_edge); }
-    /// The text is aligned in it and cut off by it: what is inside, as far as it is on the display, so that a
-    /// text is not cut in half as long as there is room for all of it.
-    virtual Rect textArea() const
+    /// What the display shows of an area.
+    Rect seen(const Rect &area) const
     {
-        return intersection(inside(), moved(DisplayRect, -rect().x0, -rect().y0));
+        return intersection(area, moved(DisplayRect, -rect().x0, -rect().y0));
     }
+    /// The text is aligned in it and cut off by it.
+    virtual Rect textArea() const { return inside(); }
+    /// Where the first cell of the text is: aligned, or moved as little as is needed to keep the dots that
+    /// the area shows on the display.
+    virtual Point textPlace() const;
     virtual bool showsText() const { return true; }
-    /// The characters from `first` up to, not including, `last`.
-    Rect cells(int first, int last) const;
-    /// The same, all of them, as far as they are visible.
-    Rect textCells() const;
     const GUI_Font &font() const { return *m_font; }
-    void invalidateText() { invalidateLocal(textCells()); }
+    int widthOfText() const { return m_textWidth; } ///< of all cells
+    int widthTo(size_t position) const;             ///< of the cells before a character
+    void invalidateText() { invalidateLocal(textCells(textPlace())); }
     void invalidateEdge();
+    /// Makes a change and has the text painted where it was and is if it moves by that.
+    template <class Change>
+    void moveText(Change change);
 
     void paintBackground(const Look &look) const;
     void paintText(const Look &look) const;
@@ -59,11 +64,25 @@ protected:
     int m_edge; ///< its width
 
 private:
-    Point textPlace() const;
+    /// What is visible of the text when it is at `place`.
+    Rect textCells(Point place) const;
 
     std::string m_text;
     const GUI_Font *m_font = &GUI_Font6x8;
+    int m_textWidth = 0; ///< of all cells
 };
+
+template <class Change>
+void Widget::moveText(Change change)
+{
+    const Point before = textPlace();
+    const Rect cells = textCells(before);
+    change();
+    if (!(before == textPlace())) {
+        invalidateLocal(cells);
+        invalidateText();
+    }
+}
 
 /// Calls a setter if the handle is one of this kind of widget.
 template <class Kind, class Base, class... Parameters, class... Arguments>

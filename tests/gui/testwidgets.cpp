@@ -25,7 +25,8 @@ struct TallGlyphs {
     {
         for (int character = 0; character < 256; ++character) {
             std::copy_n(GUI_Font6x8.glyphs[character].rows, 8, rows[character]);
-            glyphs[character] = {rows[character], 6};
+            glyphs[character] = GUI_Font6x8.glyphs[character];
+            glyphs[character].rows = rows[character];
         }
     }
 };
