@@ -2,10 +2,12 @@
 
 namespace
 {
-/// Strokes are two dots wide, and letters stand two dots apart. Capitals and digits take rows 2 to 12,
-/// lower-case bodies rows 5 to 12. A capital under an accent is one row shorter, so that both stay apart; the
-/// ring alone is joined to its A. Zero is an O but for its width and corners, as in print: at this size
-/// they are enough.
+/// 0x7F is a box.
+///
+/// Strokes are two dots wide, and letters stand two dots apart. Capitals and digits take rows 2 to 12, the
+/// bodies of small letters rows 5 to 12. A capital with an accent gives up one of its straight rows, so that
+/// a row stays free between the two; only the ring is joined to its A. Zero needs no dot here: it is narrower
+/// than an O, with smaller corners.
 // clang-format off
 constexpr GUI_FontBand<16> Bands[] = {
     { 0x20, {
