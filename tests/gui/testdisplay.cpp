@@ -1,12 +1,33 @@
 #include "testdisplay.h"
 
+#include "fontpictures.h"
 #include "hooks.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 TestDisplay display;
+
+namespace
+{
+// clang-format off
+constexpr GUI_FontBand<9> Bands[] = {
+    { '{', {
+        ".... .. ##########. ..... #####..",
+        ".... #. #........#. ..... #...#..",
+        ".... #. #.###....#. ..... #...#..",
+        ".... #. #.#......#. .#... #...#..",
+        ".... #. #.##...###. .##.. #...#..",
+        ".... #. #.#....#... ..#.. #...#..",
+        ".... #. #......#.#. ..... #...#..",
+        ".... #. ########.#. ..... #####..",
+        ".... .. ........... ..... .......",
+    } },
+};
+// clang-format on
+} // namespace
+
+const GUI_Font WideFont = GUI_FontPictures<Bands>::Font;
 
 void TestDisplay::forget()
 {
@@ -86,15 +107,27 @@ bool isWithin(const GUI_Rect &rect, int x, int y)
     return x >= rect.x0 && x <= rect.x1 && y >= rect.y0 && y <= rect.y1;
 }
 
-bool isTextDot(const char *text, int textX, int textY, int x, int y)
+int widthOf(const char *text, const GUI_Font &font, int count)
 {
-    const int column = x - textX;
-    const int length = static_cast<int>(std::strlen(text));
-    if (column < 0 || column >= 6 * length || y < textY || y >= textY + 8) {
-        return false;
+    int width = 0;
+    for (; *text != '\0' && count > 0; ++text, --count) {
+        width += font.glyph(static_cast<unsigned char>(*text)).width;
     }
-    const auto character = static_cast<unsigned char>(text[column / 6]);
-    return (GUI_Font6x8.glyph(character).rows[y - textY] & 0x80 >> column % 6) != 0;
+    return width;
+}
+
+bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_Font &font)
+{
+    for (; *text != '\0' && y >= textY && y < textY + font.height && x >= textX; ++text) {
+        const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(*text));
+        const int column = x - textX;
+        if (column < glyph.width) {
+            const int byte = (y - textY) * font.rowBytes() + column / 8;
+            return (glyph.rows[byte] & 0x80 >> column % 8) != 0;
+        }
+        textX += glyph.width;
+    }
+    return false;
 }
 
 // The port.

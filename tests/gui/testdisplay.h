@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QTest>
 #include <array>
+#include <climits>
 
 /// What the display shows; 0 is a black dot.
 using Dots = std::array<std::array<unsigned char, LCD_XSIZE>, LCD_YSIZE>;
@@ -51,8 +52,12 @@ Dots dotsWhere(Rule lit)
 }
 
 bool isWithin(const GUI_Rect &rect, int x, int y);
-/// Whether a text that begins at the place, in the 6 x 8 font, has a dot there.
-bool isTextDot(const char *text, int textX, int textY, int x, int y);
+/// Cells of 2 to 11 dots, 9 high, of the characters '{' (blank), '|', '}', '~' and 0x7F.
+extern const GUI_Font WideFont;
+/// Of the cells of the first `count` characters.
+int widthOf(const char *text, const GUI_Font &font, int count = INT_MAX);
+/// Whether a text that begins at the place has a dot there.
+bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_Font &font = GUI_Font6x8);
 
 #define COMPARE_DOTS(actual, expected)                                                                       \
     do {                                                                                                     \

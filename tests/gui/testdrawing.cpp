@@ -9,6 +9,7 @@ namespace
 {
 constexpr int Far = std::numeric_limits<int>::max();
 constexpr char Text[] = "g8\xC4.";
+constexpr char WideText[] = "|}~a";
 
 /// What a dot becomes.
 enum Effect { Untouched, Black, White, Inverted };
@@ -40,6 +41,14 @@ Rule text(Effect lit, Effect dark, int right = 23, int bottom = 7)
 {
     return [=](int x, int y) {
         return !in(x, y, right, bottom) ? Untouched : (isTextDot(Text, 0, 0, x, y) ? lit : dark);
+    };
+}
+
+Rule wideText(Effect lit, Effect dark)
+{
+    return [=](int x, int y) {
+        const bool isIn = in(x, y, widthOf(WideText, WideFont) - 1, WideFont.height - 1);
+        return !isIn ? Untouched : (isTextDot(WideText, 0, 0, x, y, WideFont) ? lit : dark);
     };
 }
 
@@ -86,6 +95,13 @@ void drawText(GUI_TextMode mode, int x, int y)
     GUI_DispStringAt(Text, x, y);
 }
 
+void drawWideText(GUI_TextMode mode, int x, int y)
+{
+    GUI_SetFont(&WideFont);
+    GUI_SetTextMode(mode);
+    GUI_DispStringAt(WideText, x, y);
+}
+
 const Operation Operations[] = {
     line("flat line", 17, 5),
     line("steep line upwards", 6, -13),
@@ -105,6 +121,8 @@ const Operation Operations[] = {
     {"text", [](int x, int y) { drawText(GUI_TEXT_SOLID, x, y); }, text(Black, White)},
     {"dots", [](int x, int y) { drawText(GUI_TEXT_TRANSPARENT, x, y); }, text(Black, Untouched)},
     {"inversion", [](int x, int y) { drawText(GUI_TEXT_XOR, x, y); }, text(Inverted, Untouched)},
+    {"wide text", [](int x, int y) { drawWideText(GUI_TEXT_SOLID, x, y); }, wideText(Black, White)},
+    {"wide inversion", [](int x, int y) { drawWideText(GUI_TEXT_XOR, x, y); }, wideText(Inverted, Untouched)},
     {"text cut by a rectangle",
      [](int x, int y) { GUI_DispStringInRect(Text, at(x, y, 14, 5), GUI_ALIGN_RIGHT); },
      text(Black, White, 14, 5)},
@@ -179,6 +197,11 @@ private slots:
             GUI_DrawBitmap(bitmap, 0, 0);
         }
         GUI_SetFont(nullptr);
+        for (const auto [width, height] : {std::array{0, 8}, {17, 8}, {6, 0}, {6, 17}}) {
+            const GUI_Font font = {static_cast<unsigned char>(width), static_cast<unsigned char>(height),
+                                   GUI_Font6x8.glyphs};
+            GUI_SetFont(&font);
+        }
         GUI_DispStringAt(nullptr, 0, 0);
         QCOMPARE(GUI_GetStringWidth(nullptr), 0);
         QVERIFY(!display.isDamaged() && GUI_GetFont() == &GUI_Font6x8);

@@ -1,4 +1,4 @@
-#include "font.h"
+#include "fontpictures.h"
 #include "testregistry.h"
 
 #include <QMap>
@@ -31,11 +31,37 @@ QVector<int> body(QChar character, int top, int bottom)
 }
 } // namespace
 
+/// What fonts are made of, and what the library's own look like.
 class TestFonts : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void picturesAreChecked_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<bool>("isFine");
+        QTest::newRow("fine") << int('}') << QByteArray(".. #..") << true;
+        QTest::newRow("line too short") << int('}') << QByteArray(".. #.") << false;
+        QTest::newRow("line too long") << int('}') << QByteArray(".. #...") << false;
+        QTest::newRow("cells unlike") << int('}') << QByteArray("... #.") << false;
+        QTest::newRow("no spacing") << int('}') << QByteArray(".# #..") << false;
+        QTest::newRow("no dot") << int('}') << QByteArray(".. o..") << false;
+        QTest::newRow("character drawn twice") << int('~') << QByteArray(".. #..") << false;
+        QTest::newRow("no substitute") << 0x80 << QByteArray(".. #..") << false;
+    }
+    void picturesAreChecked()
+    {
+        QFETCH(int, first);
+        QFETCH(QByteArray, line);
+        const unsigned char second = first < GUI_FONT_SUBSTITUTE ? GUI_FONT_SUBSTITUTE : 0x90;
+        const GUI_FontBand<2> bands[] = {{static_cast<unsigned char>(first), {"#. .#.", line}},
+                                         {second, {"#.", "#."}}};
+        const FontPictures::Measures cells = FontPictures::measure(bands);
+        QTEST(FontPictures::areWellDrawn(bands) && cells.ascend && cells.haveSubstitute, "isFine");
+    }
+
     void everyCharacterHasItsOwnPicture_data()
     {
         QTest::addColumn<const GUI_Font *>("font");

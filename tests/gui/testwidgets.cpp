@@ -15,23 +15,7 @@ constexpr int Centred = GUI_ALIGN_HCENTER | GUI_ALIGN_VCENTER;
 const std::uint8_t Dots3x3[] = {0xE0, 0xA0, 0xE0};
 const GUI_Color BlackIs1[] = {GUI_WHITE, GUI_BLACK};
 const GUI_Bitmap Ring = {3, 3, 1, 1, Dots3x3, BlackIs1, 2};
-
-/// The 6 x 8 font in cells of 12 rows.
-struct TallGlyphs {
-    unsigned char rows[256][12] = {};
-    GUI_Glyph glyphs[256] = {};
-
-    TallGlyphs()
-    {
-        for (int character = 0; character < 256; ++character) {
-            std::copy_n(GUI_Font6x8.glyphs[character].rows, 8, rows[character]);
-            glyphs[character] = GUI_Font6x8.glyphs[character];
-            glyphs[character].rows = rows[character];
-        }
-    }
-};
-const TallGlyphs Tall;
-const GUI_Font TallFont = {6, 12, Tall.glyphs};
+const GUI_Font TooWideFont = {17, 8, GUI_Font6x8.glyphs};
 
 WM_Handle box(char kind)
 {
@@ -70,14 +54,14 @@ struct Setter {
 const Setter Visible[] = {
     SETTER('T', TEXT_SetText(w, "Next")),
     SETTER('T', TEXT_SetText(w, nullptr)),
-    SETTER('T', TEXT_SetFont(w, &TallFont)),
+    SETTER('T', TEXT_SetFont(w, &WideFont)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_RIGHT)),
     SETTER('T', TEXT_SetTextColor(w, GUI_WHITE)),
     SETTER('T', TEXT_SetBkColor(w, GUI_BLACK)),
     SETTER('T', WIDGET_SetEffect(w, &WIDGET_Effect_Simple)),
     SETTER('B', BUTTON_SetText(w, "Texts")),
     SETTER('B', BUTTON_SetBitmap(w, BUTTON_RELEASED, &Ring)),
-    SETTER('B', BUTTON_SetFont(w, &TallFont)),
+    SETTER('B', BUTTON_SetFont(w, &WideFont)),
     SETTER('B', BUTTON_SetTextAlign(w, GUI_ALIGN_LEFT)),
     SETTER('B', BUTTON_SetBkColor(w, BUTTON_RELEASED, GUI_BLACK)),
     SETTER('B', BUTTON_SetTextColor(w, BUTTON_RELEASED, GUI_WHITE)),
@@ -87,7 +71,7 @@ const Setter Visible[] = {
     SETTER('B', WM_SetSize(w, 9, 9)),
     SETTER('B', WM_DeleteWindow(w)),
     SETTER('E', EDIT_SetText(w, "Ten")),
-    SETTER('E', EDIT_SetFont(w, &TallFont)),
+    SETTER('E', EDIT_SetFont(w, &WideFont)),
     SETTER('E', EDIT_SetTextAlign(w, Centred)),
     SETTER('E', EDIT_SetTextColor(w, GUI_WHITE)),
     SETTER('E', EDIT_SetBkColor(w, GUI_BLACK)),
@@ -96,13 +80,14 @@ const Setter Visible[] = {
     SETTER('F', FRAMEWIN_SetTitleVis(w, 0)),
     SETTER('F', FRAMEWIN_SetBorderSize(w, 99)),
     SETTER('F', FRAMEWIN_SetClientColor(w, GUI_BLACK)),
-    SETTER('F', FRAMEWIN_SetFont(w, &TallFont)),
+    SETTER('F', FRAMEWIN_SetFont(w, &WideFont)),
 };
 
 const Setter Invisible[] = {
     SETTER('T', TEXT_SetTextColor(w, 0x101010)),
+    SETTER('T', TEXT_SetFont(w, &TooWideFont)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_LEFT | GUI_ALIGN_VCENTER | 64)),
-    SETTER('N', TEXT_SetFont(w, &TallFont)),
+    SETTER('N', TEXT_SetFont(w, &WideFont)),
     SETTER('N', TEXT_SetTextColor(w, GUI_WHITE)),
     SETTER('N', TEXT_SetTextAlign(w, GUI_ALIGN_RIGHT)),
     SETTER('B', BUTTON_SetBkColor(w, BUTTON_PRESSED, GUI_WHITE)),
@@ -182,11 +167,73 @@ private slots:
 
     void onlyChangedCharactersArePainted()
     {
-        const WM_Handle button = box('B');
-        BUTTON_SetText(button, "Team");
-        paintAnew();
-        QCOMPARE(display.damage.x0, 28 + 2 * 6);
-        QCOMPARE(display.damage.x1, 28 + 4 * 6 - 1);
+        const char *const texts[] = {"|}~|", "|}|~", "}|~|", "|}~", "|}~|~", "~"};
+        for (int i = 0; i < 2 * 6 * 6; ++i) {
+            const GUI_Font &font = i % 2 == 0 ? GUI_Font6x8 : WideFont;
+            const char *const before = texts[i / 2 % 6];
+            const char *const after = texts[i / 12];
+            int same = 0;
+            for (; before[same] != '\0' && before[same] == after[same]; ++same) {
+            }
+            start();
+            const WM_Handle text = box('T');
+            TEXT_SetFont(text, &font);
+            TEXT_SetText(text, before);
+            paintAnew();
+            TEXT_SetText(text, after);
+            paintAnew();
+            QCOMPARE(display.isDamaged(), before != after);
+            QVERIFY(before == after || display.damage.x0 == Box.x0 + widthOf(after, font, same));
+            QVERIFY(before == after ||
+                    display.damage.x1 == Box.x0 + std::max(widthOf(before, font), widthOf(after, font)) - 1);
+        }
+    }
+
+    /// Of a text that the display's edge would cut, as many dots are seen as there can be, and it stands as
+    /// near as that allows to where it would be.
+    void textsMoveOnlyToStayOnTheDisplay()
+    {
+        const struct {
+            const char *text;
+            const GUI_Font &font;
+            int width, height;
+        } kinds[] = {{"40", GUI_Font6x8, 16, 10}, {"01>04", GUI_Font6x8, 32, 10}, {"~}", WideFont, 20, 14}};
+        const auto placed = [](int where, int size, int end) {
+            return std::array<int, 5>{-3, -1, 20, end - size + 1, end - size + 3}[where];
+        };
+        for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
+            const auto &[string, font, width, height] = kinds[i % 3];
+            const int across = i / 75 % 3;
+            const int down = i / 225;
+            const int left = placed(i / 3 % 5, width, LCD_XSIZE);
+            const int top = placed(i / 15 % 5, height, LCD_YSIZE);
+            const int x0 = left + (width - widthOf(string, font)) * across / 2;
+            const int y0 = top + (height - font.height) * down / 2;
+            const GUI_Rect area = {left, top, left + width - 1, top + height - 1};
+            const auto isDot = [&, &string = string, &font = font](int x, int y, int dx, int dy) {
+                return isWithin(area, x, y) && isTextDot(string, x0 + dx, y0 + dy, x, y, font);
+            };
+            const auto dotsSeen = [&](int dx, int dy) {
+                int count = 0;
+                for (int y = std::max(top, 0); y <= std::min(area.y1, LCD_YSIZE - 1); ++y) {
+                    for (int x = std::max(left, 0); x <= std::min(area.x1, LCD_XSIZE - 1); ++x) {
+                        count += isDot(x, y, dx, dy) ? 1 : 0;
+                    }
+                }
+                return count;
+            };
+            int dx = 0;
+            int dy = 0;
+            for (const int shift : {1, -1, 2, -2, 3, -3}) {
+                dx = dotsSeen(shift, 0) > dotsSeen(dx, 0) ? shift : dx;
+                dy = dotsSeen(0, shift) > dotsSeen(0, dy) ? shift : dy;
+            }
+            start();
+            const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
+            TEXT_SetFont(text, &font);
+            TEXT_SetTextAlign(text, across + 4 * down);
+            COMPARE_PAINTED(isDot(x, y, dx, dy));
+        }
     }
 
     void textsAreAligned()
@@ -201,10 +248,6 @@ private slots:
         }
         BUTTON_SetText(button, "wider than it is");
         COMPARE_PAINTED(onEdge(Box, x, y) || (x < Box.x1 && isTextDot("wider than it is", 11, 31, x, y)));
-        BUTTON_SetText(button, "Text");
-        BUTTON_SetTextAlign(button, Centred);
-        WM_MoveTo(button, 100, Box.y0);
-        COMPARE_PAINTED(onEdge({100, 8, 159, 39}, x, y) || isTextDot("Text", 102, 20, x, y));
     }
 
     void pressedButtonsHaveTheirOwnLook()
@@ -314,6 +357,88 @@ private slots:
         QCOMPARE(int(display.dots[9][11]), 0);
     }
 
+    void editsKeepTheirCursorInSight_data()
+    {
+        QTest::addColumn<bool>("wide");
+        QTest::addColumn<int>("across");
+        QTest::addColumn<bool>("isCut");
+        for (const bool wide : {false, true}) {
+            const char *const font = wide ? "wide" : "6x8";
+            QTest::addRow("%s, at the left", font) << wide << int(GUI_ALIGN_LEFT) << false;
+            QTest::addRow("%s, centred", font) << wide << int(GUI_ALIGN_HCENTER) << false;
+            QTest::addRow("%s, at the right", font) << wide << int(GUI_ALIGN_RIGHT) << false;
+            QTest::addRow("%s, beyond the display", font) << wide << int(GUI_ALIGN_LEFT) << true;
+        }
+    }
+    /// After any key, the cursor is seen whole and at its character, also at the display's edge; a text that
+    /// fits stands where it is aligned, and another one moves by an arrow only if it must.
+    void editsKeepTheirCursorInSight()
+    {
+        QFETCH(bool, wide);
+        QFETCH(int, across);
+        QFETCH(bool, isCut);
+        const GUI_Font &font = wide ? WideFont : GUI_Font6x8;
+        const GUI_Rect box = isCut ? GUI_Rect{90, 8, 139, 19} : GUI_Rect{10, 8, 59, 19};
+        const GUI_Rect field = {box.x0 + 1, box.y0 + 1, isCut ? LCD_XSIZE - 1 : box.x1 - 1, box.y1 - 1};
+        std::mt19937 generator(11);
+        const WM_Handle edit = EDIT_CreateEx(box.x0, box.y0, 50, 12, 0, WM_VISIBLE, 1, 25);
+        EDIT_SetFont(edit, &font);
+        EDIT_SetTextAlign(edit, across);
+        WM_SetFocus(edit);
+        bool inserts = true;
+        bool fitted = true;
+        int textX = 0;
+        for (int round = 0; round < 500; ++round) {
+            const char keys[] = {"<<<>>^$-#~|}|}ab"[generator() % 16], '\0'};
+            inserts = inserts != (keys[0] == '~');
+            paintAnew();
+            display.forget();
+            pressKeys(keys);
+            WM_Exec();
+            QVERIFY(display.isDamageWithin(box));
+            COMPARE_REPAINTED();
+            const Dots focused = display.dots;
+            WM_SetFocus(0);
+            paintAnew();
+            const GUI_Rect cursor = display.damage;
+
+            const QByteArray text = textOf(edit);
+            const int position = EDIT_GetCursorCharPos(edit);
+            const int width = widthOf(text, font);
+            const int spare = field.x1 - field.x0 + 1 - width;
+            const int cell = widthOf(position < text.size() ? text.data() + position : " ", font, 1);
+            const int before = textX;
+            textX = spare < 0     ? cursor.x0 + 1 - widthOf(text, font, position)
+                    : across == 0 ? field.x0 + (width < box.x1 - box.x0 - 1 ? 1 : 0)
+                                  : field.x0 + spare * across / 2;
+            const auto cursorFor = [&](int x) {
+                const int bar = x + widthOf(text, font, position) - 1;
+                return GUI_Rect{bar, field.y0, inserts ? bar : bar + cell, field.y0 + font.height - 1};
+            };
+            GUI_Rect expected = cursorFor(textX);
+            if (spare >= 0) {
+                expected.x0 = std::clamp(expected.x0, field.x0, field.x1);
+                expected.x1 = std::clamp(expected.x1, expected.x0, field.x1);
+            } else {
+                const int behind = inserts ? 0 : widthOf(" ", font);
+                QVERIFY(textX <= field.x0 + 1 && textX + width - 1 + behind >= field.x1);
+                const GUI_Rect unmoved = cursorFor(before);
+                QVERIFY(textX == before || fitted || std::strchr("<>^$", keys[0]) == nullptr ||
+                        unmoved.x0 < field.x0 || unmoved.x1 > field.x1);
+            }
+            fitted = spare >= 0;
+            QVERIFY(display.isDamageWithin(expected));
+            COMPARE_DOTS(display.dots, dotsWhere([&](int x, int y) {
+                             return onEdge(box, x, y) ||
+                                    (isWithin(field, x, y) && isTextDot(text, textX, field.y0, x, y, font));
+                         }));
+            COMPARE_DOTS(focused, dotsWhere([&](int x, int y) {
+                             return isWithin(expected, x, y) != (display.dots[y][x] == 0);
+                         }));
+            WM_SetFocus(edit);
+        }
+    }
+
     void framesSurroundTheirClientArea()
     {
         FRAMEWIN_SetDefaultBorderSize(3);
@@ -340,7 +465,7 @@ private slots:
         WM_Handle widgets[std::size(kinds)];
         std::transform(std::begin(kinds), std::end(kinds), widgets, box);
         const char *const texts[] = {"", "a", "Text", "Next", "a wide text"};
-        const GUI_Font *const fonts[] = {&GUI_Font6x8, &TallFont};
+        const GUI_Font *const fonts[] = {&GUI_Font6x8, &WideFont};
         const WIDGET_Effect effects[] = {WIDGET_Effect_None, WIDGET_Effect_Simple, {3}, {-Far}, {Far}};
         for (int round = 0; round < 4000; ++round) {
             const WM_Handle w = widgets[generator() % 4];
