@@ -40,6 +40,7 @@ private:
     int length() const { return static_cast<int>(text().size()); }
     /// Where text and cursor can be seen.
     Rect field() const { return seen(inside()); }
+    int room() const { return field().x1 - field().x0 + 1; }
     Rect cursorAt(int position) const;
     bool hasFocus() const { return WM_GetFocus() == handle(); }
     Rect cursorRect() const;
@@ -82,7 +83,7 @@ Rect Edit::textArea() const
 {
     Rect area = inside();
     const bool isLeft = (m_align & (GUI_ALIGN_HCENTER | GUI_ALIGN_RIGHT)) == 0;
-    if (isLeft && widthOfText() < area.x1 - area.x0 + 1) {
+    if (isLeft && widthOfText() < room()) {
         ++area.x0;
     }
     return area;
@@ -93,13 +94,12 @@ Rect Edit::textArea() const
 Point Edit::textPlace() const
 {
     Point place = Widget::textPlace();
-    const Rect area = field();
-    const int last = area.x1 - area.x0;
-    if (widthOfText() > last + 1) {
+    if (widthOfText() > room()) {
+        const int last = room() - 1;
         const Rect cursor = cursorAt(m_cursor);
         const int least = std::max(last - cursorAt(length()).x1, -cursor.x0);
         const int most = std::min(-cursorAt(0).x0, last - cursor.x1);
-        place.x = area.x0 + std::clamp(m_start, least, std::max(least, most));
+        place.x = field().x0 + std::clamp(m_start, least, std::max(least, most));
     }
     return place;
 }
@@ -183,9 +183,9 @@ bool Edit::type(char character)
     }
     std::string typed = text();
     typed.replace(static_cast<size_t>(m_cursor), replaces ? 1 : 0, 1, character);
+    ++m_cursor;
     const bool differs = typed != text();
     Widget::setText(typed);
-    ++m_cursor;
     return differs;
 }
 

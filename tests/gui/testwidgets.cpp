@@ -409,7 +409,7 @@ private slots:
             const int cell = widthOf(position < text.size() ? text.data() + position : " ", font, 1);
             const int before = textX;
             textX = spare < 0     ? cursor.x0 + 1 - widthOf(text, font, position)
-                    : across == 0 ? field.x0 + (width < box.x1 - box.x0 - 1 ? 1 : 0)
+                    : across == 0 ? field.x0 + (spare > 0 ? 1 : 0)
                                   : field.x0 + spare * across / 2;
             const auto cursorFor = [&](int x) {
                 const int bar = x + widthOf(text, font, position) - 1;
