@@ -213,13 +213,14 @@ private slots:
                      {"~}", WideFont, 20, 14, {1, 0, 14, 7}}};
         for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
             const auto &[string, font, width, height, dots] = kinds[i % 3];
-            const int left = std::array{-3, -1, 20, LCD_XSIZE - width + 1, LCD_XSIZE - width + 3}[i / 3 % 5];
+            const int left =
+                std::array{-3, -1, 20, LCD_GetXSize() - width + 1, LCD_GetXSize() - width + 3}[i / 3 % 5];
             const int top =
-                std::array{-3, -1, 20, LCD_YSIZE - height + 1, LCD_YSIZE - height + 3}[i / 15 % 5];
+                std::array{-3, -1, 20, LCD_GetYSize() - height + 1, LCD_GetYSize() - height + 3}[i / 15 % 5];
             const int x0 = left + (width - widthOf(string, font)) * (i / 75 % 3) / 2;
             const int y0 = top + (height - font.height) * (i / 225) / 2;
-            const int dx = std::clamp(0, -x0 - dots.x0, LCD_XSIZE - 1 - x0 - dots.x1);
-            const int dy = std::clamp(0, -y0 - dots.y0, LCD_YSIZE - 1 - y0 - dots.y1);
+            const int dx = std::clamp(0, -x0 - dots.x0, LCD_GetXSize() - 1 - x0 - dots.x1);
+            const int dy = std::clamp(0, -y0 - dots.y0, LCD_GetYSize() - 1 - y0 - dots.y1);
             start();
             const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
             TEXT_SetFont(text, &font);
@@ -360,7 +361,7 @@ private slots:
         QFETCH(int, left);
         const GUI_Font &font = isWide ? WideFont : GUI_Font6x8;
         const GUI_Rect box = {left, 8, left + 49, 19};
-        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_XSIZE - 1), 18};
+        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_GetXSize() - 1), 18};
         const WM_Handle edit = EDIT_CreateEx(left, box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
         EDIT_SetFont(edit, &font);
         EDIT_SetTextAlign(edit, align);
