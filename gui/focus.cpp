@@ -6,8 +6,8 @@
 namespace
 {
 WM_Handle s_focus = 0;
-WM_Handle s_told =
-    0; ///< which window was told last that it has the focus, 0 once it was told that it lost it
+/// Which window was told last that it has the focus; 0 once it was told that it has lost it.
+WM_Handle s_told = 0;
 
 bool canHaveFocus(const Window &window)
 {
