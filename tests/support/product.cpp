@@ -33,7 +33,7 @@ Product::~Product()
     m_process.waitForFinished(DeadlineMs);
 }
 
-bool Product::await(const char *text)
+bool Product::await(const QByteArray &text)
 {
     return runUntil([&] {
         m_output += m_process.readAllStandardOutput();
