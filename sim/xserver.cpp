@@ -6,7 +6,7 @@
 
 namespace
 {
-constexpr int endMs = 500;
+constexpr int endMs = 2000; ///< of a busy machine
 } // namespace
 
 XServer::~XServer()
