@@ -310,34 +310,25 @@ private slots:
         QCOMPARE(unit.hardware().backlight(), 5);
     }
 
-    void theButtonsShowWhatIsSo_data()
-    {
-        QTest::addColumn<int>("backlight");
-        QTest::addColumn<int>("sleep");
-        QTest::addColumn<int>("beep");
-        QTest::addColumn<QStringList>("texts");
-        QTest::addColumn<int>("level");
-        QTest::newRow("the last of each") << 4 << 4 << 1 << QStringList({"100%", "Never", "On"}) << 5;
-        QTest::newRow("too bright") << 6 << 2 << 2 << QStringList({"15Min", "On"}) << 7;
-        QTest::newRow("one above the last") << 5 << 5 << -1 << QStringList("On") << 6;
-        QTest::newRow("far from all") << 99 << INT_MIN << 0 << QStringList("Off") << 7;
-    }
     void theButtonsShowWhatIsSo()
     {
-        QFETCH(int, backlight);
-        QFETCH(int, sleep);
-        QFETCH(int, beep);
         TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
-        QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
-        QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
-        unit.shm().backlight = backlight;
-        unit.shm().sleep = sleep;
-        unit.shm().beep = beep;
-        unit.comm().SaveConfig();
-        QTEST(chosen(*page), "texts");
-        QTEST(unit.hardware().backlight(), "level");
-        QCOMPARE(int(unit.shm().beep), beep);
+        const auto shown = [&](int backlight, int sleep, int beep) {
+            const bool all = touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off");
+            const QString before = all ? chosen(*page).join(' ') : QString();
+            unit.shm().backlight = backlight;
+            unit.shm().sleep = sleep;
+            unit.shm().beep = beep;
+            unit.comm().SaveConfig();
+            return QStringList({before, chosen(*page).join(' '), QString::number(unit.shm().beep)}) +
+                   QStringList(QString::number(unit.hardware().backlight()));
+        };
+        const QString before = "40% 30Min Off";
+        QCOMPARE(shown(4, 4, 1), QStringList({before, "100% Never On", "1", "5"}));
+        QCOMPARE(shown(6, 2, 2), QStringList({before, "15Min On", "2", "7"}));
+        QCOMPARE(shown(5, 5, -1), QStringList({before, "On", "-1", "6"}));
+        QCOMPARE(shown(99, INT_MIN, 0), QStringList({before, "Off", "0", "7"}));
     }
 
     void anyNumberInTheSettingsIsKept()
