@@ -61,7 +61,7 @@ private slots:
         QVERIFY(QRegularExpression(QStringLiteral("t0 \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\n"))
                     .match(QString::fromLatin1(product.output()))
                     .hasMatch());
-        QCOMPARE(unit.hardware().backlight(), 3);
+        QCOMPARE(unit.hardware().files().backlight(), 3);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         QCOMPARE(unit.talk(Wire::Control0, "3x1&4."), QByteArray("OK."));
         QCOMPARE(unit.talk(Wire::Control1, "2x1\r"), QByteArray("OK."));
