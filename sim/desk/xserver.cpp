@@ -8,7 +8,7 @@ namespace sim
 {
 namespace
 {
-constexpr int EndMs = 500;
+constexpr int EndMs = 2000; ///< of a busy machine
 } // namespace
 
 XServer::~XServer()

@@ -1,5 +1,4 @@
 #include "busyscope.h"
-#include "product.h"
 #include "shell.h"
 #include "testregistry.h"
 
@@ -10,35 +9,15 @@ using namespace Touchscreen;
 
 namespace
 {
-/// A virtual display of the size of the unit's screen, with a finger.
-class Display
+/// Taps the display. What the widget's window does with it, it does in the event loop.
+void tap(const QWidget &widget, int times = 1)
 {
-public:
-    Display()
-    {
-        m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1024x600x24", "-nolisten", "tcp"});
-        m_server.waitForReadyRead();
-        qputenv("DISPLAY", ':' + m_server.readLine().trimmed());
-    }
-
-    ~Display()
-    {
-        m_server.terminate();
-        m_server.waitForFinished();
-        qunsetenv("DISPLAY");
-    }
-
-    void tap(const QPoint &place, int times = 1) const
-    {
-        QProcess::execute("xdotool", QString("mousemove %1 %2 click --repeat %3 --delay 20 1")
-                                         .arg(QString::number(place.x()), QString::number(place.y()),
-                                              QString::number(times))
-                                         .split(' '));
-    }
-
-private:
-    QProcess m_server;
-};
+    const QPoint place = widget.mapToGlobal(widget.rect().center());
+    QProcess::execute("xdotool",
+                      QString("mousemove %1 %2 click --repeat %3 --delay 20 1")
+                          .arg(QString::number(place.x()), QString::number(place.y()), QString::number(times))
+                          .split(' '));
+}
 } // namespace
 
 /// Operations that block the screen, and what is touched meanwhile.
@@ -47,105 +26,110 @@ class TestBusyScreen : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        m_shell = std::make_unique<Shell>(4);
+        window().OnMenuPressed(3);
+        QVERIFY(unlock(window()));
+        QVERIFY(runUntil([&] { return window().windowHandle()->isExposed(); }));
+    }
+
+    void cleanupTestCase() { m_shell.reset(); }
+
+    void whatIsTouchedMeanwhileIsDropped_data()
+    {
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("load a scene") << 1 << "<< load";
+        QTest::newRow("save a scene") << 1 << "save >>";
+        QTest::newRow("load captions") << 2 << "Load";
+        QTest::newRow("save captions") << 2 << "Save";
+        QTest::newRow("load settings") << 3 << "Load";
+        QTest::newRow("save settings") << 3 << "Save";
+        QTest::newRow("lock") << 3 << "Lock";
+    }
     void whatIsTouchedMeanwhileIsDropped()
     {
-        const Shell shell(4);
-        MainWindow &window = *shell.window;
-        window.OnMenuPressed(3);
-        QVERIFY(unlock(window));
+        QFETCH(int, page);
+        QFETCH(QString, name);
+        window().OnMenuPressed(page);
+        const QAbstractButton *busy = button(window(), name);
+        const QSignalSpy clicks(busy, &QAbstractButton::clicked);
+        queueTap(*busy);
+        queueTap(*busy);
+        queueTap(*menu(window(), 0));
         catchUp();
-        window.setFixedSize(1024, 600); // the display of the tests is narrower
-        for (const auto &[page, name] : {std::pair(1, "<< load"),
-                                         {1, "save >>"},
-                                         {2, "Load"},
-                                         {2, "Save"},
-                                         {3, "Load"},
-                                         {3, "Save"},
-                                         {3, "Lock"}}) {
-            window.OnMenuPressed(page);
-            const QAbstractButton *busy = button(window, name);
-            const QSignalSpy clicks(busy, &QAbstractButton::clicked);
-            queueTap(*busy);
-            queueTap(*busy);
-            queueTap(*menu(window, 0));
-            catchUp();
-            QVERIFY2(clicks.count() == 1 && shownPage(window) == page, name);
-            QVERIFY(busy->isEnabled() && !busy->isDown());
-            queueTap(*menu(window, 0));
-            catchUp();
-            QCOMPARE(shownPage(window), 0);
-        }
+        QVERIFY(clicks.count() == 1 && shownPage(window()) == page);
+        QVERIFY(busy->isEnabled() && !busy->isDown());
+        queueTap(*menu(window(), 0));
+        catchUp();
+        QCOMPARE(shownPage(window()), 0);
     }
 
     void aTouchIsDroppedWholeOrNotAtAll()
     {
-        const Shell shell(4);
-        MainWindow &window = *shell.window;
-        window.OnMenuPressed(3);
-        QAbstractButton *lock = button(window, "Lock");
+        window().OnMenuPressed(3);
+        QAbstractButton *lock = button(window(), "Lock");
         queueTap(*lock);
-        queue(*menu(window, 0), QEvent::MouseButtonPress);
+        queue(*menu(window(), 0), QEvent::MouseButtonPress);
         catchUp();
-        queue(*menu(window, 1), QEvent::MouseMove);
-        queue(*menu(window, 0), QEvent::MouseButtonRelease);
+        queue(*menu(window(), 1), QEvent::MouseMove);
+        queue(*menu(window(), 0), QEvent::MouseButtonRelease);
         catchUp();
-        QCOMPARE(shownPage(window), 3);
+        QCOMPARE(shownPage(window()), 3);
         // What has waited may take the event loop many turns.
         queueTap(*lock);
         for (int turn = 0; turn < 20; ++turn) {
-            queue(window, QEvent::MouseMove);
+            queue(window(), QEvent::MouseMove);
             QCoreApplication::processEvents();
         }
-        queueTap(*menu(window, 0));
+        queueTap(*menu(window(), 0));
         catchUp();
-        QCOMPARE(shownPage(window), 3);
+        QCOMPARE(shownPage(window()), 3);
         // A finger may have been down before.
-        queue(*menu(window, 1), QEvent::MouseButtonPress);
+        queue(*menu(window(), 1), QEvent::MouseButtonPress);
         catchUp();
-        QVERIFY(menu(window, 1)->isDown());
+        QVERIFY(menu(window(), 1)->isDown());
         {
             const BusyScope outer(lock);
             const BusyScope inner(lock);
         }
         QVERIFY(lock->isEnabled());
-        queue(*menu(window, 1), QEvent::MouseButtonRelease);
-        queueTap(*menu(window, 0));
+        queue(*menu(window(), 1), QEvent::MouseButtonRelease);
+        queueTap(*menu(window(), 0));
         catchUp();
-        QVERIFY(!menu(window, 1)->isDown());
-        QCOMPARE(shownPage(window), 1);
-        queueTap(*menu(window, 0));
+        QVERIFY(!menu(window(), 1)->isDown());
+        QCOMPARE(shownPage(window()), 1);
+        queueTap(*menu(window(), 0));
         catchUp();
-        QCOMPARE(shownPage(window), 0);
+        QCOMPARE(shownPage(window()), 0);
     }
 
+    /// On the way through the window system.
     void threeTapsOnSaveMakeOne()
     {
-        const QPoint settings(924, 45), unlock(88, 555), save(765, 560), off(541, 405), on(645, 405);
-        TestUnit unit(8);
-        const Display display;
-        Product product(true, QStringLiteral("xcb"));
-        const QMxComm observer(false);
-        const auto chooses = [&](const QPoint &button, int beep) {
-            return runUntil([&] {
-                display.tap(settings);
-                display.tap(button);
-                return g_mxConfig->beep == beep;
-            });
-        };
-        // The page comes nine seconds after the start.
-        QVERIFY(product.await("t1 ") && (chooses(on, 1) || chooses(on, 1)));
-        display.tap(unlock);
-        for (const int digit : {4, 10, 6, 1, 7, 2, 9, 5}) {
-            display.tap({55 + 83 * (digit - 1), 247});
-        }
-        display.tap({910, 146}); // Enter
+        window().OnMenuPressed(3);
+        QVERIFY(unlock(window()));
+        TestUnit &unit = m_shell->unit;
         const int before = unit.rises(4);
-        for (const int saves : {1, 2}) {
-            display.tap(save, 3);
-            QVERIFY(chooses(off, 0) && chooses(on, 1));
-            QCOMPARE(unit.rises(4), before + 2 * saves);
+        for (const int beep : {0, 1}) {
+            tap(*button(window(), "Save"), 3);
+            // Comes behind the three, once it is not dropped itself.
+            QVERIFY(runUntil([&] {
+                tap(*button(window(), beep == 0 ? "Off" : "On"));
+                catchUp();
+                return unit.shm().beep == beep;
+            }));
+            unit.comm().MxGpioWrite(GpioLine::SceneIndicator, 1);
+            QVERIFY(runUntil([&] { return unit.rises(9) == beep + 1; }));
+            QCOMPARE(unit.rises(4), before + 2 * (beep + 1));
         }
     }
+
+private:
+    MainWindow &window() { return *m_shell->window; }
+
+    std::unique_ptr<Shell> m_shell;
 };
 
 static const RegisteredTest<TestBusyScreen> registered;

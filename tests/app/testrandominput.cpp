@@ -103,17 +103,16 @@ class TestRandomInput : public QObject
     Q_OBJECT
 
 private slots:
-    void survives()
+    void survives_data()
     {
-        for (unsigned seed = 1; seed <= 6; ++seed) {
-            survives(seed);
-            QVERIFY2(!QTest::currentTestFailed(), QByteArray::number(seed).constData());
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 3; ++seed) {
+            QTest::newRow(QByteArray::number(seed).constData()) << seed;
         }
     }
-
-private:
-    static void survives(unsigned seed)
+    void survives()
     {
+        QFETCH(unsigned, seed);
         Noise noise{std::mt19937(seed)};
         TestUnit unit(8);
         unit.makeFolder("/home/www/splice");
@@ -131,9 +130,8 @@ private:
         const QByteArray before = untouchable(unit.shm());
         const int descriptors = openDescriptors();
         for (int round = 0; round < 150; ++round) {
-            if (round == 75) {
-                unit.hardware().send(Wire::Control1,
-                                     ".recall3."); // blocks for a second, so not among the noise
+            if (round == 75 && seed == 1) {
+                unit.hardware().send(Wire::Control1, ".recall3."); // blocks, so not among the noise
             }
             feed(unit, noise);
         }
@@ -142,6 +140,7 @@ private:
         QVERIFY(runUntil([&] { return openDescriptors() <= descriptors; }));
     }
 
+private:
     static void feed(TestUnit &unit, Noise &noise)
     {
         for (const Wire wire : {Wire::Control0, Wire::Control1, Wire::Matrix, Wire::Keys, Wire::Infrared}) {

@@ -102,8 +102,12 @@ private slots:
     }
 
     /// Each row is followed by what turns the display on and darkens dots at the top left.
-    void badRequests()
+    void badRequests_data()
     {
+        QTest::addColumn<QByteArray>("records");
+        const auto row = [](const QByteArray &records, const char *fault) {
+            QTest::newRow(fault) << records;
+        };
         const QByteArray on = lcdMessage(functionSet);
         const auto sent = [&on](const QByteArray &transfers) {
             QByteArray records = on;
@@ -117,46 +121,48 @@ private slots:
             transfer.*field = value;
             return lcdMessage(functionSet, 0, transfer);
         };
-        for (const auto &[records, fault] :
-             {std::pair(sent(""), "an empty LCD transfer"),
-              {sent("F8"), "an empty LCD transfer"},
-              {sent("F93060"), "an LCD transfer begins with F9"},
-              {sent("F830"), "an LCD transfer ends within a byte"},
-              {sent("F83061"), "an LCD transfer with the halves 30 61"},
-              {sent("F830208000"), "LCD instruction 80, but not the extended set"},
-              {sent("F880008000 F83020 FA00000000"), "LCD data, but not the extended set"},
-              {sent("F80010"), "an unknown LCD instruction 01"},
-              {sent("F8400040104000"), "the LCD is scrolled by 1"},
-              {sent("F8A0008000"), "an LCD address in line 32"},
-              {sent("F890F09000"), "an LCD address in column 16"},
-              {sent("F880004000"), "LCD instruction 40 in place of the address's column"},
-              {sent("FA00000000"), "LCD data without an address"},
-              {sent("F8800080008000 FA00000000"), "LCD data without an address"},
-              {sent("F880008000 FA0000"), "LCD data of 1 bytes"},
-              {lcdRecord(SPI_IOC_WR_MODE, "\x03") + on, "an SPI transfer in mode 3"},
-              {lcdRecord(SPI_IOC_WR_MODE32, bytesOf(uint32_t(0x107))) + on, "an SPI transfer in mode 263"},
-              {lcdRecord(SPI_IOC_WR_MODE, "") + on, "an SPI transfer in mode 0"},
-              {lcdRecord(SPI_IOC_WR_BITS_PER_WORD, "\x10") + on, "an SPI transfer in words of 16 bits"},
-              {with(&spi_ioc_transfer::bits_per_word, 16), "an SPI transfer in words of 16 bits"},
-              {lcdRecord(SPI_IOC_WR_MAX_SPEED_HZ, bytesOf(0)) + on, "an SPI transfer at 0 Hz"},
-              {with(&spi_ioc_transfer::speed_hz, 2500001), "an SPI transfer at 2500001 Hz"},
-              {with(&spi_ioc_transfer::delay_usecs, 71), "an SPI transfer that leaves 71 us"},
-              {with(&spi_ioc_transfer::rx_buf, 1), "an SPI transfer that reads"},
-              {with(&spi_ioc_transfer::tx_buf, 0), "an SPI transfer that sends nothing"},
-              {lcdRecord(SPI_IOC_MESSAGE(1), ""), "an SPI transfer that sends nothing"},
-              {lcdRecord(SPI_IOC_MESSAGE(2), QByteArray(64, '\0')), "an SPI message of 2 transfers"},
-              {lcdRecord(SPI_IOC_WR_LSB_FIRST, "\x01"), "an unknown SPI request 1073834754"},
-              {QByteArray(24, '\xFF') + on, "an SPI request of 4294967295 bytes"},
-              {QByteArray(24, '\0') + on, "an SPI request of 0 bytes"}}) {
-            Bench bench;
-            bench.feed(lcdBus() + lcdRecord(SPI_IOC_RD_MODE, ""));
-            bench.feed(records);
-            QCOMPARE(bench.heard, QString("fault    ") + fault);
-            QCOMPARE(bench.lcd.isOn(), records.startsWith(on));
-            bench.feed(lcdRecord(SPI_IOC_WR_BITS_PER_WORD, "\x08") + lcdOn() + lcdCorner(0xF0));
-            QVERIFY(bench.lcd.isLit(0, 0) && bench.lcd.isLit(3, 0) && !bench.lcd.isLit(4, 0));
-            QCOMPARE(bench.lcd.faults().size(), size_t(1));
-        }
+        row(sent(""), "an empty LCD transfer");
+        row(sent("F8"), "an empty LCD transfer");
+        row(sent("F93060"), "an LCD transfer begins with F9");
+        row(sent("F830"), "an LCD transfer ends within a byte");
+        row(sent("F83061"), "an LCD transfer with the halves 30 61");
+        row(sent("F830208000"), "LCD instruction 80, but not the extended set");
+        row(sent("F880008000 F83020 FA00000000"), "LCD data, but not the extended set");
+        row(sent("F80010"), "an unknown LCD instruction 01");
+        row(sent("F8400040104000"), "the LCD is scrolled by 1");
+        row(sent("F8A0008000"), "an LCD address in line 32");
+        row(sent("F890F09000"), "an LCD address in column 16");
+        row(sent("F880004000"), "LCD instruction 40 in place of the address's column");
+        row(sent("FA00000000"), "LCD data without an address");
+        row(sent("F8800080008000 FA00000000"), "LCD data without an address");
+        row(sent("F880008000 FA0000"), "LCD data of 1 bytes");
+        row(lcdRecord(SPI_IOC_WR_MODE, "\x03") + on, "an SPI transfer in mode 3");
+        row(lcdRecord(SPI_IOC_WR_MODE32, bytesOf(uint32_t(0x107))) + on, "an SPI transfer in mode 263");
+        row(lcdRecord(SPI_IOC_WR_MODE, "") + on, "an SPI transfer in mode 0");
+        row(lcdRecord(SPI_IOC_WR_BITS_PER_WORD, "\x10") + on, "an SPI transfer in words of 16 bits");
+        row(with(&spi_ioc_transfer::bits_per_word, 16), "an SPI transfer in words of 16 bits");
+        row(lcdRecord(SPI_IOC_WR_MAX_SPEED_HZ, bytesOf(0)) + on, "an SPI transfer at 0 Hz");
+        row(with(&spi_ioc_transfer::speed_hz, 2500001), "an SPI transfer at 2500001 Hz");
+        row(with(&spi_ioc_transfer::delay_usecs, 71), "an SPI transfer that leaves 71 us");
+        row(with(&spi_ioc_transfer::rx_buf, 1), "an SPI transfer that reads");
+        row(with(&spi_ioc_transfer::tx_buf, 0), "an SPI transfer that sends nothing");
+        row(lcdRecord(SPI_IOC_MESSAGE(1), ""), "an SPI transfer that sends nothing");
+        row(lcdRecord(SPI_IOC_MESSAGE(2), QByteArray(64, '\0')), "an SPI message of 2 transfers");
+        row(lcdRecord(SPI_IOC_WR_LSB_FIRST, "\x01"), "an unknown SPI request 1073834754");
+        row(QByteArray(24, '\xFF') + on, "an SPI request of 4294967295 bytes");
+        row(QByteArray(24, '\0') + on, "an SPI request of 0 bytes");
+    }
+    void badRequests()
+    {
+        QFETCH(QByteArray, records);
+        Bench bench;
+        bench.feed(lcdBus() + lcdRecord(SPI_IOC_RD_MODE, ""));
+        bench.feed(records);
+        QCOMPARE(bench.heard, QString("fault    ") + QTest::currentDataTag());
+        QCOMPARE(bench.lcd.isOn(), records.startsWith(lcdMessage(functionSet)));
+        bench.feed(lcdRecord(SPI_IOC_WR_BITS_PER_WORD, "\x08") + lcdOn() + lcdCorner(0xF0));
+        QVERIFY(bench.lcd.isLit(0, 0) && bench.lcd.isLit(3, 0) && !bench.lcd.isLit(4, 0));
+        QCOMPARE(bench.lcd.faults().size(), size_t(1));
     }
 
     void resetTurnsItOffAndKeepsTheDots()

@@ -12,6 +12,7 @@ Product::Product(bool awaitStart, const QString &platform, const QString &output
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+    environment.remove(QStringLiteral("QT_NO_GLIB")); // it chooses its event loop itself
     // What a frame buffer's platform does besides to the machine that runs it.
     environment.insert(QStringLiteral("QT_QPA_FB_DISABLE_INPUT"), QStringLiteral("1"));
     environment.insert(QStringLiteral("QT_QPA_FB_HIDECURSOR"), QStringLiteral("1"));
@@ -32,7 +33,7 @@ Product::~Product()
     m_process.waitForFinished(DeadlineMs);
 }
 
-bool Product::await(const char *text)
+bool Product::await(const QByteArray &text)
 {
     return runUntil([&] {
         m_output += m_process.readAllStandardOutput();

@@ -15,7 +15,7 @@ public:
     ~Product();
 
     /// Waits until it has printed this. \return whether it has
-    bool await(const char *text);
+    bool await(const QByteArray &text);
 
     /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
     int end(int signal);

@@ -1,5 +1,6 @@
 #include "testregistry.h"
 
+#include <QFileInfo>
 #include <QTest>
 #include <csignal>
 #include <memory>
@@ -10,9 +11,18 @@ std::vector<TestFactory> &registeredTests()
     return tests;
 }
 
-int runTests(QStringList arguments)
+void prepareTests()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    qputenv("QT_NO_GLIB", "1");
+    const QByteArray memory = "/dev/shm";
+    if (QFileInfo(memory).isWritable()) {
+        qputenv("TMPDIR", memory);
+    }
+}
+
+int runTests(QStringList arguments)
+{
     const bool one = arguments.size() > 1 && arguments.at(1).startsWith(QLatin1String("Test"));
     const QString only = one ? arguments.takeAt(1) : QString();
     int failures = 0;

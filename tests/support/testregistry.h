@@ -19,6 +19,10 @@ struct RegisteredTest {
     }
 };
 
+/// To be called before the application is made: tests run on the program's own event loop, and their units
+/// lie in memory, so that no file waits for a disk.
+void prepareTests();
+
 /// Runs the registered classes. A class's name as the first argument runs that class alone, with the
 /// arguments of Qt Test behind it. \return the exit code
 int runTests(QStringList arguments);

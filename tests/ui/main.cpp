@@ -7,6 +7,7 @@
 /// The pages as they are on the unit: under its style sheet, in a working folder that has the pictures.
 int main(int argc, char **argv)
 {
+    prepareTests();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     setTouchscreenStyle();

@@ -142,8 +142,15 @@ private slots:
         QVERIFY(view.setMap(map));
         QVERIFY(runUntil([&] { return paints.count == 2; }));
         map[8] = 0; // beyond the matrix
+        // What is asked for later is painted later.
+        QWidget later;
+        PaintCounter laterPaints;
+        later.installEventFilter(&laterPaints);
+        later.show();
+        QVERIFY(runUntil([&] { return laterPaints.count == 1; }));
         QVERIFY(!view.setMap(map));
-        QTest::qWait(50);
+        later.update();
+        QVERIFY(runUntil([&] { return laterPaints.count == 2; }));
         QCOMPARE(paints.count, 2);
     }
 
