@@ -47,29 +47,6 @@ private slots:
     }
     void cleanup() { m_unit.reset(); }
 
-    void reading_data()
-    {
-        columns<int, int, QByteArray>("outcome", "count", "content");
-        row("/home/long", int(FileResult::Done), 4, "abcd");
-        row("/home/short", int(FileResult::Short), 2, QByteArray("ab\0\0", 4));
-        row("/home/missing", int(FileResult::Missing), -1, QByteArray(4, '\0'));
-        row("/home/folder", int(FileResult::Failed), -1, "....");
-        row("/home/loop", int(FileResult::Failed), -1, "....");
-    }
-    void reading()
-    {
-        m_unit->writeFile("/home/long", "abcde");
-        m_unit->writeFile("/home/short", "ab");
-        m_unit->makeFolder("/home/folder");
-        QFile::link(QStringLiteral("loop"), m_unit->path("/home/loop"));
-        QByteArray bytes(4, '.');
-        const FileResult result =
-            DeviceFiles::read(QTest::currentDataTag(), reinterpret_cast<unsigned char *>(bytes.data()), 4);
-        QTEST(int(result.outcome), "outcome");
-        QTEST(result.count, "count");
-        QTEST(bytes, "content");
-    }
-
     void failuresNameFileAndReason()
     {
         m_unit->makeFolder("/home/www/splice");

@@ -208,7 +208,7 @@ private slots:
     /// The one recall of these tests that really takes its second.
     void theControlObjectPausesByTheClock()
     {
-        m_unit->start(false);
+        g_mxComm = new QMxComm(true);
         QElapsedTimer elapsed;
         elapsed.start();
         m_unit->comm().LoadScene(1);
