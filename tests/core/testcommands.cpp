@@ -26,7 +26,7 @@ private slots:
         row("to some", "3*1&2&12", 0, "3,3,9,9,9,9,9,9,9,9,9,3");
         row("dark", "0x3", 0, "9,9,0,9,9,9,9,9,9,9,9,9");
         row("input beyond the matrix", "13x1", 0, "13,9,9,9,9,9,9,9,9,9,9,9");
-        row("outputs beyond the matrix", "1x0&13&65535&1025", 0, same);
+        row("outputs beyond the matrix", "2x0&13&65535&1025", 0, same);
         row("to all", "123all", 0, "123,123,123,123,123,123,123,123,123,123,123,123");
         row("all dark", "0all", 0, "0,0,0,0,0,0,0,0,0,0,0,0");
         row("one to one", "all1", 0, "1,2,3,4,5,6,7,8,9,10,11,12");

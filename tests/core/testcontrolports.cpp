@@ -42,6 +42,10 @@ private slots:
             QCOMPARE(int(set.c_cc[VTIME]), 0);
         }
         QCOMPARE(unit.hardware().backlight(), 5);
+        for (const char byte : {'9', '?', '.'}) {
+            unit.comm().MxUartProc1(byte);
+        }
+        QCOMPARE(unit.receive(Wire::Control1, 4), QByteArray("ERR."));
         const termios matrix = unit.hardware().attributes(Wire::Matrix);
         QCOMPARE(cfgetospeed(&matrix), speed_t(B115200));
     }
@@ -100,12 +104,14 @@ private slots:
         TestUnit unit(4);
         unit.start(false);
         unit.shm().baudrate = -1;
+        unit.shm().uptime = -1;
         unit.comm().start();
         unit.comm().MxCmdOneToOne(2, 1);
         unit.hardware().send(Wire::Control0, "4x4.");
         QVERIFY(unit.boardShows({1, 3, 1, 1}));
         unit.shm().baudrate = 115200;
         QVERIFY(unit.boardShows({1, 3, 1, 4}));
+        QVERIFY(unit.hardware().waitFor([&] { return unit.shm().uptime >= 0; }, 10000));
     }
 
     void missingDevices_data()

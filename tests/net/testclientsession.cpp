@@ -112,6 +112,16 @@ private slots:
         QTEST(m_log, "replies");
     }
 
+    void aTurnHasAnEnd()
+    {
+        Session first(m_turns, m_log, "a ");
+        Session second(m_turns, m_log, "b ");
+        first.take(QByteArray("9?.").repeated(1025));
+        second.take("9?");
+        first.finish();
+        QCOMPARE(m_log, "a " + QByteArray("ERR.").repeated(1024) + "b ERR.a ERR.");
+    }
+
     void nothingWaitsBehindACommandThatBlocks()
     {
         Session session(m_turns, m_log);

@@ -194,7 +194,7 @@ private slots:
     void aClientsQueueIsBounded()
     {
         QFETCH(bool, tcp);
-        constexpr int Blocks = 40;
+        constexpr int Blocks = 25;
         std::atomic<int> recalls{0};
         std::atomic<int> sent{0};
         NetworkUnit unit(8, [&](unsigned long) {
