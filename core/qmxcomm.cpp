@@ -8,11 +8,13 @@
 #include "uart.h"
 #include "uptimeclock.h"
 
+#include <QDateTime>
 #include <QtDebug>
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 MxShm *g_mxConfig = nullptr;
 QMxComm *g_mxComm = nullptr;
@@ -24,8 +26,9 @@ namespace
 constexpr quint32 TurnMs = 50;
 } // namespace
 
-QMxComm::QMxComm(bool create)
+QMxComm::QMxComm(bool create, SceneStore::Pause pause)
     : m_create(create)
+    , m_pause(std::move(pause))
 {
     m_gpio.open();
     g_mxConfig = static_cast<MxShm *>(create ? MxShmCreate() : MxShmOpen());
@@ -88,10 +91,10 @@ void QMxComm::openLinks()
 
 void QMxComm::run()
 {
-    UptimeClock uptime;
+    UptimeClock uptime(QDateTime::currentMSecsSinceEpoch());
     while (m_parts && !m_stop) {
         PassGrid::wait();
-        uptime.step(g_mxConfig->uptime);
+        uptime.step(QDateTime::currentMSecsSinceEpoch(), g_mxConfig->uptime);
         pollControlPorts();
         MxDoSwitch();
         m_parts->relay.step();
@@ -139,15 +142,6 @@ void QMxComm::LoadCaption()
 void QMxComm::SaveCaption()
 {
     CaptionStore::save(*g_mxConfig);
-}
-
-void QMxComm::LoadScene(int n)
-{
-    if (SceneStore::recallMap(*g_mxConfig, n)) {
-        // Time for the routing to leave before the layout that belongs to it does.
-        sleep(1);
-        LoadSplice(n);
-    }
 }
 
 void QMxComm::MxDoSwitch()

@@ -29,7 +29,8 @@ public:
     /// objects of a running program are attached and nothing else happens. Without a segment "shm error" is
     /// logged and `g_mxConfig` is null; then nothing can be kept, so nothing is loaded or opened and `run`
     /// ends at once.
-    explicit QMxComm(bool create);
+    /// `pause` is how a recall waits, on the thread that recalls.
+    explicit QMxComm(bool create, SceneStore::Pause pause = QThread::msleep);
     /// Ends the control thread, detaches the segment and removes the shared objects if this object made them.
     /// `g_mxConfig` is null after that.
     ~QMxComm() override;
@@ -51,9 +52,8 @@ public:
     void SaveCaption();
     void LoadScene() { SceneStore::load(*g_mxConfig); }
     void SaveScene(int n) { SceneStore::save(*g_mxConfig, n); }
-    /// Recalls scene `n` into the live map and, one second later, its splice. Blocks the caller for that
-    /// second; nothing for 0 or a scene that is not offered.
-    void LoadScene(int n);
+    /// Recalls scene `n`, for which it blocks the caller for a second; see `SceneStore::recall`.
+    void LoadScene(int n) { SceneStore::recall(*g_mxConfig, n, m_pause); }
     void SaveSplice(int n) { SceneStore::saveSplice(*g_mxConfig, n); }
     void LoadSplice(int n) { SceneStore::loadSplice(*g_mxConfig, n); }
 
@@ -129,6 +129,7 @@ private:
     /// Part of the object for its lifetime; the serial traffic itself goes through plain descriptors.
     QSerialPort m_serialPorts[2];
     const bool m_create;
+    const SceneStore::Pause m_pause;
     SharedObjects m_shared;
     std::unique_ptr<ControlParts> m_parts; ///< null for an object that only attaches
 };

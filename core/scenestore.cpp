@@ -11,6 +11,9 @@ namespace
 constexpr char LayoutFolder[] = "/home/www/splice/";
 constexpr char LayoutText[] = "/home/www/splice/splice.txt";
 
+/// Time for the routing to leave before the layout that belongs to it does.
+constexpr unsigned long RecallPauseMs = 1000;
+
 /// A path with a slot number in it; the longest is far below the buffer's size.
 struct NumberedPath {
     char text[64];
@@ -94,13 +97,14 @@ void SceneStore::save(MxShm &shm, int n)
     saveSplice(shm, n);
 }
 
-bool SceneStore::recallMap(MxShm &shm, int n)
+void SceneStore::recall(MxShm &shm, int n, const Pause &pause)
 {
     if (n == 0 || !offered(shm, n)) {
-        return false;
+        return;
     }
     copyMap(shm, shm.sceneMap[n], shm.map);
-    return true;
+    pause(RecallPauseMs);
+    loadSplice(shm, n);
 }
 
 void SceneStore::saveSplice(const MxShm &shm, int n)

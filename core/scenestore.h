@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 struct MxShm;
 
 /// Saved routings and the video-wall layouts that belong to them: "/home/app/data/scene%d",
@@ -18,8 +20,11 @@ void load(MxShm &shm);
 /// Stores the live map as scene `n`, with its splice; for `n` 0 only the live map's own file is written.
 void save(MxShm &shm, int n);
 
-/// Copies scene `n` into the live map. \return false when there is nothing to recall (0, or out of range)
-bool recallMap(MxShm &shm, int n);
+/// Waits for so many milliseconds.
+using Pause = std::function<void(unsigned long ms)>;
+
+/// Recalls scene `n` into the live map and, behind a `pause` of one second, its splice; nothing for 0.
+void recall(MxShm &shm, int n, const Pause &pause);
 
 /// Stores the splice words, and a copy of the current layout text, as splice `n`.
 void saveSplice(const MxShm &shm, int n);

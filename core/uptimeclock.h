@@ -2,23 +2,27 @@
 
 #include "sharedfield.h"
 
-#include <QDateTime>
-
-/// Keeps `uptime`, in whole seconds, about once a second: in one of 101 passes of the control loop.
+/// Keeps `uptime`, in whole seconds, about once a second: in one of 101 passes of the control loop. Times are
+/// milliseconds of the same clock.
 class UptimeClock
 {
 public:
+    explicit UptimeClock(qint64 start)
+        : m_start(start)
+    {
+    }
+
     /// Call once a pass.
-    void step(SharedInt32 &uptime)
+    void step(qint64 now, SharedInt32 &uptime)
     {
         if (m_pass > 99) {
             m_pass = 0;
         } else if (++m_pass == 50) {
-            uptime = static_cast<std::int32_t>(m_start.secsTo(QDateTime::currentDateTimeUtc()));
+            uptime = static_cast<std::int32_t>((now - m_start) / 1000);
         }
     }
 
 private:
-    const QDateTime m_start = QDateTime::currentDateTimeUtc();
+    const qint64 m_start;
     int m_pass = 0;
 };

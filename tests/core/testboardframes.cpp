@@ -1,12 +1,13 @@
+#include "matrixlink.h"
 #include "mxsite.h"
+#include "queuerelay.h"
+#include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
 
-#include <QElapsedTimer>
 #include <QTest>
-#include <atomic>
 #include <sys/msg.h>
-#include <thread>
+#include <sys/socket.h>
 
 namespace
 {
@@ -15,13 +16,55 @@ QByteArray counted(quint32 count, const QByteArray &data)
     return QByteArray(reinterpret_cast<const char *>(&count), 4) + data;
 }
 
-QByteArray frame(int length, char last = 0, char filling = '\x55')
+/// A relay between two queues of its own and a link of which the test holds the board's end.
+class RelayBench
 {
-    QByteArray bytes("\xEB\x90");
-    bytes += static_cast<char>(length >> 8);
-    bytes += static_cast<char>(length);
-    return bytes + QByteArray(length - 5, filling) + last;
-}
+public:
+    RelayBench()
+    {
+        int ends[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends) != 0) {
+            qFatal("no socket");
+        }
+        m_board.adopt(ends[0]);
+        m_link.adopt(ends[1]);
+    }
+    ~RelayBench()
+    {
+        ::msgctl(m_requests, IPC_RMID, nullptr);
+        ::msgctl(m_replies, IPC_RMID, nullptr);
+    }
+    RelayBench(const RelayBench &) = delete;
+    RelayBench &operator=(const RelayBench &) = delete;
+
+    bool request(const QByteArray &text) const
+    {
+        const QByteArray message = QByteArray("\1\0\0\0\0\0\0\0", sizeof(long)) + text;
+        return ::msgsnd(m_requests, message.constData(), size_t(text.size()), IPC_NOWAIT) == 0;
+    }
+    void answer(const QByteArray &bytes) const { m_board.write(bytes.constData(), bytes.size()); }
+    void step() const { QueueRelay(m_link, m_requests, m_replies).step(); }
+    /// What has come to the board, and what of its answers is still on the link.
+    QByteArray atBoard() const { return takenFrom(m_board); }
+    QByteArray onLink() const { return takenFrom(m_link); }
+    int replies() const
+    {
+        msqid_ds facts{};
+        return ::msgctl(m_replies, IPC_STAT, &facts) == 0 ? int(facts.msg_qnum) : -1;
+    }
+
+private:
+    static QByteArray takenFrom(const MatrixLink &end)
+    {
+        QByteArray bytes(65536, '\0');
+        return bytes.left(qMax(0, end.read(bytes.data(), bytes.size())));
+    }
+
+    MatrixLink m_board;
+    MatrixLink m_link;
+    const int m_requests = ::msgget(IPC_PRIVATE, 0600);
+    const int m_replies = ::msgget(IPC_PRIVATE, 0600);
+};
 } // namespace
 
 /// Frames that others have for the board: over the control ports, and over the queues of another process.
@@ -30,99 +73,77 @@ class TestBoardFrames : public QObject
     Q_OBJECT
 
 private slots:
-    /// Each row after garbage and before a good frame, which must come through.
-    void framesOfAControlPortAreAcknowledged()
+    void framesOfBothControlPortsAreAcknowledged()
     {
         RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         QByteArray expected = unit.boardBytes();
         const QByteArray acknowledgement = QByteArray::fromHex("EB900007000000");
-        const QByteArray garbage = QByteArray::fromHex("9000EB00EB9010FF");
-        const QByteArray good = frame(7);
-        const QByteArray dropped;
-        for (const auto &[name, bytes, found] :
-             {std::tuple("shortest whole frame", frame(5), frame(5)),
-              {"length 4096", frame(4096), frame(4096)},
-              {"end mark missing", frame(5, 1), dropped},
-              {"length 4097", QByteArray::fromHex("EB901001"), dropped},
-              {"length 0", QByteArray::fromHex("EB90000000"), dropped},
-              {"length 3 ends in its high byte", QByteArray::fromHex("EB900003FF"),
-               QByteArray::fromHex("EB9000")},
-              {"length 4 ends in its low byte", QByteArray::fromHex("EB90000400"), dropped},
-              {"EB EB 90 does not synchronise", QByteArray::fromHex("EBEB90000500"), dropped}}) {
-            for (const sim::Wire wire : {sim::Wire::Control0, sim::Wire::Control1}) {
-                unit.hardware().send(wire, (garbage + bytes + good).toStdString());
-                const QByteArray replies = acknowledgement.repeated(found.isEmpty() ? 1 : 2);
-                QVERIFY2(unit.receive(wire, replies.size()) == replies, name);
-                expected += found + good;
-                QVERIFY2(unit.hardware().waitFor([&] { return unit.boardBytes() == expected; }, 5000), name);
-            }
+        const QByteArray dropped = QByteArray::fromHex("EB90000501");
+        const QByteArray longest = QByteArray::fromHex("EB901000") + QByteArray(4092, '\0');
+        const QByteArray withText = QByteArray::fromHex("EB9000072E2E00"); // which ends two lines as well
+        for (const sim::Wire wire : {sim::Wire::Control0, sim::Wire::Control1}) {
+            unit.hardware().send(wire, (dropped + longest + withText).toStdString());
+            QCOMPARE(unit.receive(wire, 22), acknowledgement + "ERR.ERR." + acknowledgement);
+            expected += longest + withText;
+            QVERIFY(unit.hardware().waitFor([&] { return unit.boardBytes() == expected; }, 5000));
         }
-        // The bytes of a frame are text as well: "." in it ends a line, which is an error.
-        unit.hardware().send(sim::Wire::Control0, frame(7, 0, '.').toStdString());
-        QCOMPARE(unit.receive(sim::Wire::Control0, 15), "ERR.ERR." + acknowledgement);
     }
 
-    /// Each message followed by a good one, behind which nothing is outstanding.
+    void requestsOfTheQueue_data()
+    {
+        columns<QByteArray, QByteArray>("text", "written");
+        const QByteArray data(300, 'd');
+        row("whole frame", counted(300, data), data);
+        row("data behind the count", counted(300, data + "more"), data);
+        row("count 0", counted(0, data), "");
+        row("count beyond what came", counted(301, data), data);
+        row("huge count", counted(0xFFFFFFFF, data), data);
+        row("oversize is cut to 512", counted(600, QByteArray(600, 'd')), QByteArray(512, 'd'));
+        row("no data", counted(512, QByteArray()), "");
+        row("half a count", QByteArray("\x05\x00", 2), "");
+        row("nothing at all", QByteArray(), "");
+    }
     void requestsOfTheQueue()
     {
-        RunningUnit unit(4);
-        QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QByteArray expected = unit.boardBytes();
-        const QByteArray whole = frame(300);
-        for (const auto &[name, text, written] :
-             {std::tuple("whole frame", counted(300, whole), whole),
-              {"data behind the count", counted(300, whole + "more"), whole},
-              {"count 0", counted(0, whole), QByteArray()},
-              {"huge count", counted(0xFFFFFFFF, whole), whole},
-              {"oversize is cut to 512", counted(600, frame(512) + "cut"), frame(512)},
-              {"no data", counted(512, QByteArray()), QByteArray()},
-              {"half a count", QByteArray("\x05\x00", 2), QByteArray()}}) {
-            QVERIFY(sendRequest(text));
-            QVERIFY(sendRequest(counted(9, frame(9))));
-            expected += written + frame(9);
-            QVERIFY2(
-                unit.hardware().waitFor([&] { return unit.boardBytes().size() >= expected.size(); }, 5000),
-                name);
-            QVERIFY2(unit.boardBytes() == expected, name);
-        }
-        QCOMPARE(unit.faults(), QByteArray());
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, written);
+        const RelayBench bench;
+        QVERIFY(bench.request(text) && bench.request(counted(4, "good")));
+        bench.step();
+        QCOMPARE(bench.atBoard(), written + "good");
     }
 
-    void aFloodOfRequestsHoldsUpNoReply()
+    /// Whoever sends without end holds up nothing else.
+    void aStepHasAnEnd()
     {
-        RunningUnit unit(4);
-        std::atomic<bool> ended{false};
-        const auto flood = [&] {
-            while (!ended && sendRequest(counted(1, "x"))) {
-            }
-        };
-        std::thread first(flood);
-        std::thread second(flood);
-        qint64 longest = 0;
-        for (int i = 0; i < 20; ++i) {
-            QElapsedTimer elapsed;
-            elapsed.start();
-            unit.talk(sim::Wire::Control0, "9?.");
-            longest = qMax(longest, elapsed.elapsed());
+        const RelayBench bench;
+        for (int i = 0; i < QueueRelay::MostPerStep + 1; ++i) {
+            QVERIFY(bench.request(counted(1, "x")));
         }
-        ended = true;
-        first.join();
-        second.join();
-        QVERIFY2(longest < 300, QByteArray::number(longest));
+        bench.answer(QByteArray(512 * QueueRelay::MostPerStep + 1, 'a'));
+        bench.step();
+        QCOMPARE(bench.atBoard(), QByteArray(QueueRelay::MostPerStep, 'x'));
+        QCOMPARE(bench.onLink(), QByteArray("a"));
+        bench.step();
+        QCOMPARE(bench.atBoard(), QByteArray("x"));
+        QCOMPARE(bench.replies(), 0);
     }
 
-    void answersOfTheBoardNeverPileUp()
+    /// A control thread that relays.
+    void anotherProcessTalksToTheBoard()
     {
         RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        for (int i = 0; i < 50; ++i) {
+        const QByteArray before = unit.boardBytes();
+        for (int i = 0; i < 5; ++i) { // more than the link holds
             unit.hardware().send(sim::Wire::Matrix, std::string(4000, 'a'));
             QCOMPARE(unit.talk(sim::Wire::Control0, "9?."), QByteArray("ERR."));
         }
-        msqid_ds replies{};
-        QCOMPARE(msgctl(msgget(MxSite::replyQueueKey(), 0), IPC_STAT, &replies), 0);
-        QCOMPARE(int(replies.msg_qnum), 0);
+        const QByteArray frame = QByteArray::fromHex("EB900007000000");
+        QVERIFY(sendRequest(counted(7, frame)));
+        QVERIFY(unit.hardware().waitFor([&] { return unit.boardBytes() == before + frame; }, 5000));
+        QCOMPARE(unit.faults(), QByteArray());
     }
 };
 

@@ -1,9 +1,15 @@
+#include "backlight.h"
+#include "gpio.h"
+#include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
 
 #include <QTest>
+#include <atomic>
 
 using sim::Wire;
+Q_DECLARE_METATYPE(Wire)
+Q_DECLARE_METATYPE(sim::Fault)
 
 /// The serial links on real terminals: their set-up, commands, and what becomes of them without devices.
 class TestControlPorts : public QObject
@@ -11,28 +17,38 @@ class TestControlPorts : public QObject
     Q_OBJECT
 
 private slots:
+    void setUp_data()
+    {
+        columns<int, speed_t>("baudrate", "speed");
+        row("known", 300, speed_t(B300));
+        row("unknown to the driver", 96000, speed_t(B115200));
+        row("none", 0, speed_t(B115200));
+    }
     void setUp()
     {
-        // Accepted and known, accepted but unknown to the driver, and missing.
-        for (const auto &[baudrate, speed] : {std::pair(300, B300), {96000, B115200}, {0, B115200}}) {
-            TestUnit unit(4, {{"system/baudrate", std::to_string(baudrate)}});
-            const tcflag_t sizeAndParity =
-                unit.hardware().attributes(Wire::Control0).c_cflag & ~tcflag_t(CBAUD);
-            unit.start(false);
-            for (const Wire wire : {Wire::Control0, Wire::Control1}) {
-                const termios set = unit.hardware().attributes(wire);
-                QCOMPARE(cfgetospeed(&set), speed_t(speed));
-                QCOMPARE(cfgetispeed(&set), speed_t(speed));
-                QCOMPARE(set.c_iflag, tcflag_t(IGNBRK | IGNPAR));
-                QCOMPARE(set.c_oflag, tcflag_t(0));
-                QCOMPARE(set.c_lflag & (ICANON | ECHO | ISIG), tcflag_t(0));
-                QCOMPARE(set.c_cflag & ~tcflag_t(CBAUD), sizeAndParity);
-                QCOMPARE(int(set.c_cc[VMIN]), 0);
-                QCOMPARE(int(set.c_cc[VTIME]), 0);
-            }
-            const termios matrix = unit.hardware().attributes(Wire::Matrix);
-            QCOMPARE(cfgetospeed(&matrix), speed_t(B115200));
+        QFETCH(int, baudrate);
+        QFETCH(speed_t, speed);
+        TestUnit unit(4, {{"system/baudrate", std::to_string(baudrate)}, {"system/backlight", "4"}});
+        const tcflag_t sizeAndParity = unit.hardware().attributes(Wire::Control0).c_cflag & ~tcflag_t(CBAUD);
+        unit.start(false);
+        for (const Wire wire : {Wire::Control0, Wire::Control1}) {
+            const termios set = unit.hardware().attributes(wire);
+            QCOMPARE(cfgetospeed(&set), speed);
+            QCOMPARE(cfgetispeed(&set), speed);
+            QCOMPARE(set.c_iflag, tcflag_t(IGNBRK | IGNPAR));
+            QCOMPARE(set.c_oflag, tcflag_t(0));
+            QCOMPARE(set.c_lflag & (ICANON | ECHO | ISIG), tcflag_t(0));
+            QCOMPARE(set.c_cflag & ~tcflag_t(CBAUD), sizeAndParity);
+            QCOMPARE(int(set.c_cc[VMIN]), 0);
+            QCOMPARE(int(set.c_cc[VTIME]), 0);
         }
+        QCOMPARE(unit.hardware().files().backlight(), 5);
+        for (const char byte : {'9', '?', '.'}) {
+            unit.comm().MxUartProc1(byte);
+        }
+        QCOMPARE(unit.receive(Wire::Control1, 4), QByteArray("ERR."));
+        const termios matrix = unit.hardware().attributes(Wire::Matrix);
+        QCOMPARE(cfgetospeed(&matrix), speed_t(B115200));
     }
 
     void bothPortsTalkAtOnce()
@@ -41,41 +57,47 @@ private slots:
         // A line cut in two on one port while the other is busy: neither mixes with the other.
         unit.hardware().send(Wire::Control0, "3x1");
         QCOMPARE(unit.talk(Wire::Control1, "5x2.7?.", 2), QByteArray("OK.7x."));
-        QCOMPARE(unit.talk(Wire::Control0, "&4.3?.", 2), QByteArray("OK.3x1&4."));
-        for (const auto &[text, replies] :
-             {std::pair<QByteArray, QByteArray>("5X6!bad$..", "OK.ERR.ERR.ERR."),
-              {"5x6%6?\r1x3\n.", "OK.6x.OK."},
-              {QByteArray("1\0x7.", 5), "OK."},
-              {"1x3" + QByteArray(4092, ' ') + ".", "OK."}, // one more, and all of them are dropped
-              {"1x3" + QByteArray(4093, ' ') + ".", "ERR."},
-              {QByteArray(4096, '4') + "6?.", "6x."}}) {
-            QCOMPARE(unit.talk(Wire::Control0, text, replies.count('.')), replies);
-        }
-        QVERIFY(unit.boardShows({3, 5, 1, 3, 1, 5, 1, 1}));
+        QCOMPARE(unit.talk(Wire::Control0, "&4.bad$.3?.", 4), QByteArray("OK.ERR.ERR.3x1&4."));
+        // More than one read takes.
+        QCOMPARE(unit.talk(Wire::Control0, QByteArray(4096, '4') + "5?.", 1), QByteArray("5x2."));
+        QVERIFY(unit.boardShows({3, 5, 1, 3, 1, 1, 1, 1}));
         QCOMPARE(unit.faults(), QByteArray());
     }
 
     void afterARecallTheOtherPortAndTheBoardHaveTheirTurn()
     {
-        RunningUnit unit(4);
+        std::atomic<bool> seen{false};
+        int recalls = 0;
+        TestUnit unit(4);
+        unit.start(true, [&](unsigned long ms) {
+            if (++recalls == 1) {
+                QThread::msleep(ms); // behind which nothing holds back a frame
+            } else {
+                unit.hardware().waitFor([&] { return bool(seen); }, 10000);
+            }
+        });
         QCOMPARE(unit.talk(Wire::Control0, "all1.save1.4all.save2.", 4), QByteArray("OK.OK.OK.OK."));
         unit.hardware().send(Wire::Control0, "recall1.recall2.4?.");
         QVERIFY(unit.hardware().waitFor([&] { return unit.shm().map[0] == 0; }, 5000));
         QCOMPARE(unit.talk(Wire::Control1, "9?."), QByteArray("ERR."));
         QVERIFY(unit.boardShows({1, 2, 3, 4}));
-        QCOMPARE(unit.receive(Wire::Control0, 3), QByteArray("OK."));
-        QCOMPARE(unit.receive(Wire::Control0, 13), QByteArray("OK.4x1&2&3&4."));
+        seen = true;
+        QCOMPARE(unit.receive(Wire::Control0, 16), QByteArray("OK.OK.4x1&2&3&4."));
     }
 
+    void temperature_data()
+    {
+        columns<QByteArray, QByteArray>("millidegrees", "reply");
+        row("45 degrees", "45123\n", "temp=45.");
+        row("nothing", "", "temp=.");
+        row("far too much", QByteArray(1000, '3'), "temp=33.");
+    }
     void temperature()
     {
+        QFETCH(QByteArray, millidegrees);
         RunningUnit unit(4);
-        for (const auto &[millidegrees, reply] : {std::pair(std::string("45123\n"), "temp=45."),
-                                                  {"", "temp=."},
-                                                  {std::string(1000, '3'), "temp=33."}}) {
-            QVERIFY(unit.hardware().files().setTemperature(millidegrees).isDone());
-            QCOMPARE(unit.talk(Wire::Control1, "temp."), QByteArray(reply));
-        }
+        QVERIFY(unit.hardware().files().setTemperature(millidegrees.toStdString()).isDone());
+        QTEST(unit.talk(Wire::Control1, "temp."), "reply");
     }
 
     void withoutControlPortsTheBoardIsStillServed()
@@ -83,56 +105,71 @@ private slots:
         TestUnit unit(4);
         unit.start(false);
         unit.shm().baudrate = -1;
+        unit.shm().uptime = -1;
         unit.comm().start();
         unit.comm().MxCmdOneToOne(2, 1);
         unit.hardware().send(Wire::Control0, "4x4.");
         QVERIFY(unit.boardShows({1, 3, 1, 1}));
         unit.shm().baudrate = 115200;
         QVERIFY(unit.boardShows({1, 3, 1, 4}));
+        QVERIFY(unit.hardware().waitFor([&] { return unit.shm().uptime >= 0; }, 10000));
     }
 
-    /// The unit lives on with each device missing in turn, and a folder in its place does no more harm.
+    void missingDevices_data()
+    {
+        columns<Wire, bool>("wire", "folder");
+        for (const sim::WireRow &missing : sim::Wires) {
+            row(QByteArray("no ") + missing.device, missing.wire, false);
+            row(QByteArray("a folder in place of ") + missing.device, missing.wire, true);
+        }
+    }
+    /// The unit lives on with each device missing in turn.
     void missingDevices()
     {
-        for (int i = 0; i < 2 * int(sim::Wires.size()); ++i) {
-            const Wire wire = sim::Wires[size_t(i / 2)].wire;
-            TestUnit unit(4);
-            const std::string node = unit.hardware().path(wire);
-            unit.hardware().unplug(wire);
-            if (i % 2 == 1) {
-                unit.makeFolder(node.c_str() + unit.root().size());
+        QFETCH(Wire, wire);
+        QFETCH(bool, folder);
+        TestUnit unit(4);
+        const std::string node = unit.hardware().path(wire);
+        unit.hardware().unplug(wire);
+        if (folder) {
+            unit.makeFolder(node.c_str() + unit.root().size());
+        }
+        unit.start();
+        unit.comm().MxCmdOneToOne(2, 1);
+        unit.comm().MxSetBacklight(3);
+        QCOMPARE(unit.hardware().files().backlight(), 3);
+        for (const Wire other : {Wire::Control0, Wire::Control1}) {
+            if (other != wire) {
+                QCOMPARE(unit.talk(other, "4x4."), QByteArray("OK."));
             }
-            unit.start();
-            unit.comm().MxCmdOneToOne(2, 1);
-            unit.comm().MxSetBacklight(3);
-            QCOMPARE(unit.hardware().files().backlight(), 3);
-            for (const Wire other : {Wire::Control0, Wire::Control1}) {
-                if (other != wire) {
-                    QVERIFY2(unit.talk(other, "4x4.") == "OK.", node.c_str());
-                }
-            }
-            const auto routed = [&] {
+        }
+        QVERIFY(unit.hardware().waitFor(
+            [&] {
                 return unit.fileContent("/home/app/data/scene0").startsWith(QByteArray("\0\0\2\0", 4)) &&
                        (wire == Wire::Matrix || unit.hardware().board().routing()[1] == 2);
-            };
-            QVERIFY2(unit.hardware().waitFor(routed, 5000), node.c_str());
-            QCOMPARE(unit.faults(), QByteArray());
-        }
+            },
+            5000));
+        QCOMPARE(unit.faults(), QByteArray());
     }
 
+    void faultsAtTheFarEndStopNothing_data()
+    {
+        columns<Wire, sim::Fault>("wire", "fault");
+        row("garbage from the board first", Wire::Matrix, sim::Fault::GarbageFirst);
+        row("noise from the board", Wire::Matrix, sim::Fault::Noise);
+        row("a stuck board", Wire::Matrix, sim::Fault::Stuck);
+        row("a cut line from a client", Wire::Control0, sim::Fault::CutInTwo);
+    }
     void faultsAtTheFarEndStopNothing()
     {
-        for (const auto &[wire, fault] : {std::pair(Wire::Matrix, sim::Fault::GarbageFirst),
-                                          {Wire::Matrix, sim::Fault::Noise},
-                                          {Wire::Matrix, sim::Fault::Stuck},
-                                          {Wire::Control0, sim::Fault::CutInTwo}}) {
-            TestUnit unit(4);
-            unit.hardware().inject(wire, fault);
-            unit.start();
-            QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
-            QVERIFY(fault == sim::Fault::Stuck || unit.boardShows({3, 1, 1, 3}));
-            QCOMPARE(unit.faults(), QByteArray());
-        }
+        QFETCH(Wire, wire);
+        QFETCH(sim::Fault, fault);
+        TestUnit unit(4);
+        unit.hardware().inject(wire, fault);
+        unit.start();
+        QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
+        QVERIFY(fault == sim::Fault::Stuck || unit.boardShows({3, 1, 1, 3}));
+        QCOMPARE(unit.faults(), QByteArray());
     }
 
     void aStuckBoardStopsNothing()
@@ -148,18 +185,26 @@ private slots:
         QCOMPARE(unit.talk(Wire::Control1, "160all.160?.", 2).size(), 3 + 4 + (9 + 180 + 183) + 159 + 1);
     }
 
+    void backlight_data()
+    {
+        columns<int, int>("level", "brightness");
+        row("off", 0, 0);
+        row("lowest", 1, 1);
+        row("highest", 7, 7);
+        row("too high", 8, 7);
+        row("below 0", -3, 7);
+    }
     void backlight()
     {
-        TestUnit unit(4, {{"system/backlight", "4"}});
-        unit.start(false);
-        QCOMPARE(unit.hardware().files().backlight(), 5);
-        const int brightnessOf[][2] = {{0, 0}, {1, 1}, {7, 7}, {8, 7}, {0, 0}, {-3, 7}};
-        for (const auto &[level, brightness] : brightnessOf) {
-            unit.comm().MxSetBacklight(level);
-            QCOMPARE(unit.hardware().files().backlight(), brightness);
-            const int power = brightness > 0 ? 1 : 0;
-            QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().gpio().level(0) == power; }, 5000));
-        }
+        QFETCH(int, level);
+        QFETCH(int, brightness);
+        TestUnit unit;
+        Gpio gpio;
+        gpio.open();
+        Backlight(gpio).light(level);
+        QCOMPARE(unit.hardware().files().backlight(), brightness);
+        QVERIFY(unit.hardware().waitFor([&] { return !unit.hardware().gpio().history().empty(); }, 5000));
+        QCOMPARE(unit.hardware().gpio().level(0), brightness > 0 ? 1 : 0);
     }
 };
 

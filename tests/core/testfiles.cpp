@@ -1,5 +1,6 @@
 #include "devicefiles.h"
 #include "limit.h"
+#include "rows.h"
 #include "scenestore.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -46,27 +47,6 @@ private slots:
     }
     void cleanup() { m_unit.reset(); }
 
-    void reading()
-    {
-        m_unit->writeFile("/home/long", "abcde");
-        m_unit->writeFile("/home/short", "ab");
-        m_unit->makeFolder("/home/folder");
-        QFile::link(QStringLiteral("loop"), m_unit->path("/home/loop"));
-        m_unit->start(false);
-        for (const auto &[file, outcome, count, content] :
-             {std::tuple("/home/long", FileResult::Done, 4, QByteArray("abcd")),
-              {"/home/short", FileResult::Short, 2, QByteArray("ab\0\0", 4)},
-              {"/home/missing", FileResult::Missing, -1, QByteArray(4, '\0')},
-              {"/home/folder", FileResult::Failed, -1, "...."},
-              {"/home/loop", FileResult::Failed, -1, "...."}}) {
-            QByteArray bytes(4, '.');
-            auto *buffer = reinterpret_cast<unsigned char *>(bytes.data());
-            QVERIFY2(DeviceFiles::read(file, buffer, 4).outcome == outcome, file);
-            QCOMPARE(bytes, content);
-            QCOMPARE(m_unit->comm().MxRead(file, buffer, 4), count);
-        }
-    }
-
     void failuresNameFileAndReason()
     {
         m_unit->makeFolder("/home/www/splice");
@@ -87,26 +67,31 @@ private slots:
         QCOMPARE(m_unit->fileContent("/home/copy").size(), 2500);
     }
 
+    void whatCannotBeReadIsNotZero_data()
+    {
+        columns<int>("descriptors");
+        row("folders in place of files", 256);
+        row("no descriptor left", 0);
+    }
     /// The record keeps what it has, and nothing is handed to the board.
     void whatCannotBeReadIsNotZero()
     {
+        QFETCH(int, descriptors);
         for (const char *file : {"/home/app/data/scene3", "/home/app/data/splice3.ini"}) {
-            m_unit->makeFolder(file);
+            if (descriptors == 0) {
+                m_unit->writeFile(file, QByteArray(32, '\5'));
+            } else {
+                m_unit->makeFolder(file);
+            }
         }
-        for (const char *file : {"/home/app/data/scene4", "/home/app/data/splice4.ini"}) {
-            m_unit->writeFile(file, QByteArray(32, '\5'));
-        }
-        const rlim_t descriptors[] = {256, 0};
-        for (const int scene : {3, 4}) {
-            m_shm->sceneMap[scene][7] = 7;
-            m_shm->spliceData[7] = 7;
-            const Limit limit(RLIMIT_NOFILE, descriptors[scene - 3]);
-            SceneStore::load(*m_shm);
-            SceneStore::loadSplice(*m_shm, scene);
-            QCOMPARE(int(m_shm->sceneMap[scene][7]), 7);
-            QCOMPARE(quint32(m_shm->spliceData[7]), 7U);
-            QVERIFY(!m_shm->splicePending.raised());
-        }
+        m_shm->sceneMap[3][7] = 7;
+        m_shm->spliceData[7] = 7;
+        const Limit limit(RLIMIT_NOFILE, rlim_t(descriptors));
+        SceneStore::load(*m_shm);
+        SceneStore::loadSplice(*m_shm, 3);
+        QCOMPARE(int(m_shm->sceneMap[3][7]), 7);
+        QCOMPARE(quint32(m_shm->spliceData[7]), 7U);
+        QVERIFY(!m_shm->splicePending.raised());
     }
 
     /// The mode of a saved layout text lets its owner read it, and no one but root write it again.

@@ -1,10 +1,12 @@
 #include "captionstore.h"
+#include "rows.h"
 #include "scenestore.h"
 #include "settingsstore.h"
 #include "testregistry.h"
 #include "testunit.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 #include <climits>
@@ -17,6 +19,8 @@ constexpr char Setup[] = "/home/app/config/setup.ini";
 constexpr char Captions[] = "/home/app/config/caption.ini";
 constexpr char LayoutText[] = "/home/www/splice/splice.txt";
 
+const SceneStore::Pause AtOnce = [](unsigned long) {};
+
 std::unique_ptr<MxShm> emptyRecord(int ports = 8, int scenes = 10)
 {
     auto shm = std::make_unique<MxShm>();
@@ -25,7 +29,9 @@ std::unique_ptr<MxShm> emptyRecord(int ports = 8, int scenes = 10)
     return shm;
 }
 
+using Field = SharedInt32 MxShm::*;
 } // namespace
+Q_DECLARE_METATYPE(Field)
 
 /// What is kept in files: settings, addresses, captions, scenes and splices.
 class TestStores : public QObject
@@ -40,21 +46,26 @@ private slots:
     }
     void cleanup() { m_unit.reset(); }
 
+    void numbers_data()
+    {
+        columns<QByteArray, Field, int>("line", "field", "value");
+        row("none", "", &MxShm::port, 2);
+        row("too many ports", "port=161", &MxShm::port, 160);
+        row("far too many ports", "port=99999999999\n", &MxShm::port, 160);
+        row("no number", "port=eight", &MxShm::port, 2);
+        row("too few scenes", "scene=0", &MxShm::scene, 10);
+        row("too many scenes", "scene=41", &MxShm::scene, 40);
+        row("any backlight", "backlight=-1", &MxShm::backlight, -1);
+        row("a speed of the list", "baudrate=96000", &MxShm::baudrate, 96000);
+        row("any other speed", "baudrate=-1", &MxShm::baudrate, 115200);
+    }
     void numbers()
     {
-        for (const auto &[line, field, value] : {std::tuple("", &MxShm::port, 2),
-                                                 {"port=500", &MxShm::port, 160},
-                                                 {"port=99999999999", &MxShm::port, 160},
-                                                 {"port=eight", &MxShm::port, 2},
-                                                 {"scene=0", &MxShm::scene, 10},
-                                                 {"scene=41", &MxShm::scene, 40},
-                                                 {"backlight=-1", &MxShm::backlight, -1},
-                                                 {"baudrate=96000", &MxShm::baudrate, 96000},
-                                                 {"baudrate=-1", &MxShm::baudrate, 115200}}) {
-            m_unit->writeFile(Setup, QByteArray("[system]\n") + line);
-            SettingsStore::load(*m_shm);
-            QVERIFY2(m_shm.get()->*field == value, line);
-        }
+        QFETCH(QByteArray, line);
+        QFETCH(Field, field);
+        m_unit->writeFile(Setup, "[system]\n" + line);
+        SettingsStore::load(*m_shm);
+        QTEST(int(m_shm.get()->*field), "value");
     }
 
     void textsAreBoundedAndHaveDefaults()
@@ -157,8 +168,7 @@ private slots:
 
         const auto loaded = emptyRecord();
         SceneStore::load(*loaded);
-        QVERIFY(SceneStore::recallMap(*loaded, 3));
-        SceneStore::loadSplice(*loaded, 3);
+        SceneStore::recall(*loaded, 3, AtOnce);
         QVERIFY(std::memcmp(loaded->map, m_shm->map, 8 * 2) == 0);
         QVERIFY(std::memcmp(loaded->spliceData, m_shm->spliceData, 8 * 4) == 0);
         QVERIFY(loaded->splicePending.raised());
@@ -176,20 +186,49 @@ private slots:
                  QStringList{QStringLiteral("scene0")});
         QVERIFY(!QDir(m_unit->path("/home/www/splice")).exists());
         m_shm->map[0] = 5;
-        QVERIFY(!SceneStore::recallMap(*m_shm, 0));
+        SceneStore::recall(*m_shm, 0, AtOnce);
         QCOMPARE(int(m_shm->map[0]), 5);
         SceneStore::save(*m_shm, 1);
         QCOMPARE(QDir(m_unit->path("/home/www/splice")).entryList(QDir::Files), QStringList());
     }
 
+    void aSpliceFollowsItsSceneAfterASecond()
+    {
+        m_shm->sceneMap[3][0] = 7;
+        unsigned long paused = 0;
+        SceneStore::recall(*m_shm, 3, [&](unsigned long ms) {
+            QCOMPARE(int(m_shm->map[0]), 7);
+            QVERIFY(!m_shm->splicePending.raised());
+            paused += ms;
+        });
+        QCOMPARE(paused, 1000UL);
+        QVERIFY(m_shm->splicePending.raised());
+    }
+
+    /// The one recall of these tests that really takes its second.
+    void theControlObjectPausesByTheClock()
+    {
+        g_mxComm = new QMxComm(true);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        m_unit->comm().LoadScene(1);
+        QVERIFY(elapsed.elapsed() >= 1000);
+    }
+
+    void numbersOutOfRangeTouchNothing_data()
+    {
+        columns<int>("number");
+        for (const int number : {-1, 11, 40, 63, 64, 65535, INT_MAX, INT_MIN}) {
+            row(QByteArray::number(number), number);
+        }
+    }
     void numbersOutOfRangeTouchNothing()
     {
-        for (const int n : {-1, 11, 40, 63, 64, 65535, INT_MAX, INT_MIN}) {
-            SceneStore::save(*m_shm, n);
-            QVERIFY(!SceneStore::recallMap(*m_shm, n));
-            SceneStore::saveSplice(*m_shm, n);
-            SceneStore::loadSplice(*m_shm, n);
-        }
+        QFETCH(int, number);
+        SceneStore::save(*m_shm, number);
+        SceneStore::recall(*m_shm, number, AtOnce);
+        SceneStore::saveSplice(*m_shm, number);
+        SceneStore::loadSplice(*m_shm, number);
         QVERIFY(QDir(m_unit->path("/home/app/data")).entryList(QDir::Files).isEmpty());
         QVERIFY(!QDir(m_unit->path("/home/www/splice")).exists());
         QVERIFY(!m_shm->splicePending.raised());

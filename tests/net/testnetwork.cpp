@@ -1,5 +1,6 @@
 #include "clients.h"
 #include "networkunit.h"
+#include "rows.h"
 #include "testregistry.h"
 
 #include <QTest>
@@ -62,42 +63,41 @@ private slots:
         m_unit.reset();
     }
 
+    void commands_data()
+    {
+        columns<QByteArray, QByteArray>("block", "replies");
+        row("errors do not end it", "bad.0x.9?.4?..recall11.temp.1x1", "ERR.OK.ERR.4x.ERR.ERR.OK.");
+        row("only empty lines", "\r\n..", "");
+        row("not quite a frame", "\xEB", "ERR.");
+        row("frame bytes behind text", "1x2.\xEB\x90", "OK.ERR.");
+        row("one long line", QByteArray(60000, 'q'), "ERR.");
+    }
     void commands()
     {
-        for (const auto &[name, block, replies] :
-             {std::tuple<const char *, QByteArray, QByteArray>("no terminator", "2x3", "OK."),
-              {"each terminator", "1X1.1x2!1x3$1x4%1x5\r1x6\n1x7\r\n", "OK.OK.OK.OK.OK.OK.OK."},
-              {"questions", "0all.3x1&4.3?.2?", "OK.OK.3x1&4.2x."},
-              {"errors do not end it", "bad.0x.9?.4?..recall11.temp.1x1", "ERR.OK.ERR.4x.ERR.ERR.OK."},
-              {"only empty lines", "\r\n..", ""},
-              {"NUL bytes", QByteArray("1\0x2.3x1", 8), "OK.OK."},
-              {"not quite a frame", "\xEB", "ERR."},
-              {"frame bytes behind text", "1x2.\xEB\x90", "OK.ERR."},
-              {"one long line", QByteArray(60000, 'q'), "ERR."},
-              {"many short lines", QByteArray("..........").repeated(6000) + "1x2", "OK."}}) {
-            QVERIFY2(repliesOverTcp(block) == replies, name);
-            for (int i = 0; i < 8; ++i) {
-                const auto port = static_cast<quint16>(MxSite::udpPort() + i);
-                QVERIFY2(repliesOverUdp(port, block) == asDatagrams(replies), name);
-            }
+        QFETCH(QByteArray, block);
+        QFETCH(QByteArray, replies);
+        QCOMPARE(repliesOverTcp(block), replies);
+        for (int i = 0; i < 8; ++i) {
+            const auto port = static_cast<quint16>(MxSite::udpPort() + i);
+            QCOMPARE(repliesOverUdp(port, block), asDatagrams(replies));
         }
     }
 
+    void blocksForTheBoardComeBack_data()
+    {
+        columns<QByteArray>("block");
+        row("a frame", QByteArray::fromHex("EB900007000000"));
+        row("a command in it", QByteArray::fromHex("EB90000A 33616C6C2E 00"));
+        row("two frames", QByteArray::fromHex("EB900007112200EB900007334400"));
+    }
     void blocksForTheBoardComeBack()
     {
-        for (const QByteArray &block :
-             {QByteArray::fromHex("EB900007000000"),
-              QByteArray::fromHex("EB90000A") + "3all." + QByteArray(1, '\0'), // with a command in it
-              QByteArray::fromHex("EB900007112200EB900007334400")}) {
-            const auto boardGot = [&](int times) {
-                return runUntil([&] { return m_unit->boardBytes().count(block) == times; });
-            };
-            QCOMPARE(repliesOverTcp(block), block);
-            QVERIFY(boardGot(1));
-            QCOMPARE(repliesOverUdp(MxSite::udpPort(), block), "[" + block + "]");
-            QVERIFY(boardGot(2));
-        }
-        QCOMPARE(m_unit->hardware().board().routing(), std::vector<uint16_t>(8, 0));
+        QFETCH(QByteArray, block);
+        const QByteArray before = m_unit->boardBytes();
+        QCOMPARE(repliesOverTcp(block), block);
+        QCOMPARE(repliesOverUdp(MxSite::udpPort(), block), "[" + block + "]");
+        QVERIFY(runUntil([&] { return m_unit->boardBytes() == before + block + block; }));
+        QCOMPARE(m_unit->map(), QByteArray("1,1,1,1,1,1,1,1"));
     }
 
     void aBlockTheBoardDidNotTakeHasNoAnswer()

@@ -41,9 +41,9 @@ TestUnit::~TestUnit()
     leftovers.remove();
 }
 
-void TestUnit::start(bool run)
+void TestUnit::start(bool run, const SceneStore::Pause &pause)
 {
-    g_mxComm = new QMxComm(true);
+    g_mxComm = new QMxComm(true, pause);
     if (g_mxConfig == nullptr) {
         qFatal("no shared memory");
     }

@@ -22,8 +22,8 @@ public:
     TestUnit(const TestUnit &) = delete;
     TestUnit &operator=(const TestUnit &) = delete;
 
-    /// Makes the control object; `run` also starts its thread.
-    void start(bool run = true);
+    /// Makes the control object, whose recalls wait by `pause`; `run` also starts its thread.
+    void start(bool run = true, const SceneStore::Pause &pause = QThread::msleep);
     /// Deletes the control object, which removes the shared objects.
     void stop();
 

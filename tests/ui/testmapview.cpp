@@ -14,9 +14,9 @@ constexpr int Height = 485;
 constexpr int Right = Width - 1;
 
 /// What is drawn on black, so that every dot that is drawn differs.
-QImage pictureOf(QMxWidget &view)
+QImage pictureOf(QMxWidget &view, int height = Height)
 {
-    view.resize(Width, Height);
+    view.resize(Width, height);
     QImage image(view.size(), QImage::Format_RGB32);
     image.fill(Qt::black);
     view.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
@@ -154,6 +154,7 @@ private slots:
         QCOMPARE(paints.count, 2);
     }
 
+    /// It shows what a new view shows.
     void theMatrixMayGrowUnderIt()
     {
         TestUnit unit(2);
@@ -161,10 +162,14 @@ private slots:
         QMxWidget view;
         const quint16 map[MxMaxPort] = {};
         view.setMap(map);
-        for (const int ports : {160, -5, 1000000, 8}) {
+        for (const auto &[ports, height] :
+             {std::pair(160, Height), {-5, Height}, {1000000, Height}, {8, Height}, {8, 300}}) {
             unit.shm().port = ports;
             view.setMap(map);
-            QVERIFY(hasColours(pictureOf(view)));
+            QMxWidget fresh;
+            fresh.setMap(map);
+            const QImage picture = pictureOf(view, height);
+            QVERIFY(hasColours(picture) && picture == pictureOf(fresh, height));
         }
     }
 };

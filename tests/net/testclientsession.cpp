@@ -1,0 +1,150 @@
+#include "clientsession.h"
+#include "networkunit.h"
+#include "rows.h"
+#include "testregistry.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+namespace
+{
+/// A client without a network: what it is sent is written down, behind its name.
+class Session : public ClientSession
+{
+public:
+    Session(ClientTurns &turns, QByteArray &log, const QByteArray &name = QByteArray())
+        : ClientSession(turns)
+        , m_log(log)
+        , m_name(name)
+    {
+    }
+
+    /// Takes a piece of a text, of which more comes unless it is the last.
+    void take(const QByteArray &piece, bool last = true)
+    {
+        receive(piece.constData(), piece.size(), last ? Final : Open);
+        settle();
+    }
+    /// Gives it all turns that it needs.
+    void finish() const
+    {
+        while (!isResting()) {
+            QCoreApplication::processEvents();
+        }
+    }
+
+protected:
+    void sendReplies(const char *replies, int size) override { m_log += m_name + QByteArray(replies, size); }
+    void sendBlock(const char *bytes, int size) override { m_log.append(bytes, size); }
+    void onSettled() override {}
+
+private:
+    QByteArray &m_log;
+    const QByteArray m_name;
+};
+} // namespace
+
+/// What a client sends is cut into lines, wherever the network has cut it, and carried out in turns.
+class TestClientSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_unit.reset(new TestUnit(8));
+        m_unit->start(false, [this](unsigned long) { m_log += "|"; });
+        m_turns.start();
+    }
+    void init() { m_log.clear(); }
+    void cleanupTestCase() { m_unit.reset(); }
+
+    void anyCut_data()
+    {
+        columns<QByteArray, QByteArray>("text", "replies");
+        row("no terminator", "2x3", "OK.");
+        row("each terminator", "1X1.1x2!1x3$1x4%1x5\r1x6\n1x7\r\n", "OK.OK.OK.OK.OK.OK.OK.");
+        row("empty lines", "\r\n..1x2.\n.", "OK.");
+        row("NUL is carried", QByteArray("1\0x2.3x1", 8), "OK.OK.");
+        row("a number in two", "0all.12345x1.3x1&4.3?.2?", "OK.OK.OK.3x1&4.2x.");
+        row("errors", "bad.0x..9?.temp", "ERR.OK.ERR.ERR.");
+        row("commands that block", "4all.>r1.1?.recall9", "OK.|OK.1x1&2&3&4&5&6&7&8.|OK.");
+        row("more than a turn", QByteArray("9?.").repeated(1025), QByteArray("ERR.").repeated(1025));
+    }
+    void anyCut()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, replies);
+        const int step = qMax(1, text.size() / 50);
+        for (int cut = 0; cut <= text.size(); cut += step) {
+            m_log.clear();
+            Session inTwo(m_turns, m_log);
+            inTwo.take(text.left(cut), false);
+            inTwo.finish();
+            inTwo.take(text.mid(cut));
+            inTwo.finish();
+            QCOMPARE(m_log, replies);
+        }
+        m_log.clear();
+        Session byteByByte(m_turns, m_log);
+        for (const char byte : text) {
+            byteByByte.take(QByteArray(1, byte), false);
+            byteByByte.finish();
+        }
+        byteByByte.take(QByteArray());
+        byteByByte.finish();
+        QCOMPARE(m_log, replies);
+    }
+
+    void theLongestLine_data()
+    {
+        columns<int, QByteArray>("length", "replies");
+        row("fits", ClientSession::MaxBlock - 1, "OK.8x.");
+        row("does not", ClientSession::MaxBlock, "ERR.8x.");
+    }
+    void theLongestLine()
+    {
+        QFETCH(int, length);
+        Session session(m_turns, m_log);
+        session.take(QByteArray(length - 3, ' '), false);
+        session.take("3x2", false);
+        session.take("&4.8?");
+        QTEST(m_log, "replies");
+    }
+
+    void aTurnHasAnEnd()
+    {
+        Session first(m_turns, m_log, "a ");
+        Session second(m_turns, m_log, "b ");
+        first.take(QByteArray("9?.").repeated(1025));
+        second.take("9?");
+        first.finish();
+        QCOMPARE(m_log, "a " + QByteArray("ERR.").repeated(1024) + "b ERR.a ERR.");
+    }
+
+    void nothingWaitsBehindACommandThatBlocks()
+    {
+        Session session(m_turns, m_log);
+        session.take("1x2.4x3.>r1.2?.recall2.7x7.7?");
+        session.finish();
+        QCOMPARE(m_log, QByteArray("OK.OK.|OK.2x.|OK.OK.7x7."));
+    }
+
+    void blockedClientsTakeTurns()
+    {
+        Session first(m_turns, m_log, "a ");
+        Session second(m_turns, m_log, "b ");
+        first.take(">r1.>r1.>r1");
+        second.take(">r2.2x2.>r2");
+        first.finish();
+        QCOMPARE(m_log, QByteArray("|a OK.|b OK.b OK.|a OK.|b OK.|a OK."));
+    }
+
+private:
+    std::unique_ptr<TestUnit> m_unit;
+    ClientTurns m_turns;
+    QByteArray m_log; ///< replies, and a bar for each recall
+};
+
+static const RegisteredTest<TestClientSession> registered;
+#include "testclientsession.moc"
