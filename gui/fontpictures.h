@@ -169,7 +169,7 @@ constexpr Table tabulate(const Bands &bands, const Rows &rows)
         includeDots(glyph, line);
     });
     for (GUI_Glyph &glyph : table.glyphs) {
-        if (glyph.rows == nullptr) {
+        if (glyph.width == 0) {
             glyph = table.glyphs[GUI_FONT_SUBSTITUTE];
         }
     }
