@@ -1,10 +1,10 @@
 #include "clientturns.h"
 #include "descriptorlimit.h"
-#include "displayport.h"
+#include "frontpanel.h"
 #include "mainwindow.h"
 #include "mxapplication.h"
 #include "mxshm.h"
-#include "pages.h"
+#include "panelports.h"
 #include "qmxcomm.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
@@ -43,11 +43,6 @@ void chooseEventLoop()
     if (!qEnvironmentVariableIsSet(NoGlib)) {
         qputenv(NoGlib, "1");
     }
-}
-
-bool hasFrontPanel()
-{
-    return g_mxConfig->keypad > 0 && g_mxConfig->port <= PanelMaxPort;
 }
 
 /// The unit is operated from its front panel; the screen shows a picture, all the time.
@@ -124,7 +119,7 @@ int main(int argc, char **argv)
     const QMxTcp tcp(turns, nullptr);
     printTime("t0");
 
-    const int result = hasFrontPanel() ? runFrontPanel(turns) : runTouchscreen(turns);
+    const int result = hasFrontPanel(*g_mxConfig) ? runFrontPanel(turns) : runTouchscreen(turns);
     g_mxComm->stop();
     return result;
 }

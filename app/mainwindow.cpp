@@ -89,18 +89,29 @@ void MainWindow::timerEvent(QTimerEvent *)
 /// Whether there was a page left to make.
 bool MainWindow::makeNextPage()
 {
-    if (m_switch == nullptr) {
-        makeSwitchPage();
-    } else if (m_scene == nullptr) {
-        makeScenePage();
-    } else if (m_setup == nullptr) {
-        makeSetupPage();
-    } else if (m_status == nullptr) {
-        makeStatusPage();
-    } else {
+    if (m_made == MenuCount) {
         return false;
     }
+    m_pages[m_made] = makePage(static_cast<Menu>(m_made));
+    ++m_made;
     return true;
+}
+
+QWidget *MainWindow::makePage(Menu menu)
+{
+    switch (menu) {
+    case Switch:
+        return makeSwitchPage();
+    case Scene:
+        return makeScenePage();
+    case Setup:
+        return makeSetupPage();
+    case Status:
+        return makeStatusPage();
+    case MenuCount:
+        break;
+    }
+    return nullptr;
 }
 
 template <typename Page>
@@ -112,45 +123,46 @@ Page *MainWindow::addPage()
     return page;
 }
 
-void MainWindow::makeSwitchPage()
+QWidget *MainWindow::makeSwitchPage()
 {
     m_switch = addPage<QMxSwitch>();
     connect(m_switch, &QMxSwitch::scenesWanted, this, [this] { clickButton(m_menu, Scene); });
     m_switch->show();
     m_switch->selectInput(0);
+    return m_switch;
 }
 
-void MainWindow::makeScenePage()
+QWidget *MainWindow::makeScenePage()
 {
     m_scene = addPage<QMxScene>();
     // Locked from the start, also while the page with the lock is not there yet.
     m_scene->setSaveEnabled(false);
+    return m_scene;
 }
 
-void MainWindow::makeSetupPage()
+QWidget *MainWindow::makeSetupPage()
 {
     m_setup = addPage<QMxSetup>();
     m_setup->setSaveEnabled(false);
     connect(m_setup, &QMxSetup::captionsStored, m_switch, &QMxSwitch::OnLoadCaption);
     connect(m_setup, &QMxSetup::captionsStored, m_scene, &QMxScene::OnLoadCaption);
+    return m_setup;
 }
 
-void MainWindow::makeStatusPage()
+QWidget *MainWindow::makeStatusPage()
 {
-    m_status = addPage<QMxStatus>();
-    connect(m_status, &QMxStatus::saveEnabled, m_scene, &QMxScene::setSaveEnabled);
-    connect(m_status, &QMxStatus::saveEnabled, m_setup, &QMxSetup::setSaveEnabled);
+    auto *status = addPage<QMxStatus>();
+    connect(status, &QMxStatus::saveEnabled, m_scene, &QMxScene::setSaveEnabled);
+    connect(status, &QMxStatus::saveEnabled, m_setup, &QMxSetup::setSaveEnabled);
+    return status;
 }
 
 void MainWindow::OnMenuPressed(int id)
 {
-    QWidget *const pages[MenuCount] = {m_switch, m_scene, m_setup, m_status};
     if (id < 0 || id >= MenuCount) {
         return;
     }
-    for (int menu = 0; menu < MenuCount; ++menu) {
-        if (pages[menu] != nullptr) {
-            pages[menu]->setVisible(menu == id);
-        }
+    for (int menu = 0; menu < m_made; ++menu) {
+        m_pages[menu]->setVisible(menu == id);
     }
 }

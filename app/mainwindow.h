@@ -5,7 +5,6 @@
 class QButtonGroup;
 class QMxScene;
 class QMxSetup;
-class QMxStatus;
 class QMxSwitch;
 
 /// The touchscreen's window: the header with the menu, and one page per menu entry below it. It comes up with
@@ -18,7 +17,7 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
 
 public slots:
-    /// Shows the page of this menu entry (0 to 3) and hides the others; an entry whose page is not there yet
+    /// Shows the page of this menu entry and hides the others; an entry whose page is not there yet
     /// only hides.
     void OnMenuPressed(int id);
 
@@ -26,15 +25,16 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    enum Menu { Switch, Scene, Setup, Status, MenuCount };
+    enum Menu { Switch, Scene, Setup, Status, MenuCount }; ///< also the order in which the pages are made
 
     void setUp();
     void InitEarly();
     bool makeNextPage();
-    void makeSwitchPage();
-    void makeScenePage();
-    void makeSetupPage();
-    void makeStatusPage();
+    QWidget *makePage(Menu menu);
+    QWidget *makeSwitchPage();
+    QWidget *makeScenePage();
+    QWidget *makeSetupPage();
+    QWidget *makeStatusPage();
     template <typename Page>
     Page *addPage();
 
@@ -42,7 +42,8 @@ private:
     QMxSwitch *m_switch = nullptr;
     QMxScene *m_scene = nullptr;
     QMxSetup *m_setup = nullptr;
-    QMxStatus *m_status = nullptr;
+    QWidget *m_pages[MenuCount] = {}; ///< null for one that is not made yet
+    int m_made = 0;
     int m_creationTimer = 0; ///< 0 when none runs
 };
 

@@ -14,7 +14,7 @@ public:
     /// This kind of event, at this place of the screen, has woken it; it was awake at `now`.
     void begin(QEvent::Type type, const QPoint &place, quint32 now);
 
-    /// To be asked once about each event that comes then. \return whether it is still of the touch that woke
+    /// To be asked once about each later event. \return whether it is still of the touch that woke
     bool continues(QEvent::Type type, const QPoint &place, quint32 now);
 
 private:

@@ -52,6 +52,7 @@ void receiveBytes(const RawSocket &socket, int size)
 std::vector<Socket> connections(quint16 port, int count)
 {
     std::vector<Socket> sockets;
+    sockets.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) {
         sockets.emplace_back(RawSocket::tcp(port));
     }

@@ -1,12 +1,13 @@
 // Measures the front panel: packing and sending frames, repaints, the menu's cycle, a key's way to the LCD.
 
 #include "allocations.h"
-#include "displayport.h"
 #include "framememory.h"
 #include "keys.h"
 #include "lcdframe.h"
 #include "menu.h"
 #include "pages.h"
+#include "panelports.h"
+#include "panelrun.h"
 #include "product.h"
 #include "samples.h"
 #include "testunit.h"
@@ -21,8 +22,6 @@
 
 namespace
 {
-constexpr int MaxPorts = 40;
-
 /// Median of many rounds, in nanoseconds a call.
 template <typename Work>
 double nanoseconds(Work work, int calls)
@@ -119,8 +118,8 @@ void measureMenu()
         measureIdleCycle(menu, page);
         menu.step(KeyMenu, '\0');
     }
-    unit.shm().port = MaxPorts;
-    labelButtons(SwitchPage, MaxPorts);
+    unit.shm().port = PanelMaxPort;
+    labelButtons(SwitchPage, PanelMaxPort);
     measureRepaint();
 }
 

@@ -10,7 +10,7 @@
 
 namespace
 {
-constexpr double SplashMs = 20 * 50;
+constexpr double SplashMs = 20 * 50;       ///< for which the start picture counts up
 constexpr unsigned long PagesSeconds = 11; ///< a page every two seconds, and something for making them
 
 void measureSize(int ports)
@@ -30,7 +30,7 @@ void measureSize(int ports)
 void measureScreenStart()
 {
     std::printf(
-        "\nstart to \"t1\"                     product    prescribed         rest    memory, all pages\n");
+        "\nstart to \"t1\"                     product start picture         rest    memory, all pages\n");
     for (const int ports : {16, 160}) {
         measureSize(ports);
     }

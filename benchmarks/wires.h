@@ -19,7 +19,7 @@ void measureNetwork(const Server &product, const Server &echo);
 /// Command to the first byte of the switch frame, with the sender idle.
 void measureLatency(TestUnit &unit);
 
-/// What of its unit's devices the product serves.
+/// Which of its unit's devices the product serves.
 enum class Operation { Touchscreen, FrontPanel };
 
 /// Share of a core and memory of the idle process over 30 s, beside a bare program that makes the same system

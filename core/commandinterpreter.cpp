@@ -22,7 +22,7 @@ inline int classAt(const char *at, const char *limit)
     return at == limit ? Limit : CommandText::classOf(*at);
 }
 
-/// So many digits never leave 32 bits.
+/// A number of so many digits fits into 32 bits.
 constexpr int ShortNumber = 9;
 
 /// Reads digits and moves `at` behind them. The value is right up to `ShortNumber` of them.

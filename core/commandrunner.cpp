@@ -1,6 +1,7 @@
 #include "commandrunner.h"
 
 #include "commandinterpreter.h"
+#include "mxresult.h"
 #include "qmxcomm.h"
 #include "scenestore.h"
 
@@ -56,4 +57,10 @@ int runCommand(const CommandInterpreter &command, QMxComm &device)
         return setBeep(device, 0);
     }
     return MxError;
+}
+
+/// Here, and not with the rest of the control object, which need not know what there is to be carried out.
+int QMxComm::MxOnUartCommand(char *line, unsigned short len)
+{
+    return runCommand(CommandInterpreter(line, line + len), *this);
 }

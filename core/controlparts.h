@@ -6,7 +6,8 @@
 
 #include <deque>
 
-/// The control ports, in the order of their numbers. All run at the `baudrate` setting.
+/// The control ports, in the order of their numbers: the code counts them from 0, the documents and the
+/// unit's labels from 1. All run at the `baudrate` setting.
 constexpr const char *ControlDevices[] = {"/dev/ttymxc3", "/dev/ttymxc4"};
 
 /// What the control thread works with, made once the record is there.

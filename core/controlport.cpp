@@ -1,7 +1,7 @@
 #include "controlport.h"
 
-#include "commandrunner.h"
 #include "matrixlink.h"
+#include "mxresult.h"
 #include "reply.h"
 #include "uart.h"
 

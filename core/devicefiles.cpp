@@ -63,7 +63,7 @@ FileResult DeviceFiles::read(const char *path, unsigned char *buf, int len)
     const auto size = static_cast<size_t>(len);
     const FileDescriptor file = openFile(path, O_RDONLY);
     if (file.get() < 0) {
-        const FileResult result = notOpened(path);
+        FileResult result = notOpened(path);
         std::printf("read err\r");
         if (result.outcome == FileResult::Missing) {
             std::memset(buf, 0, size);

@@ -14,9 +14,9 @@ FileResult read(const char *path, unsigned char *buf, int len);
 /// flushes it to the device.
 FileResult write(const char *path, const unsigned char *buf, int len);
 
-/// Copies `source` over the start of `target`, 1024 bytes at a time, and flushes it to the device; what is
-/// missing is created. With `truncate` the target is emptied first, but never for a source that could not be
-/// opened.
+/// Copies `source` over the start of `target`, 1024 bytes at a time, and flushes it to the device;
+/// each is created when missing. With `truncate` the target is emptied first, but never for a source that
+/// could not be opened.
 FileResult copy(const char *source, const char *target, bool truncate);
 
 /// True when something of that name exists.

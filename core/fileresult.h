@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-/// How an access to a file ended. It is not dropped: who has nothing to decide upon it reports it.
+/// How an access to a file ended. Callers do not drop it: one that has nothing to decide reports it.
 struct [[nodiscard]] FileResult {
     enum Outcome {
         Done,

@@ -10,8 +10,8 @@
 
 namespace
 {
-/// Sounds the buzzer for its lifetime when the setting asks for it. The setting is read once: switched off
-/// meanwhile by a user, it must not leave the buzzer on.
+/// Sounds the buzzer for its lifetime when the setting asks for it. The setting is read once: a user who
+/// switches it off meanwhile must not leave the buzzer on.
 class Buzzer
 {
 public:

@@ -24,7 +24,7 @@ constexpr quint16 MxNoInput = 0xFFFF;
 struct MxShm {
     SharedInt32 port;      ///<      0  matrix size: number of inputs and of outputs, 2..160
     SharedInt32 scene;     ///<      4  number of scenes offered, 10..40
-    SharedInt32 keypad;    ///<      8  above 0 with port <= 40: front-panel mode
+    SharedInt32 keypad;    ///<      8  above 0: operated from the front panel, if it has keys for the matrix
     SharedInt32 beep;      ///<     12  not 0: the buzzer sounds while a frame goes out
     SharedInt32 backlight; ///<     16  touchscreen backlight, 0..6
     SharedInt32 sleep;     ///<     20  screen-sleep setting

@@ -9,8 +9,8 @@ namespace PassGrid
 /// From one point to the next, in nanoseconds.
 constexpr qint64 Period = 10 * 1000 * 1000;
 
-/// The point behind `now`; at a point it is the next one. A pass that took long is so followed by one pass,
-/// and not by all that it has missed. In nanoseconds, not below 0.
+/// The point behind `now`; at a point it is the next one. So a pass that took long is followed by one pass,
+/// not by all that it has missed. In nanoseconds, not below 0.
 constexpr qint64 next(qint64 now)
 {
     return (now / Period + 1) * Period;

@@ -1,8 +1,6 @@
 #include "qmxcomm.h"
 
 #include "captionstore.h"
-#include "commandinterpreter.h"
-#include "commandrunner.h"
 #include "controlparts.h"
 #include "passgrid.h"
 #include "settingsstore.h"
@@ -33,6 +31,7 @@ QMxComm::QMxComm(bool create)
     g_mxConfig = static_cast<MxShm *>(create ? MxShmCreate() : MxShmOpen());
     if (g_mxConfig == nullptr) {
         qDebug("shm error");
+        // The thread's own exit, harmless before it runs: who made the object looks at `g_mxConfig`.
         exit(-1);
         return;
     }
@@ -149,11 +148,6 @@ void QMxComm::LoadScene(int n)
         sleep(1);
         LoadSplice(n);
     }
-}
-
-int QMxComm::MxOnUartCommand(char *line, unsigned short len)
-{
-    return runCommand(CommandInterpreter(line, line + len), *this);
 }
 
 void QMxComm::MxDoSwitch()

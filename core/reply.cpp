@@ -1,6 +1,6 @@
 #include "reply.h"
 
-#include "commandrunner.h"
+#include "mxresult.h"
 #include "temperature.h"
 
 #include <cstring>

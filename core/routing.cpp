@@ -52,12 +52,13 @@ void Routing::oneToNone(MxShm &shm, quint16 input)
     }
 }
 
-void Routing::copyMap(const MxShm &shm, int slot, quint16 *inputs)
+void Routing::copyMap(const MxShm &shm, int slot, quint16 *inputs, int room)
 {
     if (slot < 0 || slot > MxMaxScene) {
         return;
     }
-    for (int o = 0; o < portCount(shm); ++o) {
+    const int count = qMin(portCount(shm), room);
+    for (int o = 0; o < count; ++o) {
         inputs[o] = shm.sceneMap[slot][o];
     }
 }

@@ -22,7 +22,7 @@ void allToNone(MxShm &shm);
 /// Darkens every output that shows `input`.
 void oneToNone(MxShm &shm, quint16 input);
 
-/// Reads: copies the map of a slot (0: the live map) to `inputs`, which has room for `port` entries; nothing
-/// for a slot that there is not.
-void copyMap(const MxShm &shm, int slot, quint16 *inputs);
+/// Reads: copies the map of a slot (0: the live map) to `inputs`, which has room for `room` outputs; those
+/// beyond the matrix and a slot that there is not leave it as it is.
+void copyMap(const MxShm &shm, int slot, quint16 *inputs, int room);
 } // namespace Routing

@@ -1,3 +1,4 @@
+#include "color.h"
 #include "widget.h"
 
 namespace
@@ -11,7 +12,7 @@ int indexOf(BUTTON_State state)
 
 /// A box with one line of text or a picture, released or pressed. Draws background, text or picture, edge.
 /// Owns its text, not its pictures.
-class Button : public Widget
+class Button final : public Widget
 {
 public:
     Button();
@@ -128,7 +129,7 @@ void Button::setStateTextColor(BUTTON_State state, GUI_Color color)
 
 WM_Handle BUTTON_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id)
 {
-    return addWindow(std::make_unique<Button>(), {x, y, width, height}, parent, flags, id);
+    return addWindow(std::make_unique<Button>(), {x, y, width, height}, parent, flags | WM_TAKES_KEYS, id);
 }
 
 void BUTTON_SetText(WM_Handle button, const char *text)

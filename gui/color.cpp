@@ -1,4 +1,6 @@
-#include "gui.h"
+#include "color.h"
+
+#include "hooks.h"
 
 int LCD_Color2Index_1(GUI_Color color)
 {
@@ -15,4 +17,16 @@ GUI_Color LCD_Index2Color_1(int index)
 int LCD_GetIndexMask_1()
 {
     return 1;
+}
+
+bool looksSame(GUI_Color a, GUI_Color b)
+{
+    return LCD_L0_Color2Index(a) == LCD_L0_Color2Index(b);
+}
+
+bool changeColor(GUI_Color &color, GUI_Color value)
+{
+    const bool differs = !looksSame(color, value);
+    color = value;
+    return differs;
 }

@@ -2,7 +2,8 @@
 
 namespace
 {
-Rect s_clip = DisplayRect;
+Rect s_display = NoRect;
+Rect s_clip = NoRect;
 
 /// Cuts `bits`, whose upper left dot is at the place, to the clip rectangle. \return false if nothing is left
 bool cut(int &x, int &y, LCD_Bits &bits)
@@ -21,9 +22,27 @@ bool cut(int &x, int &y, LCD_Bits &bits)
 }
 } // namespace
 
+int Display::start()
+{
+    s_display = NoRect;
+    const int error = LCD_L0_Init();
+    if (error == 0) {
+        s_display.x1 = std::clamp(LCD_L0_GetXSize(), 0, FarthestPlace) - 1;
+        s_display.y1 = std::clamp(LCD_L0_GetYSize(), 0, FarthestPlace) - 1;
+        LCD_L0_On();
+    }
+    s_clip = s_display;
+    return error;
+}
+
+const Rect &Display::rect()
+{
+    return s_display;
+}
+
 void Display::setClip(const Rect &clip)
 {
-    s_clip = intersection(clip, DisplayRect);
+    s_clip = intersection(clip, s_display);
 }
 
 const Rect &Display::clip()
@@ -82,4 +101,14 @@ void Display::invertBits(int x, int y, const LCD_Bits &bits)
             }
         }
     }
+}
+
+int LCD_GetXSize()
+{
+    return s_display.x1 + 1;
+}
+
+int LCD_GetYSize()
+{
+    return s_display.y1 + 1;
 }

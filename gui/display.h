@@ -8,6 +8,12 @@
 /// fine, they are cut.
 namespace Display
 {
+/// Starts the port's display, asks for its size and switches it on. \return as `LCD_L0_Init`; a display that
+/// did not start has no dots
+int start();
+/// All of it.
+const Rect &rect();
+
 /// Nothing is drawn outside of `clip`, nor outside of the display.
 void setClip(const Rect &clip);
 const Rect &clip();

@@ -89,13 +89,13 @@ void GUI_SetTextMode(GUI_TextMode mode)
 
 void GUI_SetClipRect(const GUI_Rect *rect)
 {
-    s_state.userClip = rect != nullptr ? onDisplay(*rect) : DisplayRect;
+    s_state.userClip = rect != nullptr ? onDisplay(*rect) : Everywhere;
     apply(s_state);
 }
 
 void GUI_Clear()
 {
-    Display::fill(DisplayRect, LCD_L0_Color2Index(s_state.background));
+    Display::fill(Display::clip(), LCD_L0_Color2Index(s_state.background));
 }
 
 void GUI_DrawPoint(int x, int y)

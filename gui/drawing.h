@@ -6,9 +6,9 @@
 
 /// What the drawing operations draw with.
 struct DrawingState {
-    Point origin{0, 0};       ///< of the application's coordinates, on the display
-    Rect piece = DisplayRect; ///< what the window manager allows
-    Rect userClip = DisplayRect;
+    Point origin{0, 0};      ///< of the application's coordinates, on the display
+    Rect piece = Everywhere; ///< what the window manager allows
+    Rect userClip = Everywhere;
     GUI_Color color = GUI_BLACK;
     GUI_Color background = GUI_WHITE;
     const GUI_Font *font = &GUI_Font6x8;

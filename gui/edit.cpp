@@ -12,7 +12,7 @@ bool isTyped(int key)
 }
 
 /// A line of text that can be typed over. Draws background, text, cursor, edge. Owns its text.
-class Edit : public Widget
+class Edit final : public Widget
 {
 public:
     explicit Edit(int maxLength)
@@ -233,7 +233,8 @@ void Edit::setCursor(int position)
 WM_Handle EDIT_CreateEx(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
                         int maxLength)
 {
-    return addWindow(std::make_unique<Edit>(maxLength), {x, y, width, height}, parent, flags, id);
+    return addWindow(std::make_unique<Edit>(maxLength), {x, y, width, height}, parent, flags | WM_TAKES_KEYS,
+                     id);
 }
 
 void EDIT_SetText(WM_Handle edit, const char *text)

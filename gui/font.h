@@ -27,3 +27,7 @@ struct GUI_Font {
 
 /// 6 x 8: capitals and digits are 5 x 7, column 5 and row 7 are spacing, row 7 also takes descenders.
 extern const GUI_Font GUI_Font6x8;
+
+/// Proportional, 16 high, for a start page or a clock: strokes are two dots wide, capitals and digits 11
+/// high, all digits have one width. Accents reach row 0 and descenders row 15: lines of text need a gap.
+extern const GUI_Font GUI_Font16;

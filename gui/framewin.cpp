@@ -1,3 +1,4 @@
+#include "color.h"
 #include "widget.h"
 
 namespace
@@ -11,7 +12,7 @@ struct Defaults {
 Defaults s_defaults; ///< as `GUI_Init` sets them
 
 /// A window with border, title bar and client area, drawn in that order, without an effect. Owns its title.
-class FrameWin : public Widget
+class FrameWin final : public Widget
 {
 public:
     FrameWin();

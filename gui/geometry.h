@@ -22,10 +22,14 @@ constexpr bool operator==(const Rect &a, const Rect &b)
 }
 
 constexpr Rect NoRect{0, 0, -1, -1};
-constexpr Rect DisplayRect{0, 0, LCD_XSIZE - 1, LCD_YSIZE - 1};
 
 /// What coordinates of the application are bounded to before anything is added to them.
 constexpr int FarthestDot = 0xFFFFFF;
+constexpr Rect Everywhere{-FarthestDot, -FarthestDot, FarthestDot, FarthestDot};
+
+/// Sizes, and places of windows within their parent, go up to this. With the number of windows bounded by
+/// their handles, no sum of places overflows.
+constexpr int FarthestPlace = 16383;
 
 constexpr int bounded(int coordinate)
 {

@@ -6,19 +6,21 @@
 
 /// The embedded graphics library: windows, widgets, fonts and drawing on a small display.
 ///
-/// All operations are for one thread, and none before `GUI_Init`. Coordinates are dots, x to the right and y
-/// down; a drawing operation takes them relative to the window that is being painted, or to the display
-/// outside of painting. A rectangle includes its last column and row. A handle that is 0, of a deleted window
-/// or of another kind of widget is ignored: setters do nothing, getters return 0 or an empty text.
+/// Call all operations from one thread, and none before `GUI_Init`. Coordinates count dots, x to the right
+/// and y down. Drawing operations take them relative to the window that is being painted or, outside of
+/// painting, relative to the display. A rectangle includes its last column and row. A handle is ignored if it
+/// is 0, or of a deleted window, or of another kind of widget: setters do nothing, getters return 0, null or
+/// an empty text.
 ///
 /// An operation that changes nothing visible draws nothing: setters compare, store, and invalidate what has
 /// changed; only `WM_Exec` paints.
 
 // Display ---------------------------------------------------------------------------------------------------
 
-/// Size of the display, in dots.
-constexpr int LCD_XSIZE = 128;
-constexpr int LCD_YSIZE = 64;
+/// Size of the display in dots, which `GUI_Init` asks the port for; 0 before that, and if the display did not
+/// start.
+int LCD_GetXSize();
+int LCD_GetYSize();
 
 /// 0xRRGGBB.
 using GUI_Color = std::uint32_t;
@@ -33,9 +35,9 @@ int LCD_GetIndexMask_1();
 
 // Start and time --------------------------------------------------------------------------------------------
 
-/// Starts the library and the display, as after power-up: no windows, all defaults, all of the display in
-/// `GUI_Clear`'s background. May be called again; every handle is then dead. \return 0, or what
-/// `LCD_L0_Init` returned if that is not 0
+/// Starts the library and the display. There are no windows then but the desktop, all defaults are set, and
+/// the display is white. It may be called again: all windows are deleted first, and hear `WM_DELETE`. \return
+/// 0, or what `LCD_L0_Init` returned if that is not 0; the display has no dots then
 int GUI_Init();
 
 /// Milliseconds by the port's clock.
@@ -126,16 +128,16 @@ enum WM_MessageId {
     WM_PAINT = 1,     ///< draw yourself, all of it; clipped to what needs it
     WM_KEY,           ///< `key` was pressed (`pressed` 1) or released (0) while the window has the focus
     WM_SET_FOCUS,     ///< it has got the focus
-    WM_KILL_FOCUS,    ///< it has lost the focus
+    WM_KILL_FOCUS,    ///< it has lost the focus that it was told of
     WM_NOTIFY_PARENT, ///< the child `source` has something to tell: `value` is a `WM_Notification`
-    WM_DELETE,        ///< it is about to be deleted; it is out of the tree, its children are already gone
+    WM_DELETE,        ///< it is about to be deleted and is to free what it owns; its children are gone
     WM_USER = 0x400   ///< from here on: the application's own
 };
 
 enum WM_Notification {
     WM_CLICKED = 1,  ///< a button went down by key
-    WM_RELEASED,     ///< a button went up by key; not when it did by losing the focus
-    WM_VALUE_CHANGED ///< an edit field's text was changed by key
+    WM_RELEASED,     ///< a button went up by key; not sent when it went up because it lost the focus
+    WM_VALUE_CHANGED ///< an edit field's text, or another widget's value, was changed by key
 };
 
 struct WM_Message {
@@ -147,62 +149,83 @@ struct WM_Message {
     std::intptr_t value = 0; ///< a notification, or the application's
 };
 
-/// Hears a window's messages. What it does not want to handle it hands on to `WM_DefaultProc`.
+/// Hears a window's messages. It hands those that it does not handle on to `WM_DefaultProc`.
 using WM_Callback = void (*)(WM_Message &message);
 
-/// Flags of creation.
-enum WM_Flags { WM_HIDDEN = 0, WM_VISIBLE = 1 };
+/// Flags of creation, to be combined. Buttons and edit fields take keys in any case.
+enum WM_Flags {
+    WM_HIDDEN = 0,
+    WM_VISIBLE = 1,
+    WM_TAKES_KEYS = 2 ///< the focus may be handed on to it
+};
 
 /// The window behind all others. It shows the desktop colour, at first the background colour of `GUI_Init`.
 WM_Handle WM_GetDesktopWindow();
 void WM_SetDesktopColor(GUI_Color color);
 
-/// A window on top of its siblings in the client area of `parent` (0: the desktop), without a look of its
-/// own: the callback paints all of it. Sizes below 0 count as 0, sizes and places are bounded to ±16383.
+/// Creates a window on top of its siblings in the client area of `parent` (0: the desktop). It has no look of
+/// its own: the callback paints all of it. Sizes below 0 count as 0, sizes and places are bounded to ±16383.
 /// A window is opaque: what lies below it is not painted. \return its handle; 0 when the parent is dead or
 /// about to be deleted, or when there are 4095 windows
 WM_Handle WM_CreateWindow(int x, int y, int width, int height, WM_Handle parent, int flags,
                           WM_Callback callback);
-/// Deletes the window and all of its children. The desktop cannot be deleted, hidden, moved or sized. A
-/// window that is deleted out of its own callback goes at once; the callback must not touch it after that.
+/// Hides the window, then deletes it and all of its children. The desktop cannot be deleted, hidden,
+/// disabled, moved or sized. A window that is deleted by its own callback goes at once; the callback must not
+/// touch it after that.
 void WM_DeleteWindow(WM_Handle window);
 int WM_IsWindow(WM_Handle window);
 
-/// Sets who hears the window's messages first; null: nobody but the widget itself.
+/// Sets who hears the window's messages first; null: only the widget itself hears them.
 void WM_SetCallback(WM_Handle window, WM_Callback callback);
-/// What the widget itself does upon a message; nothing for a plain window.
+/// Does what the widget itself does upon a message; a plain window does nothing.
 void WM_DefaultProc(WM_Message &message);
-/// Delivers at once.
+/// Delivers the message at once.
 void WM_SendMessage(WM_Handle window, WM_Message message);
+/// Sends `WM_NOTIFY_PARENT` to the parent at once.
 void WM_NotifyParent(WM_Handle window, WM_Notification what);
 
 void WM_ShowWindow(WM_Handle window);
 void WM_HideWindow(WM_Handle window);
-int WM_IsVisible(WM_Handle window); ///< shown, and so are all it lies in
+int WM_IsVisible(WM_Handle window); ///< 1 when it is shown, and so are all windows that it lies in
 
-/// Moves relative to the parent's client area.
+/// A window that is disabled, or lies in one that is, looks as before but cannot have the focus, so that no
+/// key reaches it. Windows are enabled at first.
+void WM_EnableWindow(WM_Handle window);
+void WM_DisableWindow(WM_Handle window);
+int WM_IsEnabled(WM_Handle window); ///< 1 when it is enabled, and so are all windows that it lies in
+
+/// Places are relative to the parent's client area.
 void WM_MoveTo(WM_Handle window, int x, int y);
 void WM_MoveBy(WM_Handle window, int dx, int dy);
 void WM_SetSize(WM_Handle window, int width, int height);
 
-/// The order among siblings.
+/// Changes the order among siblings.
 void WM_BringToTop(WM_Handle window);
 void WM_BringToBottom(WM_Handle window);
 
 WM_Handle WM_GetParent(WM_Handle window);
-/// The first descendant with this id, the deeper ones after their parents; 0 when there is none.
+/// Looks for the first descendant with this id, parents before their children. It walks the tree: whoever
+/// needs a window in every cycle keeps its handle. \return 0 when there is none
 WM_Handle WM_GetDialogItem(WM_Handle window, int id);
+/// 0 for a window that was created without an id.
 int WM_GetId(WM_Handle window);
-/// On the display.
+void WM_SetId(WM_Handle window, int id);
+/// A value for whoever uses the window; null at first. The library does nothing with it.
+void *WM_GetUserData(WM_Handle window);
+void WM_SetUserData(WM_Handle window, void *data);
+/// The window's place on the display.
 GUI_Rect WM_GetWindowRect(WM_Handle window);
+/// All of the window in the coordinates that its painting and `WM_InvalidateRect` use: from (0, 0) on.
+GUI_Rect WM_GetBounds(WM_Handle window);
 
-/// Has all of the window, without its children, painted anew. Invisible windows stay as they are.
+/// The next `WM_Exec` paints all of the window, or the rectangle, anew, but not its children. Nothing happens
+/// while the window is not visible.
 void WM_InvalidateWindow(WM_Handle window);
 void WM_InvalidateRect(WM_Handle window, const GUI_Rect &rect);
 
-/// Paints what has become invalid, back to front; no dot belongs to two windows. A window hears `WM_PAINT`
+/// Paints what has become invalid, from back to front, and no dot for two windows. A window hears `WM_PAINT`
 /// once for each of its visible rectangles that is to be painted. What callbacks change meanwhile is painted
-/// by this call or by the next one. Does nothing while painting. \return 1 if anything was painted
+/// by this call or by the next one. A call while painting does nothing. \return 1 if anything was painted
 int WM_Exec();
 
 // Focus and keys --------------------------------------------------------------------------------------------
@@ -221,14 +244,37 @@ enum GUI_Key {
     GUI_KEY_INSERT
 };
 
-/// Any window may have the focus; 0 takes it away. A deleted window loses it.
+/// Gives the focus to a window, or takes it away (0). Any window that is visible and enabled may have it;
+/// others are ignored.
+///
+/// When the window with the focus, or one that it lies in, is hidden, disabled or deleted, the focus is
+/// handed on to the next window in the same parent that takes keys and is visible and enabled. The order is
+/// that from back to front, which is the order of creation unless it was changed; the first one follows the
+/// last. If there is none, the parent gets the focus if it takes keys, else the next one in the parent's
+/// parent, and so on up to the desktop. If nobody is found, no window has the focus.
 void WM_SetFocus(WM_Handle window);
 WM_Handle WM_GetFocus();
-/// A character (Latin-1) or `GUI_Key`, pressed (1) or released (0), to the window with the focus.
+/// Sends a character (Latin-1) or a `GUI_Key`, pressed (1) or released (0), to the window with the focus.
 /// \return 1 when there was one
 int GUI_SendKeyMsg(int key, int pressed);
 
-// Widgets: what all of them have ----------------------------------------------------------------------------
+// Widgets of one's own --------------------------------------------------------------------------------------
+
+/// Does what the widget itself does upon a message, and nothing upon those that it does not know.
+/// `WM_DefaultProc` calls it.
+using WM_WidgetProc = void (*)(WM_Message &message, void *state);
+
+/// Creates a widget that is written outside of the library, such as `examples/meter.h`. It is a window like
+/// any other: callback and user data are free for whoever uses it. `state` is the widget's own, and `proc`
+/// frees it at `WM_DELETE`. \return as `WM_CreateWindow`, and 0 when `proc` is null; the state stays the
+/// caller's then
+WM_Handle WM_CreateWidget(int x, int y, int width, int height, WM_Handle parent, int flags, int id,
+                          WM_WidgetProc proc, void *state);
+/// \return the state of a widget that was created with this `proc`; null for any other handle, and once the
+/// widget has heard `WM_DELETE`
+void *WM_GetWidgetState(WM_Handle widget, WM_WidgetProc proc);
+
+// The library's widgets: what all of them have --------------------------------------------------------------
 
 // A text is aligned in its widget. Where the widget reaches beyond the display and the text would lose dots
 // there, it moves as little as keeps them; one that is too long for that begins where the display does.

@@ -39,14 +39,6 @@ Slot *slotOf(WM_Handle handle)
     }
     return &s_slots[index];
 }
-
-void empty(Slot &slot)
-{
-    if (slot.window) {
-        slot.window.reset();
-        ++slot.generation;
-    }
-}
 } // namespace
 
 WM_Handle Handles::add(std::unique_ptr<Window> &window)
@@ -61,15 +53,10 @@ WM_Handle Handles::add(std::unique_ptr<Window> &window)
 
 void Handles::release(WM_Handle handle)
 {
-    if (Slot *const slot = slotOf(handle)) {
-        empty(*slot);
-    }
-}
-
-void Handles::releaseAll()
-{
-    for (Slot &slot : s_slots) {
-        empty(slot);
+    Slot *const slot = slotOf(handle);
+    if (slot != nullptr && slot->window) {
+        slot->window.reset();
+        ++slot->generation;
     }
 }
 
@@ -77,4 +64,10 @@ Window *findWindow(WM_Handle handle)
 {
     const Slot *const slot = slotOf(handle);
     return slot != nullptr ? slot->window.get() : nullptr;
+}
+
+Window *findMovable(WM_Handle handle)
+{
+    Window *const window = findWindow(handle);
+    return window != nullptr && window->parent() != nullptr ? window : nullptr;
 }

@@ -2,28 +2,23 @@
 
 #include "gui.h"
 
-/// What the library needs of the device that it runs on. The library declares these hooks, the device's port
-/// defines them. Places are within the display, rectangles are not empty: the library clips before it calls.
-/// An index is a colour as the frame memory holds it.
+/// What the library calls of the device that it runs on, no more. The library declares these hooks, the
+/// device's port defines them. Places are within the display, rectangles are not empty: the library clips
+/// before it calls. An index is a colour as the frame memory holds it.
 
 // Display, lowest layer.
 
 /// Makes the display ready. \return 0, or an error that `GUI_Init` passes on
 int LCD_L0_Init();
+/// Size in dots, asked for once after each `LCD_L0_Init` and bounded to 0..16383.
+int LCD_L0_GetXSize();
+int LCD_L0_GetYSize();
+/// Switches the display on, once it is ready.
 void LCD_L0_On();
-/// For displays that show a part of a larger memory.
-void LCD_L0_SetOrg(int x, int y);
-/// For displays with a palette.
-void LCD_L0_SetLUTEntry(int index, GUI_Color color);
 
 int LCD_L0_Color2Index(GUI_Color color);
-GUI_Color LCD_L0_Index2Color(int index);
-int LCD_L0_GetIndexMask();
-using LCD_Index2ColorFunction = GUI_Color (*)(int index);
-LCD_Index2ColorFunction LCD_L0_GetpfIndex2Color();
 
 void LCD_L0_SetPixelIndex(int x, int y, int index);
-int LCD_L0_GetPixelIndex(int x, int y);
 void LCD_L0_XorPixel(int x, int y);
 void LCD_L0_DrawHLine(int x0, int y, int x1, int index);
 void LCD_L0_DrawVLine(int x, int y0, int y1, int index);
@@ -51,13 +46,5 @@ std::uint32_t GUI_X_GetTime();
 void GUI_X_Delay(std::uint32_t ms);
 /// Called while the library has nothing to do.
 void GUI_X_ExecIdle();
-void GUI_X_Log(const char *text);
+/// Called when the library cannot do what it was asked for, with a text for the developer.
 void GUI_X_Warn(const char *text);
-void GUI_X_ErrorOut(const char *text);
-
-// Devices that other ports have.
-
-/// A remote view of the display. \return 0 when it runs or there is none
-int GUI_VNC_X_StartServer();
-/// Prepares measuring one axis of a touch panel. \return the argument where there is none
-std::uint32_t GUI_TOUCH_X_ActivateX(std::uint32_t value);

@@ -1,14 +1,10 @@
-#include "paint.h"
-
+#include "damage.h"
 #include "drawing.h"
-#include "window.h"
+#include "handles.h"
 
 namespace
 {
-bool s_requested = false;
 bool s_painting = false;
-unsigned s_turn = 0;
-unsigned s_treeVersion = 0;
 
 /// Paints the visible pieces of a window: what is left of a rectangle after cutting out whatever lies in
 /// front of it. Once a callback has changed the tree it stops, and touches no window any more.
@@ -26,7 +22,7 @@ public:
     bool hasPainted() const { return m_hasPainted; }
     /// What it could not paint any more.
     const Rect &left() const { return m_left; }
-    bool isTreeChanged() const { return m_version != s_treeVersion; }
+    bool isTreeChanged() const { return m_version != damage.treeVersion; }
 
 private:
     /// `obstacle` is the lowest window that may lie in front and has not been cut out yet: the following ones
@@ -74,7 +70,7 @@ private:
 
     const Window &m_window;
     const Rect m_client;
-    const unsigned m_version = s_treeVersion;
+    const unsigned m_version = damage.treeVersion;
     Rect m_left = NoRect;
     bool m_hasPainted = false;
 };
@@ -84,7 +80,7 @@ Window *nextInvalid(Window *from, Rect &area)
 {
     Window *window = from;
     while (window != nullptr) {
-        if (window->turn != s_turn) {
+        if (window->turn != damage.round) {
             area = window->takeInvalid();
             if (!isEmpty(area)) {
                 return window;
@@ -104,7 +100,7 @@ bool paintRound()
     Window *window = nextInvalid(findWindow(WM_GetDesktopWindow()), area);
     while (window != nullptr) {
         const WM_Handle handle = window->handle();
-        window->turn = s_turn;
+        window->turn = damage.round;
         PiecePainter painter(*window);
         painter.paint(area);
         hasPainted = hasPainted || painter.hasPainted();
@@ -120,29 +116,14 @@ bool paintRound()
 }
 } // namespace
 
-void Painter::request()
-{
-    s_requested = true;
-}
-
-void Painter::treeChanged()
-{
-    ++s_treeVersion;
-}
-
-unsigned Painter::turn()
-{
-    return s_turn;
-}
-
 int WM_Exec()
 {
-    if (!s_requested || s_painting) {
+    if (!damage.isRequested || s_painting) {
         return 0;
     }
-    s_requested = false;
+    damage.isRequested = false;
     s_painting = true;
-    ++s_turn;
+    ++damage.round;
     const bool hasPainted = paintRound();
     s_painting = false;
     return hasPainted ? 1 : 0;

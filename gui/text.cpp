@@ -3,7 +3,7 @@
 namespace
 {
 /// A line of text on a background, without an edge at first. Owns its text.
-class Text : public Widget
+class Text final : public Widget
 {
 public:
     Text() { m_edge = WIDGET_Effect_None.width; }

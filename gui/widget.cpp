@@ -1,7 +1,7 @@
 #include "widget.h"
 
+#include "color.h"
 #include "drawing.h"
-#include "hooks.h"
 
 const WIDGET_Effect WIDGET_Effect_None = {0};
 const WIDGET_Effect WIDGET_Effect_Simple = {1};
@@ -18,18 +18,6 @@ int shiftInto(int from, int to, int first, int last)
     return std::max(from - first, std::min(to - last, 0));
 }
 } // namespace
-
-bool looksSame(GUI_Color a, GUI_Color b)
-{
-    return LCD_L0_Color2Index(a) == LCD_L0_Color2Index(b);
-}
-
-bool changeColor(GUI_Color &color, GUI_Color value)
-{
-    const bool differs = !looksSame(color, value);
-    color = value;
-    return differs;
-}
 
 Widget::Widget()
     : m_edge(s_defaultEdge)

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "window.h"
+#include "display.h"
+#include "handles.h"
+#include "windowmanager.h"
 
 #include <string>
 #include <string_view>
-
-bool looksSame(GUI_Color a, GUI_Color b);
-/// Stores a colour. \return true if it looks different from the one before
-bool changeColor(GUI_Color &color, GUI_Color value);
 
 struct Look {
     GUI_Color background;
@@ -38,7 +36,7 @@ protected:
     /// What the display shows of an area.
     Rect seen(const Rect &area) const
     {
-        return intersection(area, moved(DisplayRect, -rect().x0, -rect().y0));
+        return intersection(area, moved(Display::rect(), -rect().x0, -rect().y0));
     }
     /// The text is aligned in it and cut off by it.
     virtual Rect textArea() const { return inside(); }

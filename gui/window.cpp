@@ -1,7 +1,5 @@
 #include "window.h"
 
-#include "paint.h"
-
 Window *Window::followingAncestors() const
 {
     const Window *window = this;
@@ -9,6 +7,15 @@ Window *Window::followingAncestors() const
         window = window->m_parent;
     }
     return window != nullptr ? window->m_above : nullptr;
+}
+
+bool Window::holdsUpwards(bool Window::*state) const
+{
+    const Window *window = this;
+    while (window != nullptr && window->*state) {
+        window = window->m_parent;
+    }
+    return window == nullptr;
 }
 
 const Window *Window::root() const
@@ -22,7 +29,7 @@ const Window *Window::root() const
 
 Rect Window::exposed() const
 {
-    Rect area = intersection(m_rect, DisplayRect);
+    Rect area = m_rect;
     for (const Window *window = this; window != nullptr; window = window->m_parent) {
         if (!window->m_shown) {
             return NoRect;
@@ -34,14 +41,22 @@ Rect Window::exposed() const
     return area;
 }
 
-void Window::attach(Window *parent, const Rect &rect, bool shown, WM_Handle handle, int id)
+void Window::hear(WM_Message &message)
+{
+    if (message.id == WM_PAINT) {
+        paint();
+    } else if (message.id == WM_KEY) {
+        key(message.key, message.pressed != 0);
+    }
+}
+
+void Window::attach(Window *parent, const Rect &rect, int flags, WM_Handle handle)
 {
     m_rect = rect;
-    m_shown = shown;
+    m_shown = (flags & WM_VISIBLE) != 0;
+    takesKeys = (flags & WM_TAKES_KEYS) != 0;
     m_handle = handle;
-    m_id = id;
-    turn = Painter::turn();
-    Painter::treeChanged();
+    ++damage.treeVersion;
     if (parent != nullptr) {
         link(parent, parent->m_topChild);
         invalidateTree(m_rect);
@@ -60,7 +75,7 @@ void Window::setShown(bool shown)
     if (shown == m_shown) {
         return;
     }
-    Painter::treeChanged();
+    ++damage.treeVersion;
     const Rect before = exposed();
     m_shown = shown;
     if (shown) {
@@ -75,7 +90,7 @@ void Window::setRect(const Rect &rect)
     if (rect == m_rect) {
         return;
     }
-    Painter::treeChanged();
+    ++damage.treeVersion;
     const Rect before = exposed();
     const Rect clientBefore = clientRect();
     const bool moves = rect.x0 != m_rect.x0 || rect.y0 != m_rect.y0;
@@ -128,7 +143,7 @@ void Window::invalidate(const Rect &area)
     const Rect part = intersection(area, exposed());
     if (!isEmpty(part)) {
         m_invalid = united(m_invalid, part);
-        Painter::request();
+        damage.isRequested = true;
     }
 }
 
@@ -153,7 +168,7 @@ Rect Window::takeInvalid()
 
 void Window::clientRectChanged(const Rect &before)
 {
-    Painter::treeChanged();
+    ++damage.treeVersion;
     const Rect after = clientRect();
     moveDescendants(after.x0 - before.x0, after.y0 - before.y0);
     invalidateTree(m_rect);
@@ -188,7 +203,7 @@ void Window::link(Window *parent, Window *below)
 
 void Window::unlink()
 {
-    Painter::treeChanged();
+    ++damage.treeVersion;
     (m_below != nullptr ? m_below->m_above : m_parent->m_lowestChild) = m_above;
     (m_above != nullptr ? m_above->m_below : m_parent->m_topChild) = m_below;
     m_below = nullptr;

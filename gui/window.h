@@ -1,8 +1,7 @@
 #pragma once
 
+#include "damage.h"
 #include "geometry.h"
-
-#include <memory>
 
 /// A node of the window tree. What a kind of window adds are its hooks; messages, order, geometry and
 /// invalidation are here. All rectangles are on the display unless said otherwise.
@@ -22,13 +21,17 @@ public:
     /// Draws all of it, with drawing operations relative to the window.
     virtual void paint() {}
     virtual void key(int /*key*/, bool /*pressed*/) {}
+    /// What it does itself upon a message: calls the two above.
+    virtual void hear(WM_Message &message);
     /// Called after the focus has come or gone. Sends no messages.
     virtual void focusChanged(bool /*gained*/) {}
 
     WM_Handle handle() const { return m_handle; }
-    int id() const { return m_id; }
     const Rect &rect() const { return m_rect; }
     bool isShown() const { return m_shown; }
+    /// Shown or enabled together with all that it lies in.
+    bool isVisible() const { return holdsUpwards(&Window::m_shown); }
+    bool isEnabled() const { return holdsUpwards(&Window::m_enabled); }
     Window *parent() const { return m_parent; }
     Window *firstChild() const { return m_lowestChild; }
     /// The next one from back to front; `following` skips those in this window.
@@ -38,11 +41,13 @@ public:
     /// What ancestors and display leave of it; empty when it or one of them is hidden.
     Rect exposed() const;
 
-    /// Puts it on top of the children of `parent`, or makes it the desktop if that is null.
-    void attach(Window *parent, const Rect &rect, bool shown, WM_Handle handle, int id);
+    /// Puts it on top of the children of `parent`, or makes it the desktop if that is null. `flags` as in
+    /// `WM_Flags`.
+    void attach(Window *parent, const Rect &rect, int flags, WM_Handle handle);
     /// Takes it out of the tree; it is hidden then.
     void detach();
     void setShown(bool shown);
+    void setEnabled(bool enabled) { m_enabled = enabled; }
     void setRect(const Rect &rect);
     void raise();
     void lower();
@@ -56,7 +61,10 @@ public:
     Rect takeInvalid();
 
     WM_Callback callback = nullptr;
-    unsigned turn = 0; ///< number of the last round of painting in which it had its turn
+    void *userData = nullptr;
+    int id = 0;
+    bool takesKeys = false;
+    unsigned turn = damage.round; ///< number of the last round of painting in which it had its turn
 
 protected:
     /// Children follow the client area, which was at `before`; all is painted anew.
@@ -64,14 +72,15 @@ protected:
 
 private:
     Window *followingAncestors() const;
+    bool holdsUpwards(bool Window::*state) const;
     void uncover(const Rect &area);
     void moveDescendants(int dx, int dy);
     void link(Window *parent, Window *below);
     void unlink();
 
     WM_Handle m_handle = 0;
-    int m_id = 0;
     bool m_shown = false;
+    bool m_enabled = true;
     Rect m_rect = NoRect;
     Rect m_invalid = NoRect;
     Window *m_parent = nullptr;
@@ -80,25 +89,3 @@ private:
     Window *m_below = nullptr; ///< among its siblings
     Window *m_above = nullptr;
 };
-
-/// Size and place of a window within its parent, as the application gave it.
-struct Place {
-    int x, y, width, height;
-};
-
-/// Creates a window as `WM_CreateWindow` says. \return its handle, 0 if there can be none
-WM_Handle addWindow(std::unique_ptr<Window> window, const Place &place, WM_Handle parent, int flags,
-                    int id = 0);
-
-/// All windows go, without a message; the desktop comes anew.
-void resetWindows();
-
-/// The window of a handle, null if that is dead.
-Window *findWindow(WM_Handle handle);
-
-/// The same for one kind of window; null for any other kind.
-template <class Kind>
-Kind *find(WM_Handle handle)
-{
-    return dynamic_cast<Kind *>(findWindow(handle));
-}

@@ -1,9 +1,9 @@
 #include "clientsession.h"
 
-#include "clientturns.h"
 #include "commandinterpreter.h"
 #include "commandrunner.h"
 #include "commandtext.h"
+#include "mxresult.h"
 #include "qmxcomm.h"
 #include "reply.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "clientturns.h"
+
 #include <QByteArray>
 #include <QQueue>
-
-class ClientTurns;
 
 /// One client of the network, whatever the transport: the blocks that it has sent, what of them has not
 /// been carried out, and the way of its replies. Commands are carried out in their order, in turns: a turn
@@ -12,7 +12,7 @@ class ClientTurns;
 ///
 /// Kept for a client are at most two blocks of text and the replies of one turn; a transport hands over no
 /// more while `isResting()` is false, or bounds what it hands over by `queuedBytes()`. Main thread.
-class ClientSession
+class ClientSession : public TurnTaker
 {
 public:
     /// Bytes of the longest block, and of the longest line; a longer line is an error, whatever is in it.
@@ -26,10 +26,8 @@ public:
     ClientSession &operator=(const ClientSession &) = delete;
     virtual ~ClientSession();
 
-    /// Goes on with what waits: quick commands, or one that blocks when that is what is next.
-    void takeTurn();
-    /// True when the next command blocks its caller.
-    bool isBlocked() const { return m_state == Blocked; }
+    void takeTurn() override;
+    bool isBlocked() const override { return m_state == Blocked; }
 
 protected:
     /// What the end of a block means for a last line without a terminator.

@@ -1,7 +1,5 @@
 #include "clientturns.h"
 
-#include "clientsession.h"
-
 #include <QElapsedTimer>
 #include <algorithm>
 
@@ -10,7 +8,7 @@ namespace
 constexpr qint64 StartMs = 1000;
 }
 
-void ClientTurns::add(ClientSession *session)
+void ClientTurns::add(TurnTaker *session)
 {
     m_line.append(session);
     if (!m_round.isActive()) {
@@ -18,7 +16,7 @@ void ClientTurns::add(ClientSession *session)
     }
 }
 
-void ClientTurns::remove(ClientSession *session)
+void ClientTurns::remove(TurnTaker *session)
 {
     m_line.removeAll(session);
 }
@@ -38,7 +36,7 @@ void ClientTurns::stop()
 void ClientTurns::timerEvent(QTimerEvent *)
 {
     serveQuickOnes();
-    ClientSession *blocked = mayBlock() ? takeBlocked() : nullptr;
+    TurnTaker *blocked = mayBlock() ? takeBlocked() : nullptr;
     m_blockedInLastRound = blocked != nullptr;
     if (blocked != nullptr) {
         QElapsedTimer elapsed;
@@ -61,7 +59,7 @@ bool ClientTurns::mayBlock() const
 void ClientTurns::serveQuickOnes()
 {
     for (int left = m_line.size(); left > 0; --left) {
-        ClientSession *session = m_line.takeFirst();
+        TurnTaker *session = m_line.takeFirst();
         if (session->isBlocked()) {
             m_line.append(session);
         } else {
@@ -72,17 +70,17 @@ void ClientTurns::serveQuickOnes()
 
 /// The first in the line whose next command blocks; null when there is none. Whoever blocked last stands
 /// behind those who have come meanwhile.
-ClientSession *ClientTurns::takeBlocked()
+TurnTaker *ClientTurns::takeBlocked()
 {
     if (m_line.removeOne(m_lastBlocked)) {
         m_line.append(m_lastBlocked);
     }
     const auto found = std::find_if(m_line.begin(), m_line.end(),
-                                    [](const ClientSession *session) { return session->isBlocked(); });
+                                    [](const TurnTaker *session) { return session->isBlocked(); });
     if (found == m_line.end()) {
         return nullptr;
     }
-    ClientSession *session = *found;
+    TurnTaker *session = *found;
     m_line.erase(found);
     return session;
 }

@@ -4,7 +4,19 @@
 #include <QList>
 #include <QObject>
 
-class ClientSession;
+/// Who stands in the line of `ClientTurns`.
+class TurnTaker
+{
+public:
+    /// Goes on with what waits: quick commands, or one that blocks when that is what is next. It may be the
+    /// end of this object.
+    virtual void takeTurn() = 0;
+    /// True when the next command blocks its caller.
+    virtual bool isBlocked() const = 0;
+
+protected:
+    ~TurnTaker() = default;
+};
 
 /// Gives the sessions that have something left to do their turns, one round in each turn of the event loop:
 /// first whoever has quick commands, then at most one command that blocks, in the order of waiting. Between
@@ -15,12 +27,12 @@ public:
     /// Until this is called, while the program starts, commands that block may take one second in all, so
     /// that they cannot hold up the start; the others wait.
     void start();
-    /// None is carried out any more: the program is about to end.
+    /// Carries out no more of them: the program is about to end.
     void stop();
 
     /// Puts the session at the end of the line.
-    void add(ClientSession *session);
-    void remove(ClientSession *session);
+    void add(TurnTaker *session);
+    void remove(TurnTaker *session);
 
     /// Where the replies of a turn are gathered, for the session whose turn it is.
     static constexpr int ReplyRoom = 64 * 1024;
@@ -31,14 +43,14 @@ protected:
 
 private:
     bool mayBlock() const;
-    ClientSession *takeBlocked();
+    TurnTaker *takeBlocked();
     void serveQuickOnes();
 
     enum { Starting, Serving, Over } m_phase = Starting;
-    QList<ClientSession *> m_line;
+    QList<TurnTaker *> m_line;
     qint64 m_blockedMs = 0; ///< by all that was carried out
     bool m_blockedInLastRound = false;
-    ClientSession *m_lastBlocked = nullptr; ///< only compared, since it may be gone
+    TurnTaker *m_lastBlocked = nullptr; ///< only compared, since it may be gone
     QBasicTimer m_round;
     char m_replies[ReplyRoom];
 };

@@ -1,7 +1,6 @@
 #include "qmxudp.h"
 
 #include "mxsite.h"
-#include "udppeer.h"
 
 #include <QUdpSocket>
 #include <cstdio>

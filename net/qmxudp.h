@@ -1,6 +1,6 @@
 #pragma once
 
-#include "clientsession.h"
+#include "udppeer.h"
 
 #include <QHash>
 #include <QHostAddress>
@@ -8,15 +8,14 @@
 #include <memory>
 
 class QUdpSocket;
-class UdpPeer;
 
 /// Serves the command language, and frames for the switching board, on eight neighbouring UDP ports of every
 /// IPv4 address, one datagram at a time. Replies go to the sender, from the port that it wrote to, one
 /// datagram each. Main thread.
 ///
-/// A sender is remembered only while commands of its wait. At most `MaxPeers` are, with one block of commands
-/// each; what comes beyond that is dropped, as a network drops datagrams.
-class QMxUdp : public QObject
+/// A sender is remembered only while some of its commands wait. At most `MaxPeers` are, with one block of
+/// commands each; what comes beyond that is dropped, as a network drops datagrams.
+class QMxUdp : public QObject, private UdpPeer::Owner
 {
     Q_OBJECT
 
@@ -29,12 +28,11 @@ public:
 
     /// Senders that are remembered.
     int peerCount() const { return m_peers.size(); }
-    /// Deletes a sender of which nothing waits any more.
-    void forget(UdpPeer *peer);
 
 private:
     static constexpr int PortCount = 8;
 
+    void forget(UdpPeer *peer) override;
     void readPendingDatagrams(QUdpSocket *socket);
     int serve(QUdpSocket *socket);
     void take(QUdpSocket *socket, const QHostAddress &address, quint16 port, int size);

@@ -1,7 +1,5 @@
 #include "udppeer.h"
 
-#include "qmxudp.h"
-
 #include <QUdpSocket>
 #include <cstring>
 

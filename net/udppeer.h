@@ -4,20 +4,30 @@
 
 #include <QHostAddress>
 
-class QMxUdp;
 class QUdpSocket;
 
 /// One sender of datagrams to one of the unit's ports. Main thread.
 class UdpPeer : public ClientSession
 {
 public:
-    UdpPeer(QMxUdp &owner, ClientTurns &turns)
+    /// Who keeps it while something waits.
+    class Owner
+    {
+    public:
+        /// Deletes a sender that has nothing waiting any more.
+        virtual void forget(UdpPeer *peer) = 0;
+
+    protected:
+        ~Owner() = default;
+    };
+
+    UdpPeer(Owner &owner, ClientTurns &turns)
         : ClientSession(turns)
         , m_owner(owner)
     {
     }
 
-    /// Who it is; only for one of whom nothing waits. Replies leave through `socket`.
+    /// Sets who it is; only while it has nothing waiting. Replies leave through `socket`.
     void setAddress(QUdpSocket *socket, const QHostAddress &address, quint16 port);
     /// Stands for the sender as long as the object lives.
     quint64 key() const { return keyOf(m_socket, m_address, m_port); }
@@ -35,7 +45,7 @@ protected:
     void onSettled() override;
 
 private:
-    QMxUdp &m_owner;
+    Owner &m_owner;
     QUdpSocket *m_socket = nullptr;
     QHostAddress m_address;
     quint16 m_port = 0;

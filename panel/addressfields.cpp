@@ -21,10 +21,10 @@ struct Field {
 template <typename Use>
 void forEachField(Use use)
 {
-    int id = IdEdit;
+    int number = 0;
     for (const EthernetInterface &interface : EthernetInterfaces) {
         for (const auto field : interface.fields) {
-            use(Field{g_mxConfig->*field, WM_GetDialogItem(hWin[SetupPage], id++)});
+            use(Field{g_mxConfig->*field, setupField(number++)});
         }
     }
 }

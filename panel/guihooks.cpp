@@ -1,5 +1,7 @@
 // The operating system as the graphics library sees it: a clock, and no more.
 
+#include "guihooks.h"
+
 #include "hooks.h"
 #include "tickcount.h"
 

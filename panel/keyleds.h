@@ -28,7 +28,8 @@ public:
     void send(const std::uint8_t *bytes, int n) { m_writer(bytes, n); }
     void allOff() { send(&AllLedsOff, 1); }
 
-    /// Counts a cycle. \return whether as many have gone by since this was last so; at first it is
+    /// Counts a cycle. \return true in the first cycle, and then whenever `cycles` have gone by since it was
+    /// last true
     bool isDue(int cycles)
     {
         if (++m_cycles < cycles) {

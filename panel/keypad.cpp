@@ -1,18 +1,37 @@
 #include "keypad.h"
 
-#include "displayport.h"
-#include "gui.h"
-#include "menu.h"
-#include "mxshm.h"
-#include "pages.h"
-#include "passgrid.h"
-#include "startbitmap.h"
+#include "paneldevice.h"
+#include "uart.h"
 
+#include <fcntl.h>
+#include <initializer_list>
+#include <termios.h>
 #include <unistd.h>
+
+int fd_keypad_dev = -1;
+int fd_iruart_dev = -1;
 
 namespace
 {
+constexpr char KeypadDevice[] = "/dev/ttymxc1";
+constexpr char InfraredDevice[] = "/dev/ttymxc0";
+constexpr int PanelBaud = 115200;
+
 constexpr unsigned char KeyMark = 0x80; ///< bytes without it are no key presses
+} // namespace
+
+bool keypad_open()
+{
+    constexpr int Flags = O_NOCTTY | O_NONBLOCK;
+    if (!reopenDevice(fd_keypad_dev, KeypadDevice, Flags) ||
+        !reopenDevice(fd_iruart_dev, InfraredDevice, Flags)) {
+        return false;
+    }
+    for (const int fd : {fd_keypad_dev, fd_iruart_dev}) {
+        configureUart(fd, IGNPAR, PanelBaud);
+    }
+    return true;
+}
 
 int readKey()
 {
@@ -27,27 +46,7 @@ char readInfrared()
     return ::read(fd_iruart_dev, &character, 1) == 1 ? character : '\0';
 }
 
-/// What the link does not take now is not worth waiting for.
 void sendLeds(const std::uint8_t *bytes, int n)
 {
     [[maybe_unused]] const ssize_t taken = ::write(fd_keypad_dev, bytes, static_cast<size_t>(n));
-}
-} // namespace
-
-void *thread_keypad(void *)
-{
-    loadStartBitmap();
-    GUI_Task();
-    if (portCount(*g_mxConfig) > PanelMaxPort) {
-        return nullptr;
-    }
-    Menu menu(sendLeds);
-    while (run) {
-        WM_Exec();
-        lcd_drawn();
-        PassGrid::wait();
-        const int key = readKey();
-        menu.step(key, readInfrared());
-    }
-    return nullptr;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui.h"
+#include "lcdsize.h"
 
 #include <array>
 #include <cstdint>

@@ -1,5 +1,7 @@
 // The display that the graphics library draws on: the frame memory, one colour index per dot.
 
+#include "lcdhooks.h"
+
 #include "framememory.h"
 #include "hooks.h"
 
@@ -31,6 +33,16 @@ int LCD_L0_Init()
 {
     BSP_LCD_Init();
     return 0;
+}
+
+int LCD_L0_GetXSize()
+{
+    return LCD_XSIZE;
+}
+
+int LCD_L0_GetYSize()
+{
+    return LCD_YSIZE;
 }
 
 void LCD_L0_On() {}

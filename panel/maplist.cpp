@@ -1,6 +1,6 @@
 #include "maplist.h"
 
-#include "mxshm.h"
+#include "routing.h"
 
 #include <cstdio>
 
@@ -20,7 +20,7 @@ void MapList::restart()
 void MapList::show(int slot)
 {
     const int ports = portCount(*g_mxConfig);
-    if (ports > PanelMaxPort) {
+    if (!fitsPanel(ports)) {
         return;
     }
     if (m_cycles == m_period) {
@@ -30,7 +30,8 @@ void MapList::show(int slot)
     ++m_cycles;
 
     const bool isSecond = m_secondHalf && ports > MapButtons;
-    const State state(isSecond ? MapButtons : 0, ports, panelMap(slot));
+    State state(isSecond ? MapButtons : 0, ports, PanelMap{});
+    Routing::copyMap(*g_mxConfig, slot, std::get<PanelMap>(state).data(), PanelMaxPort);
     if (m_shown != state) {
         m_shown = state;
         show(state);

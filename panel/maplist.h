@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pages.h"
+#include "panelports.h"
 
 #include <optional>
 #include <tuple>

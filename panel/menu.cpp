@@ -2,27 +2,59 @@
 
 #include "keys.h"
 #include "mxshm.h"
-#include "pages.h"
+#include "panelports.h"
+
+#include <algorithm>
+
+namespace
+{
+constexpr int KeypadWithSetup = 1; ///< the `keypad` setting with which there is a SETUP page
+
+bool isOffered(Page page)
+{
+    return page != SetupPage || g_mxConfig->keypad == KeypadWithSetup;
+}
+} // namespace
 
 Menu::Menu(LedWriter leds)
     : m_leds(std::move(leds))
-    , m_switch(m_leds)
-    , m_scene(m_leds)
 {
-    bringToFront(SwitchPage);
+    bringToFront(m_page->page());
 }
 
 void Menu::step(int key, char infrared)
 {
-    if (m_mode != m_previous) {
+    if (m_page != m_shown) {
         m_leds.allOff();
-        pageOf(m_mode).enter();
+        m_page->enter();
     }
-    pageOf(m_mode).show();
-    m_previous = m_mode;
+    m_page->show();
+    m_shown = m_page;
 
-    const Input input = commandOf(infrared, {key, m_mode});
-    m_mode = input.key >= 1 ? pageOf(input.mode).press(input.key) : input.mode;
+    const Input input = commandOf(infrared, {key, m_page});
+    if (input.key == KeyMenu) {
+        goTo(pageAfter(input.page));
+        return;
+    }
+    goTo(input.page);
+    if (input.key >= 1) {
+        m_page->press(input.key);
+    }
+}
+
+void Menu::goTo(MenuPage *page)
+{
+    if (page != m_page) {
+        m_page = page;
+        bringToFront(page->page());
+    }
+}
+
+/// A page that is not offered ends the round: the pages behind it are out of reach.
+MenuPage *Menu::pageAfter(const MenuPage *page) const
+{
+    const auto next = std::find(m_round.begin(), m_round.end(), page) + 1;
+    return next != m_round.end() && isOffered((*next)->page()) ? *next : m_round.front();
 }
 
 /// Letters of the remote act on the number before them; where they do nothing, the key board's key stands.
@@ -44,10 +76,9 @@ Menu::Input Menu::commandOf(char letter, Input otherwise)
     }
     const int port = static_cast<int>(number);
     if (letter == 'X') {
-        bringToFront(SwitchPage);
-        return {port, Mode::Switch};
+        return {port, &m_switch};
     }
-    return m_mode == Mode::Switch ? Input{KeyOutputs + port, Mode::Switch} : otherwise;
+    return m_page == &m_switch ? Input{KeyOutputs + port, &m_switch} : otherwise;
 }
 
 Menu::Input Menu::sceneCommand(int key, std::int64_t number, Input otherwise)
@@ -55,22 +86,6 @@ Menu::Input Menu::sceneCommand(int key, std::int64_t number, Input otherwise)
     if (number < 1 || number > sceneCount(*g_mxConfig)) {
         return otherwise;
     }
-    bringToFront(ScenePage);
     m_scene.select(static_cast<int>(number));
-    return {key, Mode::Scene};
-}
-
-MenuPage &Menu::pageOf(Mode mode)
-{
-    switch (mode) {
-    case Mode::View:
-        return m_view;
-    case Mode::Scene:
-        return m_scene;
-    case Mode::Setup:
-        return m_setup;
-    case Mode::Switch:
-        break;
-    }
-    return m_switch;
+    return {key, &m_scene};
 }

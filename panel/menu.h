@@ -8,6 +8,8 @@
 #include "switchmenu.h"
 #include "viewmenu.h"
 
+#include <array>
+
 /// The user interface of the front panel, without its thread and its devices: keys and infrared characters
 /// go in, texts and pressed states of the windows, LED bytes and operations of the control object come out.
 /// For the keypad thread, after `GUI_Task`, with the control object there.
@@ -24,18 +26,22 @@ public:
 private:
     struct Input {
         int key;
-        Mode mode; ///< on whose page the key acts
+        MenuPage *page; ///< on which the key acts
     };
     Input commandOf(char letter, Input otherwise);
     Input sceneCommand(int key, std::int64_t number, Input otherwise);
-    MenuPage &pageOf(Mode mode);
+    void goTo(MenuPage *page);
+    MenuPage *pageAfter(const MenuPage *page) const;
 
     KeyLeds m_leds;
-    ViewMenu m_view;
-    SwitchMenu m_switch;
-    SceneMenu m_scene;
+    SwitchMenu m_switch{m_leds};
+    SceneMenu m_scene{m_leds};
     SetupMenu m_setup;
-    Mode m_mode = Mode::Switch;
-    Mode m_previous{}; ///< of the cycle before; none at first
+    ViewMenu m_view;
+    /// The round on which the menu key leads, from the page where it begins.
+    const std::array<MenuPage *, 4> m_round{&m_switch, &m_scene, &m_setup, &m_view};
+
+    MenuPage *m_page = m_round.front(); ///< the current one
+    MenuPage *m_shown = nullptr;        ///< the current one of the cycle before
     InfraredNumber m_number;
 };

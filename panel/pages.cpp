@@ -1,11 +1,11 @@
 #include "pages.h"
 
-#include "displayport.h"
-#include "mxshm.h"
+#include "lcdsize.h"
+#include "panelrun.h"
 #include "startbitmap.h"
 
-#include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 WM_Handle hWin[PageCount];
 
@@ -32,10 +32,11 @@ constexpr Grid SwitchGrid = {8, 5, 16, 1, 16};
 static_assert(MapGrid.columns * MapGrid.rows == MapButtons, "");
 static_assert(SwitchGrid.columns * SwitchGrid.rows == SwitchButtons, "");
 
-/// What the cycles set, so that none has to look for it.
+/// The widgets that change, so that nobody has to look for them by their ids.
 WM_Handle headerTitle;
 WM_Handle headerStatus;
 WM_Handle buttons[PageCount][SwitchButtons];
+WM_Handle setupFields[SetupFields];
 
 constexpr int SetupRowHeight = 8;
 constexpr int SetupGap = 2; ///< between the interfaces
@@ -71,14 +72,14 @@ GUI_Rect area(int x, int y, int width, int height)
     return {x, y, x + width - 1, y + height - 1};
 }
 
-WM_Handle createGridPage(const Grid &grid)
+WM_Handle createGridPage(Page name, const Grid &grid)
 {
     const WM_Handle page = createPage();
     for (int i = 0; i < grid.columns * grid.rows; ++i) {
         const int x = grid.left + i % grid.columns * grid.columnWidth;
         const int y = GridTop + i / grid.columns * GridRowHeight;
-        createButton(page, area(x, y, grid.buttonWidth, GridRowHeight), IdButton + i, Centred,
-                     WIDGET_Effect_None);
+        buttons[name][i] = createButton(page, area(x, y, grid.buttonWidth, GridRowHeight), IdButton + i,
+                                        Centred, WIDGET_Effect_None);
     }
     return page;
 }
@@ -95,6 +96,7 @@ void createSetupRow(WM_Handle page, int row)
     EDIT_SetFont(edit, &GUI_Font6x8);
     EDIT_SetTextAlign(edit, LeftCentred);
     EDIT_SetInsertMode(edit, 0);
+    setupFields[row] = edit;
 }
 
 void setDefaults()
@@ -108,42 +110,18 @@ void setDefaults()
     FRAMEWIN_SetDefaultClientColor(GUI_WHITE);
 }
 
+/// By `Page`.
+constexpr WM_Handle (*Creators[])() = {StartPageCreate, ViewPageCreate,  SwitchPageCreate,
+                                       ScenePageCreate, SetupPageCreate, MenuPageCreate};
+static_assert(std::size(Creators) == PageCount, "");
+
 void createPages()
 {
-    hWin[StartPage] = StartPageCreate();
-    hWin[ViewPage] = ViewPageCreate();
-    hWin[SwitchPage] = SwitchPageCreate();
-    hWin[ScenePage] = ScenePageCreate();
-    hWin[SetupPage] = SetupPageCreate();
-    hWin[MenuHeader] = MenuPageCreate();
-}
-
-void findWidgets()
-{
-    headerTitle = WM_GetDialogItem(hWin[MenuHeader], IdTitle);
-    headerStatus = WM_GetDialogItem(hWin[MenuHeader], IdStatus);
-    for (const Page page : {ViewPage, SwitchPage, ScenePage}) {
-        for (int i = 0; i < SwitchButtons; ++i) {
-            buttons[page][i] = WM_GetDialogItem(hWin[page], IdButton + i);
-        }
+    for (int page = 0; page < PageCount; ++page) {
+        hWin[page] = Creators[page]();
     }
 }
 } // namespace
-
-int panelPorts()
-{
-    return std::min(portCount(*g_mxConfig), PanelMaxPort);
-}
-
-PanelMap panelMap(int slot)
-{
-    PanelMap inputs{};
-    const int ports = panelPorts();
-    for (int output = 0; output < ports; ++output) {
-        inputs[output] = g_mxConfig->sceneMap[slot][output];
-    }
-    return inputs;
-}
 
 int GUI_Task()
 {
@@ -153,7 +131,6 @@ int GUI_Task()
     GUI_Clear();
     setDefaults();
     createPages();
-    findWidgets();
     WM_BringToTop(hWin[StartPage]);
     WM_Exec();
     lcd_drawn();
@@ -180,27 +157,27 @@ WM_Handle MenuPageCreate()
 {
     constexpr int TitleWidth = 48;
     const WM_Handle page = createFrame(0, HeaderHeight, GUI_BLACK);
-    const WM_Handle title =
+    headerTitle =
         createButton(page, area(0, 0, TitleWidth, HeaderHeight), IdTitle, Centred, WIDGET_Effect_Simple);
-    BUTTON_SetPressed(title, 1);
-    createButton(page, area(TitleWidth, 0, LCD_XSIZE - TitleWidth, HeaderHeight), IdStatus, Centred,
-                 WIDGET_Effect_Simple);
+    BUTTON_SetPressed(headerTitle, 1);
+    headerStatus = createButton(page, area(TitleWidth, 0, LCD_XSIZE - TitleWidth, HeaderHeight), IdStatus,
+                                Centred, WIDGET_Effect_Simple);
     return page;
 }
 
 WM_Handle ViewPageCreate()
 {
-    return createGridPage(MapGrid);
+    return createGridPage(ViewPage, MapGrid);
 }
 
 WM_Handle SwitchPageCreate()
 {
-    return createGridPage(SwitchGrid);
+    return createGridPage(SwitchPage, SwitchGrid);
 }
 
 WM_Handle ScenePageCreate()
 {
-    return createGridPage(MapGrid);
+    return createGridPage(ScenePage, MapGrid);
 }
 
 WM_Handle SetupPageCreate()
@@ -229,6 +206,11 @@ void labelButtons(Page page, int count)
         std::snprintf(text, sizeof text, "%02d", i + 1);
         setButtonText(page, i, text);
     }
+}
+
+WM_Handle setupField(int field)
+{
+    return setupFields[field];
 }
 
 void setHeader(const char *title, const char *status)

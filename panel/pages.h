@@ -2,22 +2,7 @@
 
 #include "gui.h"
 
-#include <array>
-#include <cstdint>
-
 /// The LCD's windows, built with the graphics library on the keypad thread.
-
-/// The largest matrix that the front panel works for.
-constexpr int PanelMaxPort = 40;
-
-/// The ports of the record, as many of them as the panel has keys for.
-int panelPorts();
-
-constexpr int LiveMap = 0; ///< its slot
-
-/// The inputs of a map of the record, as many as `panelPorts`; 0 from there on.
-using PanelMap = std::array<std::uint16_t, PanelMaxPort>;
-PanelMap panelMap(int slot);
 
 enum Page { StartPage, ViewPage, SwitchPage, ScenePage, SetupPage, MenuHeader, PageCount };
 
@@ -52,6 +37,9 @@ void setButtonText(Page page, int button, const char *text);
 void setButtonPressed(Page page, int button, bool isPressed);
 /// Numbers the first `count` buttons of a page from "01" on.
 void labelButtons(Page page, int count);
+
+/// An edit field of the SETUP page, from 0 on.
+WM_Handle setupField(int field);
 
 /// Title and status line of the header.
 void setHeader(const char *title, const char *status);

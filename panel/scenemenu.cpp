@@ -10,11 +10,11 @@ namespace
 {
 constexpr int HalfCycles = 300;
 constexpr int LedCycles = 10;
-constexpr int KeypadWithSetup = 1; ///< the `keypad` setting with which there is a SETUP page
 } // namespace
 
 SceneMenu::SceneMenu(KeyLeds &leds)
-    : m_leds(leds)
+    : MenuPage(ScenePage)
+    , m_leds(leds)
     , m_list(ScenePage, HalfCycles, MapList::Rest::Clear)
 {
     labelButtons(ScenePage, sceneCount(*g_mxConfig));
@@ -51,12 +51,10 @@ void SceneMenu::showHeader()
     setHeader("SCENE", status);
 }
 
-Mode SceneMenu::press(int key)
+void SceneMenu::press(int key)
 {
     const int scenes = sceneCount(*g_mxConfig);
     switch (key) {
-    case KeyMenu:
-        return leave();
     case KeyLeft:
         m_scene = m_scene > 1 ? m_scene - 1 : scenes;
         break;
@@ -78,12 +76,4 @@ Mode SceneMenu::press(int key)
             m_list.restart();
         }
     }
-    return Mode::Scene;
-}
-
-Mode SceneMenu::leave() const
-{
-    const bool hasSetup = g_mxConfig->keypad == KeypadWithSetup;
-    bringToFront(hasSetup ? SetupPage : SwitchPage);
-    return hasSetup ? Mode::Setup : Mode::Switch;
 }

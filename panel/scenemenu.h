@@ -15,7 +15,7 @@ public:
     explicit SceneMenu(KeyLeds &leds);
     void enter() override;
     void show() override;
-    Mode press(int key) override;
+    void press(int key) override;
 
     /// Chooses the scene (from 1 on) that is shown and that keys act on; what is said of it stays.
     void select(int scene) { m_scene = scene; }
@@ -23,7 +23,6 @@ public:
 private:
     enum class Status { None, Saved, Loaded };
     void showHeader();
-    Mode leave() const;
 
     KeyLeds &m_leds;
     MapList m_list;

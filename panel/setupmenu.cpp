@@ -2,7 +2,6 @@
 
 #include "addressfields.h"
 #include "keys.h"
-#include "pages.h"
 
 namespace
 {
@@ -22,6 +21,7 @@ void say(const char *status)
 } // namespace
 
 SetupMenu::SetupMenu()
+    : MenuPage(SetupPage)
 {
     loadAddressFields();
 }
@@ -31,7 +31,7 @@ void SetupMenu::show()
     say("");
 }
 
-Mode SetupMenu::press(int key)
+void SetupMenu::press(int key)
 {
     switch (key) {
     case KeyLeft:
@@ -50,9 +50,6 @@ Mode SetupMenu::press(int key)
         say("ip loaded");
         m_position = -1;
         break;
-    case KeyMenu:
-        bringToFront(ViewPage);
-        break;
     case KeyEdit:
         m_position = isEditing() ? -1 : 0;
         break;
@@ -62,7 +59,6 @@ Mode SetupMenu::press(int key)
         }
     }
     placeCursor();
-    return key == KeyMenu ? Mode::View : Mode::Setup;
 }
 
 /// Keys 1 to 9 and ten are digits; any other one leaves the digit as it is.
@@ -106,7 +102,7 @@ void SetupMenu::placeCursor() const
         WM_SetFocus(hWin[StartPage]);
         return;
     }
-    const WM_Handle field = WM_GetDialogItem(hWin[SetupPage], IdEdit + m_position / PositionsPerField);
+    const WM_Handle field = setupField(m_position / PositionsPerField);
     EDIT_SetCursorAtChar(field, m_position % PositionsPerField);
     WM_SetFocus(field);
 }

@@ -10,7 +10,7 @@ public:
     SetupMenu();
     void enter() override {}
     void show() override;
-    Mode press(int key) override;
+    void press(int key) override;
 
 private:
     bool isEditing() const { return m_position >= 0; }

@@ -1,6 +1,7 @@
 #include "startbitmap.h"
 
 #include "filedescriptor.h"
+#include "lcdsize.h"
 #include "mxsite.h"
 
 #include <algorithm>

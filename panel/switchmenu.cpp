@@ -1,9 +1,8 @@
 #include "switchmenu.h"
 
 #include "keys.h"
-#include "mxshm.h"
-#include "pages.h"
 #include "qmxcomm.h"
+#include "routing.h"
 
 #include <cstdio>
 
@@ -13,7 +12,8 @@ constexpr int LedCycles = 5;
 } // namespace
 
 SwitchMenu::SwitchMenu(KeyLeds &leds)
-    : m_leds(leds)
+    : MenuPage(SwitchPage)
+    , m_leds(leds)
 {
     labelButtons(SwitchPage, panelPorts());
 }
@@ -31,7 +31,9 @@ void SwitchMenu::show()
     if (m_leds.isDue(LedCycles)) {
         sendLeds(ports);
     }
-    const State state(ports, m_input, panelMap(LiveMap));
+    State state(ports, m_input, PanelMap{});
+    PanelMap &map = std::get<PanelMap>(state);
+    Routing::copyMap(*g_mxConfig, LiveMap, map.data(), PanelMaxPort);
     if (m_shown == state) {
         return;
     }
@@ -40,17 +42,13 @@ void SwitchMenu::show()
     std::snprintf(status, sizeof status, "%02d>", m_input + 1);
     setHeader("SWITCH", status);
     for (int output = 0; output < ports; ++output) {
-        setButtonPressed(SwitchPage, output, std::get<PanelMap>(state)[output] == m_input);
+        setButtonPressed(SwitchPage, output, map[output] == m_input);
     }
 }
 
-Mode SwitchMenu::press(int key)
+void SwitchMenu::press(int key)
 {
     const int ports = panelPorts();
-    if (key == KeyMenu) {
-        bringToFront(ScenePage);
-        return Mode::Scene;
-    }
     if (key == KeyLeft) {
         g_mxComm->MxCmdOneToAll(static_cast<quint16>(m_input));
     } else if (key == KeyRight) {
@@ -60,7 +58,6 @@ Mode SwitchMenu::press(int key)
     } else if (key > KeyOutputs && key <= KeyOutputs + ports) {
         toggle(key - KeyOutputs - 1);
     }
-    return Mode::Switch;
 }
 
 bool SwitchMenu::isRouted(int output) const

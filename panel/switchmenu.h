@@ -2,7 +2,7 @@
 
 #include "keyleds.h"
 #include "menupage.h"
-#include "pages.h"
+#include "panelports.h"
 
 #include <optional>
 #include <tuple>
@@ -15,7 +15,7 @@ public:
     explicit SwitchMenu(KeyLeds &leds);
     void enter() override;
     void show() override;
-    Mode press(int key) override;
+    void press(int key) override;
 
 private:
     bool isRouted(int output) const;

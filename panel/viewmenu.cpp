@@ -1,6 +1,5 @@
 #include "viewmenu.h"
 
-#include "keys.h"
 #include "mxshm.h"
 
 #include <cstdio>
@@ -11,7 +10,8 @@ constexpr int HalfCycles = 500;
 } // namespace
 
 ViewMenu::ViewMenu()
-    : m_list(ViewPage, HalfCycles, MapList::Rest::Keep)
+    : MenuPage(ViewPage)
+    , m_list(ViewPage, HalfCycles, MapList::Rest::Keep)
 {
 }
 
@@ -31,13 +31,4 @@ void ViewMenu::show()
         setHeader("VIEW", size);
     }
     m_list.show(LiveMap);
-}
-
-Mode ViewMenu::press(int key)
-{
-    if (key != KeyMenu) {
-        return Mode::View;
-    }
-    bringToFront(SwitchPage);
-    return Mode::Switch;
 }

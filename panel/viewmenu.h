@@ -10,7 +10,7 @@ public:
     ViewMenu();
     void enter() override;
     void show() override;
-    Mode press(int key) override;
+    void press(int) override {}
 
 private:
     MapList m_list;

@@ -19,7 +19,7 @@ bool isTouch(QEvent::Type type)
 }
 
 /// Drops the touches that have waited, each from its press to its release, and goes away when there are no
-/// more. Touch panels are no exception: no page takes touch events, so that Qt makes a mouse's of them.
+/// more. Touch panels are no exception: no page takes touch events, so Qt turns them into those of a mouse.
 class WaitingTouches : public QObject
 {
 public:

@@ -112,7 +112,7 @@ void QMxKeyboard::showModal(QPushButton *target, int maxLength, int mode)
 {
     m_target = target;
     m_mode = mode;
-    // A mask that goes takes the length's limit with it.
+    // Removing a mask also removes the limit of the length.
     m_editor->setInputMask(QString());
     m_editor->setMaxLength(maxLength);
     m_editor->setEchoMode(mode == Password ? QLineEdit::Password : QLineEdit::Normal);

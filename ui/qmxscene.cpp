@@ -28,7 +28,7 @@ QMxWidget *makeView()
 void showSlot(QMxWidget *view, int slot)
 {
     quint16 map[MxMaxPort] = {};
-    Routing::copyMap(*g_mxConfig, slot, map);
+    Routing::copyMap(*g_mxConfig, slot, map, MxMaxPort);
     view->setMap(map);
 }
 } // namespace

@@ -165,7 +165,7 @@ void QMxSwitch::timerEvent(QTimerEvent *)
         return;
     }
     Shown now = {portCount(*g_mxConfig), m_inputs->checkedId(), {}};
-    Routing::copyMap(*g_mxConfig, 0, now.map);
+    Routing::copyMap(*g_mxConfig, 0, now.map, MxMaxPort);
     if (std::memcmp(&now, &m_shown, sizeof now) != 0) {
         showRouting(now);
     }

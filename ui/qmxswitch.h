@@ -19,7 +19,7 @@ class QMxSwitch : public QWidget
 public:
     explicit QMxSwitch(QWidget *parent = nullptr);
 
-    /// As a touch on this input's button (0-based); nothing for an input that has none.
+    /// Does what a touch on this input's button (0-based) does; nothing for an input without one.
     void selectInput(int input);
 
 public slots:

@@ -14,7 +14,7 @@ class QMxWidget : public QWidget
 public:
     explicit QMxWidget(QWidget *parent = nullptr);
 
-    /// Shows this map, one 0-based input per output, `port` entries; any input that the matrix has not
+    /// Shows this map, one 0-based input per output, `port` entries; any input that the matrix does not have
     /// stands for none. \return whether the map differs from the one shown so far, which it then repaints
     bool setMap(const unsigned short *map);
 

@@ -66,7 +66,7 @@ private slots:
         QVERIFY(QRegularExpression(QStringLiteral("t0 \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\n"))
                     .match(QString::fromLatin1(product.output()))
                     .hasMatch());
-        QCOMPARE(unit.hardware().backlight(), 3);
+        QCOMPARE(unit.hardware().files().backlight(), 3);
         QCOMPARE(unit.talk(Wire::Control0, "3x1&4."), QByteArray("OK."));
         QVERIFY(unit.boardShows({3, 1, 1, 3}));
         QCOMPARE(unit.talk(Wire::Control1, "2x1\r"), QByteArray("OK."));

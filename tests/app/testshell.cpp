@@ -54,19 +54,19 @@ private slots:
             QTest::mouseClick(&button, Qt::LeftButton);
             QCOMPARE(clicks.count(), 1);
             idle(lastSecond);
-            QCOMPARE(unit.hardware().backlight(), 4);
+            QCOMPARE(unit.hardware().files().backlight(), 4);
             deliver(pad, {QEvent::MouseButtonDblClick, QEvent::MouseMove}); // only the second counts
             idle(lastSecond);
-            QCOMPARE(unit.hardware().backlight(), 4);
+            QCOMPARE(unit.hardware().files().backlight(), 4);
             idle(1);
-            QCOMPARE(unit.hardware().backlight(), asleep);
+            QCOMPARE(unit.hardware().files().backlight(), asleep);
             idle(10);
             deliver(pad, {QEvent::MouseButtonDblClick});
-            QCOMPARE(unit.hardware().backlight(), asleep);
+            QCOMPARE(unit.hardware().files().backlight(), asleep);
             deliver(pad, {QEvent::MouseButtonRelease});
             idle(seconds);
             QTest::mousePress(&button, Qt::LeftButton);
-            QCOMPARE(unit.hardware().backlight(), 4);
+            QCOMPARE(unit.hardware().files().backlight(), 4);
             QTest::mouseRelease(&button, Qt::LeftButton);
             QCOMPARE(clicks.count(), clicksAwake);
             QTest::mouseClick(&button, Qt::LeftButton);
@@ -84,7 +84,7 @@ private slots:
         button.show();
         for (const bool elsewhere : {false, true}) {
             idle(60);
-            QCOMPARE(unit.hardware().backlight(), 0);
+            QCOMPARE(unit.hardware().files().backlight(), 0);
             deliver(button, {QEvent::MouseMove}, elsewhere ? QPoint(10, 10) : QPoint(20, 20));
             deliver(button, {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}, {20, 20});
             QCOMPARE(clicks.count(), elsewhere ? 1 : 0);
@@ -125,15 +125,15 @@ private slots:
         idle(60);
         unit.shm().backlight = 6;
         QVERIFY(unit.run("beepon") == 0 && unit.shm().beep == 1);
-        QCOMPARE(unit.hardware().backlight(), 0);
+        QCOMPARE(unit.hardware().files().backlight(), 0);
         deliver(*shell.window, {QEvent::MouseButtonPress});
-        QCOMPARE(unit.hardware().backlight(), 7);
+        QCOMPARE(unit.hardware().files().backlight(), 7);
         QTest::mouseClick(menu(*shell.window, 2), Qt::LeftButton);
         QCOMPARE(shownPage(*shell.window), 2);
         unit.shm().backlight = 4;
         QVERIFY(unit.run("beepoff") == 0 && unit.shm().beep == 0);
         QVERIFY(unit.fileContent("/home/app/config/setup.ini").contains("beep=0"));
-        QCOMPARE(unit.hardware().backlight(), 5);
+        QCOMPARE(unit.hardware().files().backlight(), 5);
     }
 
     void theSettingMayChangeMeanwhile()
@@ -145,16 +145,16 @@ private slots:
         idle(1);
         unit.shm().sleep = 0;
         idle(59);
-        QCOMPARE(unit.hardware().backlight(), 1);
+        QCOMPARE(unit.hardware().files().backlight(), 1);
         QWidget pad;
         deliver(pad, {QEvent::MouseMove});
         unit.shm().sleep = 7;
         idle(100);
         unit.shm().sleep = 0;
         idle(1);
-        QCOMPARE(unit.hardware().backlight(), 0);
+        QCOMPARE(unit.hardware().files().backlight(), 0);
         deliver(pad, {QEvent::MouseMove});
-        QCOMPARE(unit.hardware().backlight(), 1);
+        QCOMPARE(unit.hardware().files().backlight(), 1);
     }
 
     void aMenuOpensWhenTheFingerLeavesIt()

@@ -73,7 +73,7 @@ private slots:
         for (const auto &[millidegrees, reply] : {std::pair(std::string("45123\n"), "temp=45."),
                                                   {"", "temp=."},
                                                   {std::string(1000, '3'), "temp=33."}}) {
-            unit.hardware().setTemperature(millidegrees);
+            QVERIFY(unit.hardware().files().setTemperature(millidegrees).isDone());
             QCOMPARE(unit.talk(Wire::Control1, "temp."), QByteArray(reply));
         }
     }
@@ -94,8 +94,8 @@ private slots:
     /// The unit lives on with each device missing in turn, and a folder in its place does no more harm.
     void missingDevices()
     {
-        for (int i = 0; i < 2 * int(sim::allWires.size()); ++i) {
-            const Wire wire = sim::allWires[size_t(i / 2)];
+        for (int i = 0; i < 2 * int(sim::Wires.size()); ++i) {
+            const Wire wire = sim::Wires[size_t(i / 2)].wire;
             TestUnit unit(4);
             const std::string node = unit.hardware().path(wire);
             unit.hardware().unplug(wire);
@@ -105,7 +105,7 @@ private slots:
             unit.start();
             unit.comm().MxCmdOneToOne(2, 1);
             unit.comm().MxSetBacklight(3);
-            QCOMPARE(unit.hardware().backlight(), 3);
+            QCOMPARE(unit.hardware().files().backlight(), 3);
             for (const Wire other : {Wire::Control0, Wire::Control1}) {
                 if (other != wire) {
                     QVERIFY2(unit.talk(other, "4x4.") == "OK.", node.c_str());
@@ -122,12 +122,15 @@ private slots:
 
     void faultsAtTheFarEndStopNothing()
     {
-        for (const sim::Fault fault : sim::allFaults) {
+        for (const auto &[wire, fault] : {std::pair(Wire::Matrix, sim::Fault::GarbageFirst),
+                                          {Wire::Matrix, sim::Fault::Noise},
+                                          {Wire::Matrix, sim::Fault::Stuck},
+                                          {Wire::Control0, sim::Fault::CutInTwo}}) {
             TestUnit unit(4);
-            unit.hardware().inject(fault);
+            unit.hardware().inject(wire, fault);
             unit.start();
             QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
-            QVERIFY(fault == sim::Fault::MatrixStuck || unit.boardShows({3, 1, 1, 3}));
+            QVERIFY(fault == sim::Fault::Stuck || unit.boardShows({3, 1, 1, 3}));
             QCOMPARE(unit.faults(), QByteArray());
         }
     }
@@ -135,7 +138,7 @@ private slots:
     void aStuckBoardStopsNothing()
     {
         TestUnit unit(160);
-        unit.hardware().inject(sim::Fault::MatrixStuck);
+        unit.hardware().inject(Wire::Matrix, sim::Fault::Stuck);
         unit.start();
         for (int i = 0; i < 30; ++i) {
             unit.hardware().send(Wire::Control0, "\xEB\x90\x0F\xFF" + std::string(4091, '\0'));
@@ -149,11 +152,11 @@ private slots:
     {
         TestUnit unit(4, {{"system/backlight", "4"}});
         unit.start(false);
-        QCOMPARE(unit.hardware().backlight(), 5);
+        QCOMPARE(unit.hardware().files().backlight(), 5);
         const int brightnessOf[][2] = {{0, 0}, {1, 1}, {7, 7}, {8, 7}, {0, 0}, {-3, 7}};
         for (const auto &[level, brightness] : brightnessOf) {
             unit.comm().MxSetBacklight(level);
-            QCOMPARE(unit.hardware().backlight(), brightness);
+            QCOMPARE(unit.hardware().files().backlight(), brightness);
             const int power = brightness > 0 ? 1 : 0;
             QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().gpio().level(0) == power; }, 5000));
         }

@@ -51,7 +51,7 @@ int TestDisplay::mostPaints() const
 
 void TestDisplay::put(int x, int y, int index)
 {
-    if (!isWithin({0, 0, LCD_XSIZE - 1, LCD_YSIZE - 1}, x, y)) {
+    if (!isWithin({0, 0, width - 1, height - 1}, x, y)) {
         ++outside;
         return;
     }
@@ -62,9 +62,11 @@ void TestDisplay::put(int x, int y, int index)
     ++paints[y][x];
 }
 
-void start()
+void start(int width, int height)
 {
     display = TestDisplay();
+    display.width = width;
+    display.height = height;
     QCOMPARE(GUI_Init(), 0);
     display.forget();
 }
@@ -77,7 +79,7 @@ void paintAnew()
 
 Dots repainted()
 {
-    WM_DeleteWindow(WM_CreateWindow(0, 0, LCD_XSIZE, LCD_YSIZE, 0, WM_VISIBLE, nullptr));
+    WM_DeleteWindow(WM_CreateWindow(0, 0, display.width, display.height, 0, WM_VISIBLE, nullptr));
     WM_Exec();
     return display.dots;
 }
@@ -86,8 +88,8 @@ QByteArray difference(const Dots &actual, const Dots &expected)
 {
     QByteArray screen;
     QByteArray first;
-    for (int y = 0; y < LCD_YSIZE; ++y) {
-        for (int x = 0; x < LCD_XSIZE; ++x) {
+    for (int y = 0; y < display.height; ++y) {
+        for (int x = 0; x < display.width; ++x) {
             if (first.isEmpty() && actual[y][x] != expected[y][x]) {
                 first = QByteArray("dot ") + QByteArray::number(x) + ',' + QByteArray::number(y) + " is " +
                         QByteArray::number(actual[y][x]) + ", expected " + QByteArray::number(expected[y][x]);
@@ -135,6 +137,16 @@ bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_F
 int LCD_L0_Init()
 {
     return display.initError;
+}
+
+int LCD_L0_GetXSize()
+{
+    return display.width;
+}
+
+int LCD_L0_GetYSize()
+{
+    return display.height;
 }
 
 void LCD_L0_On() {}

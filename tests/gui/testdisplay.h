@@ -7,8 +7,8 @@
 #include <array>
 #include <climits>
 
-/// What the display shows; 0 is a black dot.
-using Dots = std::array<std::array<unsigned char, LCD_XSIZE>, LCD_YSIZE>;
+/// What the display shows, in its upper left corner if it is smaller; 0 is a black dot.
+using Dots = std::array<std::array<unsigned char, 200>, 64>;
 
 /// The display that the tests' port drives. Dots that are drawn outside of it are counted instead.
 struct TestDisplay {
@@ -16,6 +16,8 @@ struct TestDisplay {
     Dots paints{}; ///< how often each dot was drawn since `forget`
     GUI_Rect damage{0, 0, -1, -1};
     int outside = 0;
+    int width = 128;
+    int height = 64;
     int initError = 0;
     std::uint32_t now = 0;
 
@@ -29,7 +31,7 @@ struct TestDisplay {
 extern TestDisplay display;
 
 /// Starts the library on a white display.
-void start();
+void start(int width = 128, int height = 64);
 /// Paints, and forgets what was damaged before.
 void paintAnew();
 /// Dots as they are when all that is visible is painted anew.
@@ -42,9 +44,9 @@ QByteArray difference(const Dots &actual, const Dots &expected);
 template <class Rule>
 Dots dotsWhere(Rule lit)
 {
-    Dots dots;
-    for (int y = 0; y < LCD_YSIZE; ++y) {
-        for (int x = 0; x < LCD_XSIZE; ++x) {
+    Dots dots{};
+    for (int y = 0; y < display.height; ++y) {
+        for (int x = 0; x < display.width; ++x) {
             dots[y][x] = lit(x, y) ? 0 : 1;
         }
     }

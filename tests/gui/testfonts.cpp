@@ -2,6 +2,10 @@
 #include "testdisplay.h"
 #include "testregistry.h"
 
+#include <QMap>
+#include <QTest>
+#include <algorithm>
+
 namespace
 {
 constexpr GUI_FontBand<3> Bands[] = {{'~',
@@ -9,9 +13,30 @@ constexpr GUI_FontBand<3> Bands[] = {{'~',
                                        ".#....#...#. ...", //
                                        "###..#...#.. .#."}}};
 const GUI_Font Drawn = GUI_FontPictures<Bands>::Font;
+
+/// Of a character from the top, leftmost dot in bit 15.
+QVector<int> rowsOf(const GUI_Font &font, QChar character)
+{
+    const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(character.unicode()));
+    QVector<int> rows;
+    for (const unsigned char *row = glyph.rows; rows.size() < font.height; row += font.rowBytes()) {
+        rows.append(row[0] << 8 | (font.rowBytes() > 1 ? row[1] : 0));
+    }
+    return rows;
+}
+
+/// As `rowsOf`, in the large font, moved to the left edge: an accent that is wider than its letter moves it.
+QVector<int> body(QChar character, int top, int bottom)
+{
+    QVector<int> rows = rowsOf(GUI_Font16, character).mid(top, bottom - top + 1);
+    while (std::all_of(rows.begin(), rows.end(), [](int row) { return row < 0x8000; })) {
+        std::transform(rows.begin(), rows.end(), rows.begin(), [](int row) { return row << 1; });
+    }
+    return rows;
+}
 } // namespace
 
-/// What fonts are made of.
+/// What fonts are made of, and what the library's own look like.
 class TestFonts : public QObject
 {
     Q_OBJECT
@@ -35,6 +60,7 @@ private slots:
         QTest::addColumn<bool>("isFine");
         QTest::newRow("fine") << int('}') << QByteArray(".. #..") << true;
         QTest::newRow("line too short") << int('}') << QByteArray(".. #.") << false;
+        QTest::newRow("line too long") << int('}') << QByteArray(".. #...") << false;
         QTest::newRow("cells unlike") << int('}') << QByteArray("... #.") << false;
         QTest::newRow("no spacing") << int('}') << QByteArray(".# #..") << false;
         QTest::newRow("no dot") << int('}') << QByteArray(".. o..") << false;
@@ -52,14 +78,78 @@ private slots:
         QTEST(FontPictures::areWellDrawn(bands) && cells.ascend && cells.haveSubstitute, "isFine");
     }
 
-    void allOfLatin1HasPictures()
+    void everyCharacterHasItsOwnPicture_data()
     {
-        for (const GUI_Font *const font : {&GUI_Font6x8}) {
-            for (int character = 0; character < 256; ++character) {
-                const bool isPrinted = (character >= 0x20 && character < 0x7F) || character >= 0xA0;
-                const GUI_Glyph &glyph = font->glyphs[character];
-                QCOMPARE(glyph.rows != font->glyphs[GUI_FONT_SUBSTITUTE].rows, isPrinted);
-                QVERIFY(glyph.width >= 1 && glyph.width <= font->width);
+        QTest::addColumn<bool>("isLarge");
+        QTest::newRow("6 x 8") << false;
+        QTest::newRow("16") << true;
+    }
+
+    /// But the two spaces, the two hyphens, and what cannot be printed.
+    void everyCharacterHasItsOwnPicture()
+    {
+        QFETCH(bool, isLarge);
+        const GUI_Font &font = isLarge ? GUI_Font16 : GUI_Font6x8;
+        QMap<QVector<int>, QString> charactersByPicture;
+        QString controls;
+        for (ushort code = 0; code <= 0xFF; ++code) {
+            charactersByPicture[rowsOf(font, code)] += QChar(code);
+            controls += (code & 0x7F) < 0x20 || code == 0x7F ? QString(QChar(code)) : QString();
+        }
+        QCOMPARE(charactersByPicture.value(QVector<int>(font.height)), QString::fromLatin1(" \xA0"));
+        QStringList shared;
+        std::copy_if(charactersByPicture.begin(), charactersByPicture.end(), std::back_inserter(shared),
+                     [](const QString &characters) { return characters.size() > 1; });
+        shared.sort();
+        QCOMPARE(shared, (QStringList{controls, QString::fromLatin1(" \xA0"), QString::fromLatin1("-\xAD")}));
+    }
+
+    void lettersOfAKindHaveTheSameHeight_data()
+    {
+        QTest::addColumn<QString>("characters");
+        QTest::addColumn<int>("top");
+        QTest::addColumn<int>("bottom");
+        QTest::newRow("capitals, digits") << "ABCDEFGHIJKLMNOPRSTUVWXYZÆÐØÞ0123456789" << 2 << 12;
+        QTest::newRow("bodies") << "acemnorsuvwxzæø" << 5 << 12;
+        QTest::newRow("ascenders") << "bdfhklðß" << 2 << 12;
+        QTest::newRow("descenders") << "gpqy" << 5 << 15;
+        QTest::newRow("capitals with accents") << "ÀÁÂÃÄÅÈÉÊËÌÍÎÏÑÒÓÔÕÖÙÚÛÜÝ" << 0 << 12;
+        QTest::newRow("cedilla") << "Ç" << 2 << 15;
+    }
+
+    void lettersOfAKindHaveTheSameHeight()
+    {
+        QFETCH(QString, characters);
+        QFETCH(int, top);
+        QFETCH(int, bottom);
+        for (const QChar character : characters) {
+            const QVector<int> rows = rowsOf(GUI_Font16, character);
+            const auto isLit = [](int row) { return row != 0; };
+            const auto first = std::find_if(rows.begin(), rows.end(), isLit);
+            const auto last = std::find_if(rows.rbegin(), rows.rend(), isLit);
+            QVERIFY2(first - rows.begin() == top && rows.rend() - last - 1 == bottom,
+                     qPrintable(QString(character)));
+        }
+    }
+
+    void digitsHaveOneWidth()
+    {
+        for (unsigned char digit = '1'; digit <= '9'; ++digit) {
+            QCOMPARE(GUI_Font16.glyph(digit).width, GUI_Font16.glyph('0').width);
+        }
+    }
+
+    /// A capital loses one of its straight rows to the accent.
+    void accentsLeaveTheLetter()
+    {
+        for (ushort code = 0xC0; code <= 0xFF; ++code) {
+            const QString parts = QString(QChar(code)).normalized(QString::NormalizationForm_D);
+            const QChar base = parts.at(0);
+            if (parts.size() > 1 && parts.at(1) != QChar(0x327) && base.isUpper()) {
+                QCOMPARE(body(code, 3, 9), body(base, 2, 8));
+                QCOMPARE(body(code, 10, 12), body(base, 10, 12));
+            } else {
+                QCOMPARE(body(code, 5, 12), body(base, 5, 12));
             }
         }
     }

@@ -1,3 +1,4 @@
+#include "meter.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -28,6 +29,8 @@ WM_Handle box(char kind)
     } else if (kind == 'T' || kind == 'N') {
         widget =
             TEXT_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, kind == 'T' ? "Text" : nullptr);
+    } else if (kind == 'M') {
+        widget = METER_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, 50);
     } else if (kind == 'F') {
         widget = FRAMEWIN_Create("Text", nullptr, WM_VISIBLE, Box.x0, Box.y0, Width, Height);
     } else {
@@ -81,9 +84,12 @@ const Setter Visible[] = {
     SETTER('F', FRAMEWIN_SetBorderSize(w, 99)),
     SETTER('F', FRAMEWIN_SetClientColor(w, GUI_BLACK)),
     SETTER('F', FRAMEWIN_SetFont(w, &WideFont)),
+    SETTER('M', METER_SetValue(w, 10)),
+    SETTER('M', WM_SetFocus(w)),
 };
 
 const Setter Invisible[] = {
+    SETTER('M', METER_SetValue(w, -1)),
     SETTER('T', TEXT_SetTextColor(w, 0x101010)),
     SETTER('T', TEXT_SetFont(w, &TooWideFont)),
     SETTER('T', TEXT_SetTextAlign(w, GUI_ALIGN_LEFT | GUI_ALIGN_VCENTER | 64)),
@@ -102,6 +108,9 @@ const Setter Invisible[] = {
     SETTER('F', WIDGET_SetEffect(w, &WIDGET_Effect_Simple)),
     SETTER('F', FRAMEWIN_SetDefaultClientColor(GUI_BLACK)),
     SETTER('B', WIDGET_SetDefaultEffect_None()),
+    SETTER('B', WM_DisableWindow(w)),
+    SETTER('B', WM_SetFocus(w); WM_DisableWindow(w); WM_EnableWindow(w)),
+    SETTER('B', WM_SetId(w, 2); WM_SetUserData(w, &w)),
     SETTER('B', BUTTON_SetDefaultBkColor(BUTTON_RELEASED, GUI_BLACK)),
 };
 
@@ -204,13 +213,14 @@ private slots:
                      {"~}", WideFont, 20, 14, {1, 0, 14, 7}}};
         for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
             const auto &[string, font, width, height, dots] = kinds[i % 3];
-            const int left = std::array{-3, -1, 20, LCD_XSIZE - width + 1, LCD_XSIZE - width + 3}[i / 3 % 5];
+            const int left =
+                std::array{-3, -1, 20, LCD_GetXSize() - width + 1, LCD_GetXSize() - width + 3}[i / 3 % 5];
             const int top =
-                std::array{-3, -1, 20, LCD_YSIZE - height + 1, LCD_YSIZE - height + 3}[i / 15 % 5];
+                std::array{-3, -1, 20, LCD_GetYSize() - height + 1, LCD_GetYSize() - height + 3}[i / 15 % 5];
             const int x0 = left + (width - widthOf(string, font)) * (i / 75 % 3) / 2;
             const int y0 = top + (height - font.height) * (i / 225) / 2;
-            const int dx = std::clamp(0, -x0 - dots.x0, LCD_XSIZE - 1 - x0 - dots.x1);
-            const int dy = std::clamp(0, -y0 - dots.y0, LCD_YSIZE - 1 - y0 - dots.y1);
+            const int dx = std::clamp(0, -x0 - dots.x0, LCD_GetXSize() - 1 - x0 - dots.x1);
+            const int dy = std::clamp(0, -y0 - dots.y0, LCD_GetYSize() - 1 - y0 - dots.y1);
             start();
             const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
             TEXT_SetFont(text, &font);
@@ -351,7 +361,7 @@ private slots:
         QFETCH(int, left);
         const GUI_Font &font = isWide ? WideFont : GUI_Font6x8;
         const GUI_Rect box = {left, 8, left + 49, 19};
-        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_XSIZE - 1), 18};
+        const GUI_Rect field = {left + 1, 9, std::min(left + 48, LCD_GetXSize() - 1), 18};
         const WM_Handle edit = EDIT_CreateEx(left, box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
         EDIT_SetFont(edit, &font);
         EDIT_SetTextAlign(edit, align);
@@ -418,14 +428,14 @@ private slots:
     void anyChangeShowsAsPaintedAnew()
     {
         std::mt19937 generator(7);
-        const char kinds[] = {'B', 'E', 'T', 'F'};
+        const char kinds[] = {'B', 'E', 'T', 'F', 'M'};
         WM_Handle widgets[std::size(kinds)];
         std::transform(std::begin(kinds), std::end(kinds), widgets, box);
         const char *const texts[] = {"", "a", "Text", "Next", "a wide text"};
         const GUI_Font *const fonts[] = {&GUI_Font6x8, &WideFont};
         const WIDGET_Effect effects[] = {WIDGET_Effect_None, WIDGET_Effect_Simple, {3}, {-Far}, {Far}};
         for (int round = 0; round < 4000; ++round) {
-            const WM_Handle w = widgets[generator() % 4];
+            const WM_Handle w = widgets[generator() % 5];
             const unsigned value = generator();
             const GUI_Color color = value % 2 == 0 ? GUI_WHITE : GUI_BLACK;
             const auto state = static_cast<BUTTON_State>(value / 2 % 2);
@@ -441,8 +451,10 @@ private slots:
                 [&] { BUTTON_SetPressed(w, int(value % 2)), FRAMEWIN_SetTitleVis(w, int(value % 2)); },
                 [&] { WIDGET_SetEffect(w, &effects[value % 5]), FRAMEWIN_SetBorderSize(w, int(value % 9)); },
                 [&] { EDIT_SetInsertMode(w, int(value % 2)), EDIT_SetCursorAtChar(w, int(value % 6)); },
-                [&] { EDIT_AddKey(w, "x\b\x7F"[value % 3]), WM_SetFocus(widgets[value % 4]); },
+                [&] { EDIT_AddKey(w, "x\b\x7F"[value % 3]), WM_SetFocus(widgets[value % 5]); },
                 [&] { WM_SetSize(w, int(value % 70), int(value / 70 % 40)); },
+                [&] { METER_SetValue(w, int(value % 60)); },
+                [&] { (value % 3 == 0 ? WM_DisableWindow : WM_EnableWindow)(w); },
                 [&] { WM_BringToTop(w), WM_MoveTo(w, int(value % 70), int(value / 70 % 40)); },
             };
             changes[generator() % std::size(changes)]();

@@ -152,9 +152,9 @@ class TestWindowTree : public QObject
 private slots:
     void anyChangesShowAsPaintedNaively()
     {
-        start();
+        start(150, 50);
         generator.seed(20240229);
-        Node root{0, 0, 0, LCD_XSIZE, LCD_YSIZE, 0, true, {}};
+        Node root{0, 0, 0, LCD_GetXSize(), LCD_GetYSize(), 0, true, {}};
         for (int round = 0; round < 2000; ++round) {
             for (int changes = pick(1, 3); changes > 0; --changes) {
                 change(root);

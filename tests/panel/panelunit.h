@@ -1,9 +1,9 @@
 #pragma once
 
-#include "displayport.h"
 #include "framememory.h"
 #include "menu.h"
 #include "pages.h"
+#include "panelrun.h"
 #include "testunit.h"
 
 /// The menu on a unit, stepped by hand: no thread, no LCD, no key board.
@@ -73,10 +73,13 @@ public:
         return all.join(',');
     }
 
-    QByteArray field(int index) const
+    /// An edit field of the SETUP page, from 0 on, and its text.
+    static WM_Handle edit(int index) { return WM_GetDialogItem(hWin[SetupPage], IdEdit + index); }
+
+    static QByteArray field(int index)
     {
         char buffer[64] = "";
-        EDIT_GetText(WM_GetDialogItem(hWin[SetupPage], IdEdit + index), buffer, sizeof buffer);
+        EDIT_GetText(edit(index), buffer, sizeof buffer);
         return buffer;
     }
 

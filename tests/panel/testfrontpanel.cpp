@@ -1,4 +1,4 @@
-#include "lcdtext.h"
+#include "lcdreader.h"
 #include "product.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QTest>
 #include <csignal>
+
+Q_DECLARE_METATYPE(sim::Wire)
 
 constexpr int DeadlineMs = 10000;
 const TestUnit::Settings WithPanel = {{"system/keypad", "1"}};
@@ -86,20 +88,24 @@ private slots:
         QVERIFY(shows("SWITCH", "01>"));
     }
 
-    void missingDevicesAreNamed()
+    void aMissingDeviceIsNamed_data()
     {
-        const std::pair<sim::Wire, const char *> devices[] = {{sim::Wire::Infrared, "/dev/ttymxc0"},
-                                                              {sim::Wire::Keys, "/dev/ttymxc1"},
-                                                              {sim::Wire::Spi, "/dev/spidev2.0"}};
+        QTest::addColumn<sim::Wire>("wire");
+        QTest::newRow("/dev/ttymxc0") << sim::Wire::Infrared;
+        QTest::newRow("/dev/ttymxc1") << sim::Wire::Keys;
+        QTest::newRow("/dev/spidev2.0") << sim::Wire::Spi;
+    }
+
+    void aMissingDeviceIsNamed()
+    {
+        QFETCH(const sim::Wire, wire);
         TestUnit unit(8, WithPanel);
-        for (const auto &[wire, name] : devices) {
-            unit.hardware().unplug(wire);
-            Product product;
-            QVERIFY(product.await((QByteArray("can't open file ") + name + "\n").constData()));
-            // It serves its other wires.
-            QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
-            QCOMPARE(product.end(SIGTERM), 0);
-        }
+        unit.hardware().unplug(wire);
+        Product product;
+        QVERIFY(product.await((QByteArray("can't open file ") + QTest::currentDataTag() + "\n").constData()));
+        // It serves its other wires.
+        QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
+        QCOMPARE(product.end(SIGTERM), 0);
     }
 
 private:

@@ -85,9 +85,9 @@ private slots:
             bench.feed(all.mid(at, 7));
         }
         bench.feed((lines(0, 8) + lines(10, 10) + lines(10, 31)).repeated(3));
-        QCOMPARE(bench.lcd.frameCount(), uint64_t(1));
+        QCOMPARE(bench.lcd.frameCount(), quint64(1));
         bench.feed(lines(0, 0) + lines(0, 31) + lines(0, 31));
-        QCOMPARE(bench.lcd.frameCount(), uint64_t(3));
+        QCOMPARE(bench.lcd.frameCount(), quint64(3));
         QCOMPARE(bench.lcd.transfers().size(), size_t(130));
         // Data wraps within its line.
         bench.feed(lcdMessage(lcdWire("F8", "838F")) + lcdMessage(lcdWire("FA", "FFFF00FF")));

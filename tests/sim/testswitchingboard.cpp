@@ -113,7 +113,7 @@ private slots:
         bench.now += 1'000'000; // this side was late; nothing says that the bytes were
         bench.feed(frameA);
         QCOMPARE(bench.heard, QStringList(shownA));
-        QCOMPARE(bench.board.switchFrames().at(0).timeUs, int64_t(1));
+        QCOMPARE(bench.board.switchFrames().at(0).timeUs, qint64(1));
         bench.feed(frameB.left(9));
         bench.pause(100'001);
         QCOMPARE(bench.heard, QStringList({shownA, cutOff.arg(9)}));

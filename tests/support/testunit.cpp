@@ -21,14 +21,14 @@ TestUnit::TestUnit(int ports, const Settings &settings)
     qputenv("MX_TCP_PORT", QByteArray::number(freeTcpPort()));
     qputenv("MX_UDP_PORT", QByteArray::number(freeUdpPorts()));
     m_hardware.reset(new sim::VirtualUnit(m_folder.path().toStdString(), ports));
-    if (!m_hardware->error().empty()) {
-        qFatal("no virtual unit: %s", m_hardware->error().c_str());
-    }
     Settings all = {{"system/port", std::to_string(ports)}, {"system/scene", "10"}};
     for (const auto &setting : settings) {
         all[setting.first] = setting.second;
     }
-    m_hardware->writeSettings(all);
+    const sim::Result made = m_hardware->made().then([&] { return m_hardware->files().writeSettings(all); });
+    if (!made.isDone()) {
+        qFatal("no virtual unit: %s", qPrintable(made.failure));
+    }
 }
 
 TestUnit::~TestUnit()

@@ -244,7 +244,7 @@ private slots:
         QCOMPARE(misplaced(*page), QStringList());
         QCOMPARE(chosen(*page), QStringList({"100%", "30Min", "On"}));
         QVERIFY(touch(*page, "40%") && touch(*page, "Never") && touch(*page, "Off"));
-        QCOMPARE(unit.hardware().backlight(), 2);
+        QCOMPARE(unit.hardware().files().backlight(), 2);
         QVERIFY(touch(*page, "192.168.0.80") && type(*page, {"Backspace", "Backspace", "7", "Enter"}));
         QCOMPARE(unit.shm().eth0Address.get().text, "192.168.0.80");
         QVERIFY(!unlock(*page, "40617296") && touch(*page, "Save"));
@@ -289,7 +289,7 @@ private slots:
         QVERIFY(touch(*page, "Load"));
         QVERIFY(button(*page, "10.0.0.9") != nullptr);
         QVERIFY(button(*page, "100%")->isChecked() && button(*page, "1Min")->isChecked());
-        QCOMPARE(unit.hardware().backlight(), 5);
+        QCOMPARE(unit.hardware().files().backlight(), 5);
     }
 
     void theButtonsShowWhatIsSo()
@@ -308,7 +308,7 @@ private slots:
             unit.shm().beep = beep;
             unit.comm().SaveConfig();
             QCOMPARE(chosen(*page), texts);
-            QCOMPARE(unit.hardware().backlight(), level);
+            QCOMPARE(unit.hardware().files().backlight(), level);
             QCOMPARE(int(unit.shm().beep), beep);
         }
     }
@@ -346,9 +346,9 @@ private slots:
         const auto *line = page->findChild<QLabel *>("labelStatus");
         const auto shown = [&](int uptime, const char *sensor) {
             unit.shm().uptime = uptime;
-            unit.hardware().setTemperature(sensor);
+            const sim::Result set = unit.hardware().files().setTemperature(sensor);
             tick(*page);
-            return line->text();
+            return set.isDone() ? line->text() : set.failure;
         };
         QCOMPARE(line->text(), QString("0000 00:00:00 / 20C"));
         QCOMPARE(shown(90061, "45321\n"), QString("0001 01:01:01 / 45C / 115200"));

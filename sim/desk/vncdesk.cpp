@@ -1,0 +1,58 @@
+#include "vncdesk.h"
+
+#include "networkports.h"
+
+namespace sim
+{
+namespace
+{
+constexpr quint16 FirstPort = 5900;
+constexpr quint16 LastPort = 5999;
+} // namespace
+
+VncDesk::VncDesk(quint16 port)
+    : m_port(port)
+{
+}
+
+Result VncDesk::start(const QString &folder, const QSize &size)
+{
+    const QString mode = QString("%1x%2x24").arg(size.width()).arg(size.height());
+    Result result = m_server.start({"Xvfb", "xvfb"}, {"-screen", "0", mode}, folder, "desk").then([this] {
+        return startVnc();
+    });
+    // An end before this is an error of the start.
+    connect(&m_vncServer, &ChildProcess::ended, this, &VncDesk::viewersLost);
+    return result;
+}
+
+bool VncDesk::isUp()
+{
+    m_server.awaitEnd();
+    return m_server.state() == QProcess::Running;
+}
+
+/// Passes over a port that is taken, even one taken only since it was tried, if another will do.
+Result VncDesk::startVnc()
+{
+    const int last = m_port ? m_port : LastPort;
+    m_port = m_port ? m_port : FirstPort;
+    Result result = serveVnc();
+    while (!result.isDone() && m_port < last && !checkLocalPort(m_port).isDone()) {
+        ++m_port;
+        result = serveVnc();
+    }
+    return result;
+}
+
+Result VncDesk::serveVnc()
+{
+    const QStringList display{"-norc", "-display", m_server.display(), "-auth", m_server.cookieFile()};
+    const QStringList access{"-localhost", "-noipv6",  "-rfbport", QString::number(m_port),
+                             "-nopw",      "-forever", "-shared"};
+    const QStringList plain{"-quiet", "-nowireframe", "-noscrollcopyrect"};
+    return checkLocalPort(m_port).then([&] {
+        return m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile());
+    });
+}
+} // namespace sim

@@ -1,0 +1,245 @@
+#include "filedescriptor.h"
+#include "framememory.h"
+#include "frontpanel.h"
+#include "guihooks.h"
+#include "hooks.h"
+#include "keypad.h"
+#include "lcd.h"
+#include "lcdframe.h"
+#include "lcdhooks.h"
+#include "lcdreader.h"
+#include "testregistry.h"
+#include "testunit.h"
+
+#include <QTest>
+#include <fcntl.h>
+#include <linux/spi/spidev.h>
+#include <random>
+
+Q_DECLARE_METATYPE(sim::Wire)
+
+namespace
+{
+constexpr int DeadlineMs = 10000;
+
+/// A unit whose panel has ended before the control object goes, however the test ends.
+struct RunningPanel : TestUnit {
+    explicit RunningPanel(int ports = 8, const QVector<sim::Wire> &missing = {})
+        : TestUnit(ports)
+    {
+        for (const sim::Wire wire : missing) {
+            hardware().unplug(wire);
+        }
+        start(false);
+    }
+    ~RunningPanel() { LCD_GUI_DeInit(); }
+};
+
+/// As a terminal driver sets up a serial port.
+void cook(const QString &device)
+{
+    const FileDescriptor port(::open(device.toLocal8Bit().constData(), O_RDWR | O_NOCTTY));
+    termios attributes{};
+    tcgetattr(port.get(), &attributes);
+    attributes.c_iflag |= ICRNL;
+    attributes.c_oflag |= OPOST;
+    attributes.c_lflag |= ICANON | ECHO | ISIG;
+    tcsetattr(port.get(), TCSANOW, &attributes);
+}
+
+bool isLitInMemory(int x, int y)
+{
+    return pLcdBuffer[x + LCD_XSIZE * y] == 0;
+}
+
+void drawRandomly()
+{
+    std::mt19937 random;
+    for (std::uint16_t &dot : pLcdBuffer) {
+        const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
+        dot = values[random() % 7];
+    }
+}
+} // namespace
+
+/// The way from the frame memory to the LCD, the panel's devices and its threads.
+class TestPanelDevices : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void frameBytes()
+    {
+        drawRandomly();
+        LcdFrame::Rows rows;
+        LcdFrame::pack(pLcdBuffer, rows);
+        for (int line = 0; line < 32; ++line) {
+            const LcdFrame::AddressTransfer address = LcdFrame::address(line);
+            const quint8 expected[] = {0xF8, quint8(0x80 | (line & 0x70)), quint8(line << 4), 0x80, 0};
+            QVERIFY(std::equal(address.begin(), address.end(), expected));
+            const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
+            QCOMPARE(int(data[0]), 0xFA);
+            for (int dot = 0; dot < 256; ++dot) {
+                const quint8 *halves = &data[1] + dot / 8 * 2;
+                const int byte = halves[0] | halves[1] >> 4;
+                QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
+                         isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
+            }
+        }
+        QCOMPARE(LcdFrame::instruction(0x36), (LcdFrame::Instruction{0xF8, 0x30, 0x60}));
+    }
+
+    void frameMemoryCursorAndFlag()
+    {
+        LCD_L0_Init();
+        nLcdBufferChanged = 0;
+        BSP_LCD_SetPixel(3, 2, 7);
+        QVERIFY(BSP_LCD_GetPixel(3, 2) == 7 && nLcdBufferChanged == 0);
+        BSP_LCD_SetCursor(127, 62);
+        BSP_LCD_WriteData(1);
+        BSP_LCD_WriteData(2);
+        QVERIFY(nLcdBufferChanged == 1);
+        QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && BSP_LCD_GetPixel(0, 63) == 2);
+        BSP_LCD_SetCursor(127, 63);
+        BSP_LCD_WriteData(0x1FF);
+        QCOMPARE(int(BSP_LCD_ReadData()), 0); // at (0, 0)
+        QCOMPARE(LCD_L0_GetPixelIndex(127, 63), 0xFF);
+        LCD_L0_XorPixel(0, 0);
+        LCD_L0_XorPixel(127, 62);
+        LCD_L0_XorPixel(0, 63);
+        QVERIFY(!isLitInMemory(0, 0) && isLitInMemory(127, 62) && BSP_LCD_GetPixel(0, 63) == 0xFFFF);
+        for (const int outside : {-1, 128, -100000, 100000}) {
+            BSP_LCD_SetPixel(outside, outside, 1);
+            BSP_LCD_SetCursor(outside, outside);
+            BSP_LCD_WriteData(1);
+        }
+    }
+
+    void startedAndStoppedAgainAndAgain()
+    {
+        RunningPanel unit;
+        LCD_GUI_DeInit();
+        sim::VirtualUnit &hardware = unit.hardware();
+        for (const char *device : {"/dev/ttymxc0", "/dev/ttymxc1"}) {
+            cook(unit.path(device));
+        }
+        const int descriptors = openDescriptors() + 2; // the serial links stay open
+        for (const bool stops : {true, false, false, true}) {
+            const uint64_t before = hardware.lcd().frameCount();
+            QCOMPARE(LCD_GUI_Init(), 0);
+            QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() > before; }, DeadlineMs));
+            if (stops) {
+                LCD_GUI_DeInit();
+            }
+        }
+        QCOMPARE(openDescriptors(), descriptors);
+        QVERIFY((fcntl(fd_keypad_dev, F_GETFL) & fcntl(fd_iruart_dev, F_GETFL) & O_NONBLOCK) != 0);
+        QVERIFY(hardware.panelLight());
+        lcd_off();
+        QVERIFY(hardware.waitFor([&] { return !hardware.panelLight(); }, DeadlineMs));
+        const termios keys = hardware.attributes(sim::Wire::Keys);
+        QVERIFY(keys.c_iflag == IGNPAR && keys.c_oflag == 0 && cfgetispeed(&keys) == B115200);
+        QVERIFY((keys.c_lflag & (ICANON | ECHO | ISIG)) == 0);
+        QCOMPARE(hardware.attributes(sim::Wire::Infrared).c_iflag, keys.c_iflag);
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    /// The controller's reset and set-up, and the way each transfer is made.
+    void setUpOfTheController()
+    {
+        RunningPanel unit;
+        sim::VirtualUnit &hardware = unit.hardware();
+        QCOMPARE(LCD_GUI_Init(), 0);
+        QVERIFY(hardware.waitFor([&] { return hardware.lcd().transfers().size() > 20; }, DeadlineMs));
+        const std::vector<sim::LcdTransfer> transfers = hardware.lcd().transfers();
+        QCOMPARE(transfers[0].bytes, (std::vector<uint8_t>{0xF8, 0x30, 0x60}));
+        QCOMPARE(transfers[1].bytes, (std::vector<uint8_t>{0xF8, 0x40, 0x00}));
+        for (size_t i = 0; i + 1 < transfers.size(); ++i) {
+            const int64_t restUs = transfers[i + 1].timeUs - transfers[i].timeUs;
+            QVERIFY(transfers[i].bytes[0] == 0xFA || restUs >= 100); // after an instruction
+        }
+        std::vector<sim::LineWrite> panel;
+        for (const sim::LineWrite &write : hardware.gpio().history()) {
+            if (write.line >= 1 && write.line <= 3) {
+                panel.push_back(write);
+            }
+        }
+        const int expected[][2] = {{1, 0}, {1, 1}, {2, 1}, {3, 1}};
+        QCOMPARE(panel.size(), size_t(4));
+        for (size_t i = 0; i < 4; ++i) {
+            QVERIFY(panel[i].line == expected[i][0] && panel[i].level == expected[i][1]);
+        }
+        QVERIFY(panel[1].timeUs - panel[0].timeUs >= 10000);
+        spi_ioc_transfer transfer{};
+        transfer.speed_hz = 1000000;
+        transfer.delay_usecs = 100;
+        transfer.bits_per_word = 8;
+        const std::string constants(reinterpret_cast<const char *>(&transfer.speed_hz), 7);
+        QVERIFY(hardware.takeReceived(sim::Wire::Spi).find(constants) != std::string::npos);
+    }
+
+    void clockOfTheLibrary()
+    {
+        const std::uint32_t start = GUI_X_GetTime();
+        GUI_X_Delay(20);
+        QVERIFY(GUI_X_GetTime() - start >= 20);
+        QCOMPARE(GUI_TOUCH_X_ActivateX(5), 5U);
+    }
+
+    void anUnchangedFrameIsSentOnce()
+    {
+        RunningPanel unit;
+        QCOMPARE(LCD_GUI_Init(), 0);
+        sim::VirtualUnit &hardware = unit.hardware();
+        // LEDs are refreshed every 50 ms once the menu runs.
+        const auto refreshes = [&](uint64_t count) {
+            const uint64_t bytes = hardware.keys().byteCount() + 16 * count;
+            return hardware.waitFor([&] { return hardware.keys().byteCount() > bytes; }, DeadlineMs);
+        };
+        QVERIFY(refreshes(3));
+        const uint64_t frames = hardware.lcd().frameCount();
+        QVERIFY(refreshes(5));
+        QCOMPARE(hardware.lcd().frameCount(), frames);
+        hardware.pressKey(2);
+        QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() == frames + 1; }, DeadlineMs));
+        QVERIFY(refreshes(5));
+        QCOMPARE(hardware.lcd().frameCount(), frames + 1);
+        LCD_GUI_DeInit();
+        QVERIFY(lcdIsDark(hardware.lcd(), isLitInMemory));
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+
+    void missingDevices_data()
+    {
+        using sim::Wire;
+        QTest::addColumn<QVector<Wire>>("missing");
+        QTest::addColumn<int>("result");
+        QTest::newRow("LCD") << QVector<Wire>{Wire::Spi} << -1;
+        QTest::newRow("remote") << QVector<Wire>{Wire::Infrared} << -1;
+        QTest::newRow("all") << QVector<Wire>{Wire::Spi, Wire::Keys, Wire::Infrared, Wire::Gpio} << -1;
+        // The panel runs, although the LCD then stays in its reset.
+        QTest::newRow("GPIO") << QVector<Wire>{Wire::Gpio} << 0;
+    }
+
+    void missingDevices()
+    {
+        QFETCH(const QVector<sim::Wire>, missing);
+        RunningPanel unit(8, missing);
+        QTEST(LCD_GUI_Init(), "result");
+    }
+
+    void tooManyPorts()
+    {
+        RunningPanel unit(41);
+        QCOMPARE(LCD_GUI_Init(), 0);
+        QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().lcd().frameCount() >= 2; }, DeadlineMs));
+        unit.hardware().pressKey(115);
+        LCD_GUI_DeInit();
+        QVERIFY(unit.hardware().takeReceived(sim::Wire::Keys).empty());
+        QCOMPARE(unit.faults(), QByteArray());
+    }
+};
+
+static const RegisteredTest<TestPanelDevices> registered;
+
+#include "testdevices.moc"
