@@ -20,12 +20,29 @@ void raiseChanged()
     nLcdBufferChanged.store(1, std::memory_order_release);
 }
 
-int dotOf(const LCD_Bits &bits, const std::uint8_t *row, int dot)
+void drawDot(std::uint16_t &dot, int index)
 {
-    if (bits.bitsPerPixel == 8) {
-        return row[dot];
+    if (index >= 0) {
+        dot = static_cast<std::uint16_t>(index);
     }
-    return (row[dot >> 3] >> (7 - (dot & 7))) & 1;
+}
+
+/// One bit per dot, as the cells of texts have it.
+void drawBitRow(std::uint16_t *target, const std::uint8_t *row, const LCD_Bits &bits)
+{
+    const int unset = bits.indices[0];
+    const int set = bits.indices[bits.indexCount > 1 ? 1 : 0];
+    const int end = bits.firstDot + bits.width;
+    for (int dot = bits.firstDot; dot < end; ++dot) {
+        drawDot(*target++, (row[dot >> 3] << (dot & 7) & 0x80) != 0 ? set : unset);
+    }
+}
+
+void drawByteRow(std::uint16_t *target, const std::uint8_t *row, const LCD_Bits &bits)
+{
+    for (int dot = bits.firstDot; dot < bits.firstDot + bits.width; ++dot) {
+        drawDot(*target++, bits.indices[row[dot] < bits.indexCount ? row[dot] : 0]);
+    }
 }
 } // namespace
 
@@ -108,16 +125,10 @@ void LCD_L0_FillRect(int x0, int y0, int x1, int y1, int index)
 
 void LCD_L0_DrawBitmap(int x, int y, const LCD_Bits &bits)
 {
+    const auto drawRow = bits.bitsPerPixel == 8 ? drawByteRow : drawBitRow;
     const std::uint8_t *source = bits.data;
     for (int line = 0; line < bits.height; ++line, source += bits.bytesPerLine) {
-        std::uint16_t *target = rowAt(x, y + line);
-        for (int i = 0; i < bits.width; ++i) {
-            const int value = dotOf(bits, source, bits.firstDot + i);
-            const int index = bits.indices[value < bits.indexCount ? value : 0];
-            if (index >= 0) {
-                target[i] = static_cast<std::uint16_t>(index);
-            }
-        }
+        drawRow(rowAt(x, y + line), source, bits);
     }
     raiseChanged();
 }
