@@ -101,8 +101,10 @@ inline void tick(QObject &page)
 
 inline bool scrolls(const QWidget *widget)
 {
-    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget);
-    return area != nullptr || (widget->parentWidget() != nullptr && scrolls(widget->parentWidget()));
+    while (widget != nullptr && qobject_cast<const QAbstractScrollArea *>(widget) == nullptr) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
 }
 
 /// Visible buttons that a finger would miss: cut off by what they lie in, over each other, or too small.
