@@ -11,5 +11,5 @@ qint64 heapBytes()
         return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
     }
     const struct mallinfo2 heap = mallinfo2();
-    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
+    return static_cast<qint64>(heap.uordblks) + static_cast<qint64>(heap.hblkhd);
 }
