@@ -33,20 +33,12 @@ void TestDisplay::forget()
 {
     damage = {0, 0, -1, -1};
     paints = {};
+    mostPaints = 0;
 }
 
 bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
 {
     return !isDamaged() || (isWithin(rect, damage.x0, damage.y0) && isWithin(rect, damage.x1, damage.y1));
-}
-
-int TestDisplay::mostPaints() const
-{
-    int most = 0;
-    for (const auto &row : paints) {
-        most = std::max<int>(most, *std::max_element(row.begin(), row.end()));
-    }
-    return most;
 }
 
 void TestDisplay::put(int x, int y, int index)
@@ -59,7 +51,7 @@ void TestDisplay::put(int x, int y, int index)
                                     std::max(damage.y1, y)}
                          : GUI_Rect{x, y, x, y};
     dots[y][x] = index & 1;
-    ++paints[y][x];
+    mostPaints = std::max<int>(mostPaints, ++paints[y][x]);
 }
 
 void start(int width, int height)
@@ -107,6 +99,11 @@ QByteArray difference(const Dots &actual, const Dots &expected)
 bool isWithin(const GUI_Rect &rect, int x, int y)
 {
     return x >= rect.x0 && x <= rect.x1 && y >= rect.y0 && y <= rect.y1;
+}
+
+bool isOnEdge(const GUI_Rect &rect, int x, int y)
+{
+    return isWithin(rect, x, y) && !isWithin({rect.x0 + 1, rect.y0 + 1, rect.x1 - 1, rect.y1 - 1}, x, y);
 }
 
 int widthOf(const char *text, const GUI_Font &font, int count)
