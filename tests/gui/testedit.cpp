@@ -107,7 +107,8 @@ private slots:
         EDIT_SetFont(edit, &font);
         EDIT_SetTextAlign(edit, align);
         std::mt19937 generator(11);
-        bool inserts = true;
+        bool inserts = false;
+        EDIT_SetInsertMode(edit, 0);
         int textX = 0;
         GUI_Rect cursor = {};
         for (int round = 0; round < 1000; ++round) {
@@ -118,6 +119,8 @@ private slots:
             pressKeys(keys);
             paintAnew();
             const TestDisplay focused = display;
+            GUI_SendKeyMsg('\x1B', 1);
+            QCOMPARE(WM_Exec(), 0);
             WM_SetFocus(0);
             paintAnew();
 

@@ -99,8 +99,8 @@ const Setter Setters[] = {
     SETTER(false, 'T', TEXT_SetText(w, nullptr); WM_Exec(); TEXT_SetFont(w, &WideFont);
            TEXT_SetTextAlign(w, 1)),
     SETTER(false, 'T', TEXT_SetText(w, nullptr); WM_Exec(); TEXT_SetTextColor(w, GUI_WHITE)),
-    SETTER(false, 'B', BUTTON_SetBkColor(w, Pressed, black(v + 1));
-           BUTTON_SetTextColor(w, Pressed, black(v))),
+    SETTER(false, 'B', BUTTON_SetBkColor(w, Pressed, black(v + 1))),
+    SETTER(false, 'B', BUTTON_SetTextColor(w, Pressed, black(v))),
     SETTER(false, 'B', BUTTON_SetBitmap(w, Pressed, Bitmaps[v])),
     SETTER(false, 'B', BUTTON_SetFont(w, nullptr)),
     SETTER(false, 'B', BUTTON_SetBitmap(w, Released, &Ring); WM_Exec(); BUTTON_SetText(w, Strings[v])),

@@ -186,29 +186,6 @@ private slots:
         QCOMPARE(GUI_TOUCH_X_ActivateX(5), 5U);
     }
 
-    void anUnchangedFrameIsSentOnce()
-    {
-        RunningPanel unit;
-        QCOMPARE(LCD_GUI_Init(), 0);
-        sim::VirtualUnit &hardware = unit.hardware();
-        // LEDs are refreshed every 50 ms once the menu runs.
-        const auto refreshes = [&](uint64_t count) {
-            const uint64_t bytes = hardware.keys().byteCount() + 16 * count;
-            return hardware.waitFor([&] { return hardware.keys().byteCount() > bytes; }, DeadlineMs);
-        };
-        QVERIFY(refreshes(3));
-        const uint64_t frames = hardware.lcd().frameCount();
-        QVERIFY(refreshes(5));
-        QCOMPARE(hardware.lcd().frameCount(), frames);
-        hardware.pressKey(2);
-        QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() == frames + 1; }, DeadlineMs));
-        QVERIFY(refreshes(5));
-        QCOMPARE(hardware.lcd().frameCount(), frames + 1);
-        LCD_GUI_DeInit();
-        QVERIFY(lcdIsDark(hardware.lcd(), isLitInMemory));
-        QCOMPARE(unit.faults(), QByteArray());
-    }
-
     void missingDevices_data()
     {
         using sim::Wire;

@@ -23,12 +23,25 @@ private slots:
     {
         TestUnit unit(8, WithPanel);
         m_hardware = &unit.hardware();
-        Product product;
+        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
+                                  unit.path("/dev/fb0"));
+
+        // The LCD begins with what the program has put on its screen.
+        const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
+        QCOMPARE(picture.size(), QSize(128, 64));
+        QVERIFY(holds([&] {
+            return lcdIsDark(m_hardware->lcd(),
+                             [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; });
+        }));
         QVERIFY(shows("SWITCH", "01>"));
         QVERIFY(lights({1, 51, 52, 58}) && !m_hardware->keys().isLit(2));
 
+        // A frame is sent when it differs, and once.
+        QVERIFY(ledsAreRefreshed(3));
+        const uint64_t frames = m_hardware->lcd().frameCount();
         press(3);
-        QVERIFY(shows("SWITCH", "03>"));
+        QVERIFY(shows("SWITCH", "03>") && ledsAreRefreshed(5));
+        QCOMPARE(m_hardware->lcd().frameCount(), frames + 1);
         QVERIFY(lights({3}) && !m_hardware->keys().isLit(1) && !m_hardware->keys().isLit(51));
         press(52);
         QVERIFY(unit.boardShows({1, 3, 1, 1, 1, 1, 1, 1}));
@@ -72,20 +85,6 @@ private slots:
         QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
         QCOMPARE(product.end(SIGTERM), 0);
         QCOMPARE(unit.faults(), QByteArray());
-    }
-
-    /// The LCD begins with what the program has put on its screen.
-    void startPicture()
-    {
-        TestUnit unit(8, WithPanel);
-        m_hardware = &unit.hardware();
-        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
-                                  unit.path("/dev/fb0"));
-        const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
-        QCOMPARE(picture.size(), QSize(128, 64));
-        const auto isBlack = [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; };
-        QVERIFY(holds([&] { return lcdIsDark(m_hardware->lcd(), isBlack); }));
-        QVERIFY(shows("SWITCH", "01>"));
     }
 
     void aMissingDeviceIsNamed_data()
@@ -159,6 +158,13 @@ private:
             const sim::KeyPanel panel = m_hardware->keys();
             return std::all_of(keys.begin(), keys.end(), [&](int key) { return panel.isLit(key); });
         });
+    }
+
+    /// Every 50 ms while the menu runs.
+    bool ledsAreRefreshed(uint64_t times) const
+    {
+        const uint64_t bytes = m_hardware->keys().byteCount() + 16 * times;
+        return holds([&] { return m_hardware->keys().byteCount() > bytes; });
     }
 
     sim::VirtualUnit *m_hardware = nullptr;
