@@ -37,7 +37,7 @@ void paintAnew();
 /// Dots as they are when all that is visible is painted anew.
 Dots repainted();
 
-/// The first dot that differs, empty when none does; prints all dots then, too many for a message of Qt Test.
+/// The first dot that differs, empty when none does.
 QByteArray difference(const Dots &actual, const Dots &expected);
 
 /// The display by a rule: `lit(x, y)` is true where a dot is to be black.
