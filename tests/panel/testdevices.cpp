@@ -7,11 +7,11 @@
 #include "lcd.h"
 #include "lcdframe.h"
 #include "lcdhooks.h"
-#include "lcdreader.h"
 #include "testregistry.h"
 #include "testunit.h"
 
 #include <QTest>
+#include <array>
 #include <fcntl.h>
 #include <linux/spi/spidev.h>
 #include <random>
@@ -46,15 +46,6 @@ bool isLitInMemory(int x, int y)
 {
     return pLcdBuffer[x + LCD_XSIZE * y] == 0;
 }
-
-void drawRandomly()
-{
-    std::mt19937 random;
-    for (std::uint16_t &dot : pLcdBuffer) {
-        const std::uint16_t values[] = {0, 0, 1, 2, 0x100, 0x8000, 0xFFFF};
-        dot = values[random() % 7];
-    }
-}
 } // namespace
 
 /// The way from the frame memory to the LCD, the panel's devices and its threads.
@@ -65,7 +56,10 @@ class TestPanelDevices : public QObject
 private slots:
     void frameBytes()
     {
-        drawRandomly();
+        std::mt19937 random;
+        for (std::uint16_t &dot : pLcdBuffer) {
+            dot = std::array{0, 0, 1, 2, 0x100, 0x8000, 0xFFFF}[random() % 7];
+        }
         LcdFrame::Rows rows;
         LcdFrame::pack(pLcdBuffer, rows);
         for (int line = 0; line < 32; ++line) {
@@ -153,18 +147,16 @@ private slots:
             const int64_t restUs = transfers[i + 1].timeUs - transfers[i].timeUs;
             QVERIFY(transfers[i].bytes[0] == 0xFA || restUs >= 100); // after an instruction
         }
-        std::vector<sim::LineWrite> panel;
+        QByteArray levels;
+        std::vector<int64_t> timesUs;
         for (const sim::LineWrite &write : hardware.gpio().history()) {
             if (write.line >= 1 && write.line <= 3) {
-                panel.push_back(write);
+                levels += QByteArray::number(write.line) + '=' + QByteArray::number(write.level) + ' ';
+                timesUs.push_back(write.timeUs);
             }
         }
-        const int expected[][2] = {{1, 0}, {1, 1}, {2, 1}, {3, 1}};
-        QCOMPARE(panel.size(), size_t(4));
-        for (size_t i = 0; i < 4; ++i) {
-            QVERIFY(panel[i].line == expected[i][0] && panel[i].level == expected[i][1]);
-        }
-        QVERIFY(panel[1].timeUs - panel[0].timeUs >= 10000);
+        QCOMPARE(levels, QByteArray("1=0 1=1 2=1 3=1 "));
+        QVERIFY(timesUs[1] - timesUs[0] >= 10000);
         spi_ioc_transfer transfer{};
         transfer.speed_hz = 1000000;
         transfer.delay_usecs = 100;
@@ -178,7 +170,6 @@ private slots:
         const std::uint32_t start = GUI_X_GetTime();
         GUI_X_Delay(20);
         QVERIFY(GUI_X_GetTime() - start >= 20);
-        QCOMPARE(GUI_TOUCH_X_ActivateX(5), 5U);
     }
 
     void missingDevices()

@@ -3,11 +3,6 @@
 
 #include <QTest>
 
-namespace
-{
-constexpr int NoCursor = -1; ///< the field has not got the focus
-}
-
 /// The SETUP page: editing and saving the addresses.
 class TestSetup : public QObject
 {
@@ -16,6 +11,7 @@ class TestSetup : public QObject
 private slots:
     void editing()
     {
+        constexpr int NoCursor = -1; // the field has not got the focus
         const QByteArray field = QByteArray(" in1").repeated(12);
         PanelUnit unit;
         for (const auto &[actions, index, text, cursor] :

@@ -221,7 +221,8 @@ private slots:
 
     void scenesAreSavedAndLoaded()
     {
-        RunningUnit unit(4);
+        TestUnit unit(4);
+        unit.start(true, [](unsigned long) {});
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         const auto page = open<QMxScene>(unit);
         const QList<QMxWidget *> views = page->findChildren<QMxWidget *>();

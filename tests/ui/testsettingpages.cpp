@@ -298,21 +298,20 @@ private slots:
     {
         TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
-        const auto shown = [&](int backlight, int sleep, int beep) {
-            const bool all = touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off");
-            const QString before = all ? chosen(*page).join(' ') : QString();
+        for (const auto &[backlight, sleep, beep, shown, light] : {std::tuple(4, 4, 1, "100% Never On", 5),
+                                                                   {6, 2, 2, "15Min On", 7},
+                                                                   {5, 5, -1, "On", 6},
+                                                                   {99, INT_MIN, 0, "Off", 7}}) {
+            QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
+            QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
             unit.shm().backlight = backlight;
             unit.shm().sleep = sleep;
             unit.shm().beep = beep;
             unit.comm().SaveConfig();
-            return QStringList({before, chosen(*page).join(' '), QString::number(unit.shm().beep)}) +
-                   QStringList(QString::number(unit.hardware().files().backlight()));
-        };
-        const QString before = "40% 30Min Off";
-        QCOMPARE(shown(4, 4, 1), QStringList({before, "100% Never On", "1", "5"}));
-        QCOMPARE(shown(6, 2, 2), QStringList({before, "15Min On", "2", "7"}));
-        QCOMPARE(shown(5, 5, -1), QStringList({before, "On", "-1", "6"}));
-        QCOMPARE(shown(99, INT_MIN, 0), QStringList({before, "Off", "0", "7"}));
+            QCOMPARE(chosen(*page).join(' '), QString(shown));
+            QCOMPARE(int(unit.shm().beep), beep);
+            QCOMPARE(unit.hardware().files().backlight(), light);
+        }
     }
 
     void anyNumberInTheSettingsIsKept()
