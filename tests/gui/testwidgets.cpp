@@ -102,7 +102,6 @@ const Setter Setters[] = {
     SETTER(false, 'B', BUTTON_SetBkColor(w, Pressed, black(v + 1))),
     SETTER(false, 'B', BUTTON_SetTextColor(w, Pressed, black(v))),
     SETTER(false, 'B', BUTTON_SetBitmap(w, Pressed, Bitmaps[v])),
-    SETTER(false, 'B', BUTTON_SetFont(w, nullptr)),
     SETTER(false, 'B', BUTTON_SetBitmap(w, Released, &Ring); WM_Exec(); BUTTON_SetText(w, Strings[v])),
     SETTER(false, 'F', FRAMEWIN_SetTitleVis(w, 0); WM_Exec(); FRAMEWIN_SetText(w, Strings[v])),
     SETTER(false, 'E', EDIT_SetInsertMode(w, 1 - v % 2)),

@@ -148,19 +148,16 @@ private:
         return found;
     }
 
+    /// Of the first row; `index` is 0-based.
     bool mapButton(int index, const char *text) const
     {
-        const int x = index % 4 * 33;
-        const int y = 14 + index / 4 * 10;
-        return reads(text, {x, y, x + 31, y + 9});
+        return reads(text, {33 * index, 14, 33 * index + 31, 23});
     }
 
-    /// Of an output that shows the selected input.
+    /// As `mapButton`, of an output that shows the selected input.
     bool switchButton(int index, const char *text) const
     {
-        const int x = index % 8 * 16 + 1;
-        const int y = 14 + index / 8 * 10;
-        return reads(text, {x, y, std::min(x + 15, 127), y + 9}, true);
+        return reads(text, {16 * index + 1, 14, 16 * index + 16, 23}, true);
     }
 
     bool shows(const char *title, const char *status) const
