@@ -11,7 +11,6 @@ namespace
 {
 constexpr GUI_Rect Box = {10, 8, 69, 39}; ///< of the widget that is looked at
 constexpr int Far = std::numeric_limits<int>::max();
-constexpr int Centred = GUI_ALIGN_HCENTER | GUI_ALIGN_VCENTER;
 
 const std::uint8_t Dots3x3[] = {0xE0, 0xA0, 0xE0};
 const GUI_Color BlackIs1[] = {GUI_WHITE, GUI_BLACK};
@@ -190,7 +189,8 @@ private slots:
                      {"01>04", GUI_Font6x8, 32, 10, {0, 0, 28, 6}},
                      {"~}", WideFont, 20, 14, {1, 0, 14, 7}}};
         for (int i = 0; i < 3 * 5 * 5 * 9; ++i) {
-            const auto &[string, font, width, height, dots] = kinds[i % 3];
+            const auto &kind = kinds[i % 3];
+            const auto &[string, font, width, height, dots] = kind;
             const int left =
                 std::array{-3, -1, 20, LCD_GetXSize() - width + 1, LCD_GetXSize() - width + 3}[i / 3 % 5];
             const int top =
@@ -203,7 +203,7 @@ private slots:
             const WM_Handle text = TEXT_CreateEx(left, top, width, height, 0, WM_VISIBLE, 1, string);
             TEXT_SetFont(text, &font);
             TEXT_SetTextAlign(text, i / 75 % 3 + i / 225 * 4);
-            COMPARE_PAINTED(isTextDot(string, x0 + dx, y0 + dy, x, y, font));
+            COMPARE_PAINTED(isTextDot(kind.text, x0 + dx, y0 + dy, x, y, kind.font));
         }
     }
 
