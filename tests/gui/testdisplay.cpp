@@ -4,7 +4,6 @@
 #include "hooks.h"
 
 #include <algorithm>
-#include <cstdio>
 
 TestDisplay display;
 
@@ -33,20 +32,12 @@ void TestDisplay::forget()
 {
     damage = {0, 0, -1, -1};
     paints = {};
+    mostPaints = 0;
 }
 
 bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
 {
     return !isDamaged() || (isWithin(rect, damage.x0, damage.y0) && isWithin(rect, damage.x1, damage.y1));
-}
-
-int TestDisplay::mostPaints() const
-{
-    int most = 0;
-    for (const auto &row : paints) {
-        most = std::max<int>(most, *std::max_element(row.begin(), row.end()));
-    }
-    return most;
 }
 
 void TestDisplay::put(int x, int y, int index)
@@ -59,7 +50,7 @@ void TestDisplay::put(int x, int y, int index)
                                     std::max(damage.y1, y)}
                          : GUI_Rect{x, y, x, y};
     dots[y][x] = index & 1;
-    ++paints[y][x];
+    mostPaints = std::max<int>(mostPaints, ++paints[y][x]);
 }
 
 void start(int width, int height)
@@ -86,27 +77,25 @@ Dots repainted()
 
 QByteArray difference(const Dots &actual, const Dots &expected)
 {
-    QByteArray screen;
-    QByteArray first;
     for (int y = 0; y < display.height; ++y) {
         for (int x = 0; x < display.width; ++x) {
-            if (first.isEmpty() && actual[y][x] != expected[y][x]) {
-                first = QByteArray("dot ") + QByteArray::number(x) + ',' + QByteArray::number(y) + " is " +
-                        QByteArray::number(actual[y][x]) + ", expected " + QByteArray::number(expected[y][x]);
+            if (actual[y][x] != expected[y][x]) {
+                return "dot " + QByteArray::number(x) + ',' + QByteArray::number(y) + " is " +
+                       (actual[y][x] == 0 ? "black" : "white");
             }
-            screen += actual[y][x] == 0 ? '#' : '.';
         }
-        screen += '\n';
     }
-    if (!first.isEmpty()) {
-        std::fputs(screen.constData(), stderr);
-    }
-    return first;
+    return {};
 }
 
 bool isWithin(const GUI_Rect &rect, int x, int y)
 {
     return x >= rect.x0 && x <= rect.x1 && y >= rect.y0 && y <= rect.y1;
+}
+
+bool isOnEdge(const GUI_Rect &rect, int x, int y)
+{
+    return isWithin(rect, x, y) && !isWithin({rect.x0 + 1, rect.y0 + 1, rect.x1 - 1, rect.y1 - 1}, x, y);
 }
 
 int widthOf(const char *text, const GUI_Font &font, int count)

@@ -14,6 +14,7 @@ using Dots = std::array<std::array<unsigned char, 200>, 64>;
 struct TestDisplay {
     Dots dots{};
     Dots paints{}; ///< how often each dot was drawn since `forget`
+    int mostPaints = 0;
     GUI_Rect damage{0, 0, -1, -1};
     int outside = 0;
     int width = 128;
@@ -25,7 +26,6 @@ struct TestDisplay {
     void forget();
     bool isDamaged() const { return damage.x1 >= damage.x0; }
     bool isDamageWithin(const GUI_Rect &rect) const;
-    int mostPaints() const;
     void put(int x, int y, int index);
 };
 extern TestDisplay display;
@@ -37,7 +37,7 @@ void paintAnew();
 /// Dots as they are when all that is visible is painted anew.
 Dots repainted();
 
-/// The first dot that differs, empty when none does; prints all dots then, too many for a message of Qt Test.
+/// The first dot that differs, empty when none does.
 QByteArray difference(const Dots &actual, const Dots &expected);
 
 /// The display by a rule: `lit(x, y)` is true where a dot is to be black.
@@ -54,6 +54,7 @@ Dots dotsWhere(Rule lit)
 }
 
 bool isWithin(const GUI_Rect &rect, int x, int y);
+bool isOnEdge(const GUI_Rect &rect, int x, int y);
 /// Cells of 2 to 11 dots, 9 high, of the characters '{' (blank), '|', '}', '~' and 0x7F.
 extern const GUI_Font WideFont;
 /// Of the cells of the first `count` characters.

@@ -160,7 +160,7 @@ private slots:
                                             ? isBlack
                                             : (effect == Inverted ? !isBlack : effect == Black);
                              }));
-                QVERIFY2(display.outside == 0 && display.mostPaints() <= 1, operation.name);
+                QVERIFY2(display.outside == 0 && display.mostPaints <= 1, operation.name);
             }
         }
     }

@@ -1,3 +1,4 @@
+#include "rows.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -54,10 +55,8 @@ class TestFocus : public QObject
 private slots:
     void focusIsHandedOn_data()
     {
-        QTest::addColumn<int>("focus");
-        QTest::addColumn<QVector<int>>("gone"); ///< one after the other
-        QTest::addColumn<Action>("reaction");
-        QTest::addColumn<QByteArray>("told");
+        columns<int, QVector<int>, Action, QByteArray>("focus", "gone", "reaction", "told");
+        // The windows in `gone` go one after the other.
         const auto row = [](const char *name, int focus, const QVector<int> &gone, const char *told,
                             Action reaction = nullptr) {
             QTest::newRow(name) << focus << gone << reaction << QByteArray(told);

@@ -1,4 +1,5 @@
 #include "fontpictures.h"
+#include "rows.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -55,17 +56,15 @@ private slots:
 
     void picturesAreChecked_data()
     {
-        QTest::addColumn<int>("first");
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<bool>("isFine");
-        QTest::newRow("fine") << int('}') << QByteArray(".. #..") << true;
-        QTest::newRow("line too short") << int('}') << QByteArray(".. #.") << false;
-        QTest::newRow("line too long") << int('}') << QByteArray(".. #...") << false;
-        QTest::newRow("cells unlike") << int('}') << QByteArray("... #.") << false;
-        QTest::newRow("no spacing") << int('}') << QByteArray(".# #..") << false;
-        QTest::newRow("no dot") << int('}') << QByteArray(".. o..") << false;
-        QTest::newRow("character drawn twice") << int('~') << QByteArray(".. #..") << false;
-        QTest::newRow("no substitute") << 0x80 << QByteArray(".. #..") << false;
+        columns<int, QByteArray, bool>("first", "line", "isFine");
+        row("fine", int('}'), ".. #..", true);
+        row("line too short", int('}'), ".. #.", false);
+        row("line too long", int('}'), ".. #...", false);
+        row("cells unlike", int('}'), "... #.", false);
+        row("no spacing", int('}'), ".# #..", false);
+        row("no dot", int('}'), ".. o..", false);
+        row("character drawn twice", int('~'), ".. #..", false);
+        row("no substitute", 0x80, ".. #..", false);
     }
     void picturesAreChecked()
     {
@@ -78,57 +77,43 @@ private slots:
         QTEST(FontPictures::areWellDrawn(bands) && cells.ascend && cells.haveSubstitute, "isFine");
     }
 
-    void everyCharacterHasItsOwnPicture_data()
-    {
-        QTest::addColumn<bool>("isLarge");
-        QTest::newRow("6 x 8") << false;
-        QTest::newRow("16") << true;
-    }
-
     /// But the two spaces, the two hyphens, and what cannot be printed.
     void everyCharacterHasItsOwnPicture()
     {
-        QFETCH(bool, isLarge);
-        const GUI_Font &font = isLarge ? GUI_Font16 : GUI_Font6x8;
-        QMap<QVector<int>, QString> charactersByPicture;
-        QString controls;
-        for (ushort code = 0; code <= 0xFF; ++code) {
-            charactersByPicture[rowsOf(font, code)] += QChar(code);
-            controls += (code & 0x7F) < 0x20 || code == 0x7F ? QString(QChar(code)) : QString();
+        for (const GUI_Font *const font : {&GUI_Font6x8, &GUI_Font16}) {
+            QMap<QVector<int>, QString> charactersByPicture;
+            QString controls;
+            for (ushort code = 0; code <= 0xFF; ++code) {
+                charactersByPicture[rowsOf(*font, code)] += QChar(code);
+                controls += (code & 0x7F) < 0x20 || code == 0x7F ? QString(QChar(code)) : QString();
+            }
+            const QString spaces = QString::fromLatin1(" \xA0");
+            QCOMPARE(charactersByPicture.value(QVector<int>(font->height)), spaces);
+            QStringList shared;
+            std::copy_if(charactersByPicture.begin(), charactersByPicture.end(), std::back_inserter(shared),
+                         [](const QString &characters) { return characters.size() > 1; });
+            shared.sort();
+            QCOMPARE(shared, (QStringList{controls, spaces, QString::fromLatin1("-\xAD")}));
         }
-        QCOMPARE(charactersByPicture.value(QVector<int>(font.height)), QString::fromLatin1(" \xA0"));
-        QStringList shared;
-        std::copy_if(charactersByPicture.begin(), charactersByPicture.end(), std::back_inserter(shared),
-                     [](const QString &characters) { return characters.size() > 1; });
-        shared.sort();
-        QCOMPARE(shared, (QStringList{controls, QString::fromLatin1(" \xA0"), QString::fromLatin1("-\xAD")}));
-    }
-
-    void lettersOfAKindHaveTheSameHeight_data()
-    {
-        QTest::addColumn<QString>("characters");
-        QTest::addColumn<int>("top");
-        QTest::addColumn<int>("bottom");
-        QTest::newRow("capitals, digits") << "ABCDEFGHIJKLMNOPRSTUVWXYZÆÐØÞ0123456789" << 2 << 12;
-        QTest::newRow("bodies") << "acemnorsuvwxzæø" << 5 << 12;
-        QTest::newRow("ascenders") << "bdfhklðß" << 2 << 12;
-        QTest::newRow("descenders") << "gpqy" << 5 << 15;
-        QTest::newRow("capitals with accents") << "ÀÁÂÃÄÅÈÉÊËÌÍÎÏÑÒÓÔÕÖÙÚÛÜÝ" << 0 << 12;
-        QTest::newRow("cedilla") << "Ç" << 2 << 15;
     }
 
     void lettersOfAKindHaveTheSameHeight()
     {
-        QFETCH(QString, characters);
-        QFETCH(int, top);
-        QFETCH(int, bottom);
-        for (const QChar character : characters) {
-            const QVector<int> rows = rowsOf(GUI_Font16, character);
-            const auto isLit = [](int row) { return row != 0; };
-            const auto first = std::find_if(rows.begin(), rows.end(), isLit);
-            const auto last = std::find_if(rows.rbegin(), rows.rend(), isLit);
-            QVERIFY2(first - rows.begin() == top && rows.rend() - last - 1 == bottom,
-                     qPrintable(QString(character)));
+        for (const auto &[characters, top, bottom] :
+             {std::tuple("ABCDEFGHIJKLMNOPRSTUVWXYZÆÐØÞ0123456789", 2, 12),
+              {"acemnorsuvwxzæø", 5, 12},
+              {"bdfhklðß", 2, 12},
+              {"gpqy", 5, 15},
+              {"ÀÁÂÃÄÅÈÉÊËÌÍÎÏÑÒÓÔÕÖÙÚÛÜÝ", 0, 12},
+              {"Ç", 2, 15}}) {
+            for (const QChar character : QString(characters)) {
+                const QVector<int> rows = rowsOf(GUI_Font16, character);
+                const auto isLit = [](int row) { return row != 0; };
+                const auto first = std::find_if(rows.begin(), rows.end(), isLit);
+                const auto last = std::find_if(rows.rbegin(), rows.rend(), isLit);
+                QVERIFY2(first - rows.begin() == top && rows.rend() - last - 1 == bottom,
+                         qPrintable(QString(character)));
+            }
         }
     }
 

@@ -165,7 +165,7 @@ private slots:
                              root.paint(x, y, lit);
                              return lit;
                          }));
-            QVERIFY(display.mostPaints() <= 1);
+            QVERIFY(display.mostPaints <= 1);
             QCOMPARE(display.outside, 0);
             paintAnew();
             QVERIFY(!display.isDamaged());

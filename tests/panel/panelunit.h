@@ -13,8 +13,15 @@ public:
     explicit PanelUnit(int ports = 8, const Settings &settings = {{"system/keypad", "1"}})
         : TestUnit(ports, settings)
     {
-        start(false);
+        start(false, [](unsigned long) {});
         ::run = 0; // no waiting for the start picture
+        restart();
+    }
+
+    /// The panel begins anew, on a record in which nothing is switched and input 1 is on every output.
+    void restart()
+    {
+        comm().MxCmdOneToAll(0);
         GUI_Task();
         m_menu.reset(new Menu([this](const std::uint8_t *bytes, int n) {
             m_leds.append(reinterpret_cast<const char *>(bytes), n);
@@ -28,9 +35,7 @@ public:
         static const QList<QByteArray> names = {"left", "right", "save", "load", "menu", "edit"};
         for (const QByteArray &word : words.split(' ')) {
             const int named = names.indexOf(word);
-            if (named >= 0) {
-                step(111 + named);
-            } else if (word.startsWith("ir")) {
+            if (word.startsWith("ir")) {
                 for (const char character : word.mid(2)) {
                     step(0, character);
                 }
@@ -39,7 +44,8 @@ public:
                     step();
                 }
             } else if (!word.isEmpty()) {
-                step(word.startsWith("in")    ? word.mid(2).toInt()
+                step(named >= 0               ? 111 + named
+                     : word.startsWith("in")  ? word.mid(2).toInt()
                      : word.startsWith("out") ? 50 + word.mid(3).toInt()
                                               : word.mid(3).toInt());
             }

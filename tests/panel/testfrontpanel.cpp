@@ -1,4 +1,4 @@
-#include "lcdreader.h"
+#include "gui.h"
 #include "product.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -7,10 +7,24 @@
 #include <QTest>
 #include <csignal>
 
-Q_DECLARE_METATYPE(sim::Wire)
-
 constexpr int DeadlineMs = 10000;
 const TestUnit::Settings WithPanel = {{"system/keypad", "1"}};
+
+namespace
+{
+/// Whether a part of the LCD is dark exactly where the rule says so.
+template <class Rule>
+bool isDark(const sim::LcdModule &lcd, const GUI_Rect &area, Rule rule)
+{
+    bool same = true;
+    for (int y = area.y0; y <= area.y1; ++y) {
+        for (int x = area.x0; x <= area.x1; ++x) {
+            same = same && lcd.isLit(x, y) == rule(x, y);
+        }
+    }
+    return same;
+}
+} // namespace
 
 /// The product, operated from its front panel: keys and the remote go in; what the LCD, the LEDs, the
 /// switching board and the files show comes out.
@@ -23,17 +37,30 @@ private slots:
     {
         TestUnit unit(8, WithPanel);
         m_hardware = &unit.hardware();
-        Product product;
+        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
+                                  unit.path("/dev/fb0"));
+
+        // The LCD begins with what the program has put on its screen.
+        const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
+        QCOMPARE(picture.size(), QSize(128, 64));
+        QVERIFY(holds([&] {
+            return isDark(m_hardware->lcd(), {0, 0, 127, 63},
+                          [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; });
+        }));
         QVERIFY(shows("SWITCH", "01>"));
         QVERIFY(lights({1, 51, 52, 58}) && !m_hardware->keys().isLit(2));
 
+        // A frame is sent when it differs, and once.
+        QVERIFY(ledsAreRefreshed(3));
+        const uint64_t frames = m_hardware->lcd().frameCount();
         press(3);
-        QVERIFY(shows("SWITCH", "03>"));
+        QVERIFY(shows("SWITCH", "03>") && ledsAreRefreshed(5));
+        QCOMPARE(m_hardware->lcd().frameCount(), frames + 1);
         QVERIFY(lights({3}) && !m_hardware->keys().isLit(1) && !m_hardware->keys().isLit(51));
         press(52);
         QVERIFY(unit.boardShows({1, 3, 1, 1, 1, 1, 1, 1}));
         QVERIFY(lights({52}));
-        QVERIFY(holds([&] { return switchButton(1) == "02"; }));
+        QVERIFY(holds([&] { return switchButton(1, "02"); }));
         type("5X1N");
         QVERIFY(shows("SWITCH", "05>"));
         QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
@@ -43,69 +70,40 @@ private slots:
         press(112);
         press(113);
         QVERIFY(shows("SCENE", "2 saved"));
-        QCOMPARE(unit.fileContent("/home/app/data/scene2").left(4), QByteArray("\4\0\2\0", 4));
-        QVERIFY(holds([&] { return mapButton(0) == "05>01" && mapButton(1) == "03>02"; }));
+        QVERIFY(holds([&] { return mapButton(0, "05>01") && mapButton(1, "03>02"); }));
 
         press(115);
         QVERIFY(shows("SETUP", ""));
-        QVERIFY(holds([&] { return text({32, 14, 127, 21}) == "192.168.000.080"; }));
-        for (const int key : {116, 10, 1, 10, 112, 112, 112, 10, 10, 7}) {
+        for (const int key : {116, 10, 1, 10}) {
             press(key);
         }
-        QVERIFY(holds([&] { return text({32, 14, 32 + 11 * 6, 21}) == "010.168.007"; }));
-        QVERIFY(m_hardware->lcd().isLit(32 + 1 + 12 * 6, 21)); // the cursor, on the next digit
-        press(113);
-        QVERIFY(holds([&] { return unit.fileContent("/etc/eth0.conf").contains("ADDRESS=10.168.7.80\n"); }));
+        QVERIFY(holds([&] { return reads("010", {32, 14, 32 + 3 * 6, 21}); }));
+        QVERIFY(m_hardware->lcd().isLit(32 + 1 + 4 * 6, 21)); // the cursor, on the next digit
 
         press(115);
         QVERIFY(shows("VIEW", "8x8"));
-        QVERIFY(holds([&] { return mapButton(1) == "03>02"; }));
         QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
-        QVERIFY(holds([&] { return mapButton(1) == ">02"; }));
+        QVERIFY(holds([&] { return mapButton(1, ">02"); }));
         type("5X");
         QVERIFY(shows("SWITCH", "05>"));
-        QVERIFY(holds([&] { return switchButton(0) == "01"; }));
-        type("2R");
-        QVERIFY(shows("SCENE", "2 loaded"));
-        QVERIFY(lights({2}) && !m_hardware->keys().isLit(5));
-        QVERIFY(holds([&] { return mapButton(0) == "05>01" && mapButton(7) == "01>08"; }));
-        QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
+        QVERIFY(holds([&] { return switchButton(0, "01"); }));
         QCOMPARE(product.end(SIGTERM), 0);
         QCOMPARE(unit.faults(), QByteArray());
     }
 
-    /// The LCD begins with what the program has put on its screen.
-    void startPicture()
-    {
-        TestUnit unit(8, WithPanel);
-        m_hardware = &unit.hardware();
-        Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
-                                  unit.path("/dev/fb0"));
-        const QImage picture(QStringLiteral(PICTURES "/startup_lcd.png"));
-        QCOMPARE(picture.size(), QSize(128, 64));
-        const auto isBlack = [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; };
-        QVERIFY(holds([&] { return lcdIsDark(m_hardware->lcd(), isBlack); }));
-        QVERIFY(shows("SWITCH", "01>"));
-    }
-
-    void aMissingDeviceIsNamed_data()
-    {
-        QTest::addColumn<sim::Wire>("wire");
-        QTest::newRow("/dev/ttymxc0") << sim::Wire::Infrared;
-        QTest::newRow("/dev/ttymxc1") << sim::Wire::Keys;
-        QTest::newRow("/dev/spidev2.0") << sim::Wire::Spi;
-    }
-
     void aMissingDeviceIsNamed()
     {
-        QFETCH(const sim::Wire, wire);
-        TestUnit unit(8, WithPanel);
-        unit.hardware().unplug(wire);
-        Product product;
-        QVERIFY(product.await((QByteArray("can't open file ") + QTest::currentDataTag() + "\n").constData()));
-        // It serves its other wires.
-        QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
-        QCOMPARE(product.end(SIGTERM), 0);
+        for (const auto &[wire, device] : {std::pair(sim::Wire::Infrared, "/dev/ttymxc0"),
+                                           {sim::Wire::Keys, "/dev/ttymxc1"},
+                                           {sim::Wire::Spi, "/dev/spidev2.0"}}) {
+            TestUnit unit(8, WithPanel);
+            unit.hardware().unplug(wire);
+            Product product;
+            QVERIFY(product.await("can't open file " + QByteArray(device) + "\n"));
+            // It serves its other wires.
+            QCOMPARE(unit.talk(sim::Wire::Control0, "1x1."), QByteArray("OK."));
+            QCOMPARE(product.end(SIGTERM), 0);
+        }
     }
 
 private:
@@ -127,30 +125,44 @@ private:
         }
     }
 
-    QByteArray text(const GUI_Rect &area, bool inverted = false) const
+    /// Whether this text and nothing else stands in a part of the LCD, at whatever dot it begins; `inverted`
+    /// is light on dark.
+    bool reads(const QByteArray &text, const GUI_Rect &area, bool inverted = false) const
     {
+        const int width = GUI_Font6x8.width * text.size();
+        const int height = GUI_Font6x8.height;
+        const auto isTextDot = [&](int x, int y) {
+            const auto character = static_cast<unsigned char>(text[x / GUI_Font6x8.width]);
+            return (GUI_Font6x8.glyph(character).rows[y] & 0x80 >> x % GUI_Font6x8.width) != 0;
+        };
         const sim::LcdModule lcd = m_hardware->lcd();
-        return lcdText([&](int x, int y) { return lcd.isLit(x, y); }, area, inverted);
+        bool found = false;
+        for (int top = area.y0; top + height - 1 <= area.y1; ++top) {
+            for (int left = area.x0; left + width - 1 <= area.x1; ++left) {
+                found = found || isDark(lcd, area, [&](int x, int y) {
+                            const bool isText = x >= left && x < left + width && y >= top && y < top + height;
+                            return inverted != (isText && isTextDot(x - left, y - top));
+                        });
+            }
+        }
+        return found;
     }
 
-    QByteArray mapButton(int index) const
+    /// Of the first row; `index` is 0-based.
+    bool mapButton(int index, const char *text) const
     {
-        const int x = index % 4 * 33;
-        const int y = 14 + index / 4 * 10;
-        return text({x, y, x + 31, y + 9});
+        return reads(text, {33 * index, 14, 33 * index + 31, 23});
     }
 
-    /// Of an output that shows the selected input.
-    QByteArray switchButton(int index) const
+    /// As `mapButton`, of an output that shows the selected input.
+    bool switchButton(int index, const char *text) const
     {
-        const int x = index % 8 * 16 + 1;
-        const int y = 14 + index / 8 * 10;
-        return text({x, y, std::min(x + 15, 127), y + 9}, true);
+        return reads(text, {16 * index + 1, 14, 16 * index + 16, 23}, true);
     }
 
     bool shows(const char *title, const char *status) const
     {
-        return holds([&] { return text({1, 1, 46, 10}, true) == title && text({49, 1, 126, 10}) == status; });
+        return holds([&] { return reads(title, {1, 1, 46, 10}, true) && reads(status, {49, 1, 126, 10}); });
     }
 
     bool lights(const std::vector<int> &keys) const
@@ -159,6 +171,13 @@ private:
             const sim::KeyPanel panel = m_hardware->keys();
             return std::all_of(keys.begin(), keys.end(), [&](int key) { return panel.isLit(key); });
         });
+    }
+
+    /// Every 50 ms while the menu runs.
+    bool ledsAreRefreshed(uint64_t times) const
+    {
+        const uint64_t bytes = m_hardware->keys().byteCount() + 16 * times;
+        return holds([&] { return m_hardware->keys().byteCount() > bytes; });
     }
 
     sim::VirtualUnit *m_hardware = nullptr;

@@ -37,47 +37,40 @@ class TestRoutingPages : public QObject
     Q_OBJECT
 
 private slots:
-    void theSwitchPageFits_data()
-    {
-        const QSize large(155, 95), middle(105, 68), small(102, 46), least(75, 45);
-        QTest::addColumn<int>("ports");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<int>("columns");
-        QTest::newRow("2") << 2 << large << 2;
-        QTest::newRow("10") << 10 << large << 2;
-        QTest::newRow("11") << 11 << middle << 3;
-        QTest::newRow("21") << 21 << middle << 3;
-        QTest::newRow("22") << 22 << small << 4;
-        QTest::newRow("40") << 40 << small << 4;
-        QTest::newRow("41") << 41 << least << 5;
-        QTest::newRow("160") << 160 << least << 5;
-    }
     void theSwitchPageFits()
     {
-        QFETCH(int, ports);
-        QFETCH(QSize, size);
-        QFETCH(int, columns);
-        const bool map = ports <= 21;
-        TestUnit unit(ports);
-        const auto page = open<QMxSwitch>(unit);
-        QCOMPARE(misplaced(*page), QStringList());
-        QCOMPARE(buttons(*page).size(), 2 * ports + 5);
-        for (int area = 0; area < 2; ++area) {
-            for (int i = 0; i < ports; ++i) {
-                const QPoint place(i % columns * (size.width() + 3), i / columns * (size.height() + 3));
-                QCOMPARE(button(*page, QString::number(i + 1), area)->geometry(),
-                         QRect(QPoint(3, 3) + place, size));
+        const QSize large(155, 95), middle(105, 68), small(102, 46), least(75, 45);
+        const struct {
+            int ports;
+            QSize size;
+            int columns;
+        } sizes[] = {{2, large, 2},  {10, large, 2}, {11, middle, 3}, {21, middle, 3},
+                     {22, small, 4}, {40, small, 4}, {41, least, 5},  {160, least, 5}};
+        TestUnit unit(160);
+        unit.start(false);
+        for (const auto &[ports, size, columns] : sizes) {
+            unit.shm().port = ports;
+            const auto page = open<QMxSwitch>(unit);
+            QCOMPARE(misplaced(*page), QStringList());
+            QCOMPARE(buttons(*page).size(), 2 * ports + 5);
+            for (int area = 0; area < 2; ++area) {
+                for (int i = 0; i < ports; ++i) {
+                    const QPoint place(i % columns * (size.width() + 3), i / columns * (size.height() + 3));
+                    QCOMPARE(button(*page, QString::number(i + 1), area)->geometry(),
+                             QRect(QPoint(3, 3) + place, size));
+                }
+                const QScrollArea *scroll = page->findChildren<QScrollArea *>().at(area);
+                QVERIFY(scroll->widget()->width() <= scroll->viewport()->width());
+                QCOMPARE(scroll->verticalScrollBar()->isVisible(), ports == 160);
+                QCOMPARE(scroll->verticalScrollBar()->singleStep(), 480);
+                QVERIFY(!scroll->horizontalScrollBar()->isVisible());
             }
-            const QScrollArea *scroll = page->findChildren<QScrollArea *>().at(area);
-            QVERIFY(scroll->widget()->width() <= scroll->viewport()->width());
-            QCOMPARE(scroll->verticalScrollBar()->isVisible(), ports == 160);
-            QCOMPARE(scroll->verticalScrollBar()->singleStep(), 480);
-            QVERIFY(!scroll->horizontalScrollBar()->isVisible());
+            QCOMPARE(button(*page, "1")->font().pixelSize(), ports > 40 ? 12 : -1);
+            const auto *view = page->findChild<QMxWidget *>();
+            QCOMPARE(view != nullptr, ports <= 21);
+            QVERIFY(view == nullptr ||
+                    (view->size() == QSize(200, 485) && page->rect().contains(view->geometry())));
         }
-        const auto *view = page->findChild<QMxWidget *>();
-        QCOMPARE(view != nullptr, map);
-        QCOMPARE(button(*page, "1")->font().pixelSize(), ports > 40 ? 12 : -1);
-        QVERIFY(!map || (view->size() == QSize(200, 485) && page->rect().contains(view->geometry())));
     }
 
     void touchesReachTheBoard()
@@ -207,32 +200,29 @@ private slots:
         QCOMPARE(unit.map(), QByteArray("1,1"));
     }
 
-    void theScenePageFits_data()
-    {
-        QTest::addColumn<int>("scenes");
-        for (const int scenes : {10, 11, 15, 24, 25, 26, 40}) {
-            QTest::newRow(QByteArray::number(scenes).constData()) << scenes;
-        }
-    }
     void theScenePageFits()
     {
-        QFETCH(int, scenes);
-        TestUnit unit(160, {{"system/scene", std::to_string(scenes)}});
-        const auto page = open<QMxScene>(unit);
-        QCOMPARE(misplaced(*page), QStringList());
-        QCOMPARE(buttons(*page).size(), scenes + 2);
-        for (int i = 0; i < scenes; ++i) {
-            const QAbstractButton *scene = button(*page, QString::number(i + 1));
-            QCOMPARE(scene->size(), QSize(115, scenes < 25 ? 50 : 48));
-            QCOMPARE(scene->x(), button(*page, QString::number(i % 5 + 1))->x());
-            QCOMPARE(scene->isChecked(), i == 0);
+        TestUnit unit(160, {{"system/scene", "40"}});
+        unit.start(false);
+        for (const int scenes : {10, 11, 15, 24, 25, 26, 40}) {
+            unit.shm().scene = scenes;
+            const auto page = open<QMxScene>(unit);
+            QCOMPARE(misplaced(*page), QStringList());
+            QCOMPARE(buttons(*page).size(), scenes + 2);
+            for (int i = 0; i < scenes; ++i) {
+                const QAbstractButton *scene = button(*page, QString::number(i + 1));
+                QCOMPARE(scene->size(), QSize(115, scenes < 25 ? 50 : 48));
+                QCOMPARE(scene->x(), button(*page, QString::number(i % 5 + 1))->x());
+                QCOMPARE(scene->isChecked(), i == 0);
+            }
+            QCOMPARE(button(*page, "<< load")->size(), QSize(180, 65));
         }
-        QCOMPARE(button(*page, "<< load")->size(), QSize(180, 65));
     }
 
     void scenesAreSavedAndLoaded()
     {
-        RunningUnit unit(4);
+        TestUnit unit(4);
+        unit.start(true, [](unsigned long) {});
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         const auto page = open<QMxScene>(unit);
         const QList<QMxWidget *> views = page->findChildren<QMxWidget *>();

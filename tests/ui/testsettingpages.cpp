@@ -104,59 +104,48 @@ private slots:
         QCOMPARE(edited(page), QString("xbyc"));
     }
 
-    void modes_data()
-    {
-        const QString digits = QStringLiteral("1234567890"), address = digits + '.';
-        QTest::addColumn<int>("before");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("free text") << 2 << 0 << LowerSet << "192.168.0.80";
-        QTest::newRow("number") << 0 << 1 << digits << "192.168.0.80";
-        QTest::newRow("address") << 0 << 2 << address << "192.168.0.80";
-        QTest::newRow("password") << 0 << 3 << LowerSet << "************";
-        QTest::newRow("password, keys as before") << 2 << 3 << address << "************";
-        QTest::newRow("unknown") << 2 << 77 << LowerSet << "192.168.0.80";
-    }
     void modes()
     {
-        QFETCH(int, before);
-        QFETCH(int, mode);
-        QFETCH(QString, keys);
-        QFETCH(QString, shown);
+        const QString digits = QStringLiteral("1234567890"), address = digits + '.';
         KeyboardPage page;
         QMxKeyboard &keyboard = page.keyboard;
         QPushButton target("192.168.0.80");
         auto *editor = page.findChild<QLineEdit *>();
-        keyboard.showModal(&target, 15, before);
-        keyboard.showModal(&target, 15, mode);
-        QCOMPARE(keyboard.mode(), mode);
-        QCOMPARE(editor->displayText().remove(' '), shown);
-        QString enabled;
-        for (const QAbstractButton *key : buttons(keyboard)) {
-            enabled += key->isEnabled() && key->text().size() == 1 ? key->text() : QString();
+        for (const auto &[before, mode, keys] : {std::tuple(2, 0, LowerSet),
+                                                 {0, 1, digits},
+                                                 {0, 2, address},
+                                                 {0, 3, LowerSet},
+                                                 {2, 3, address}, // the keys as before
+                                                 {2, 77, LowerSet}}) {
+            keyboard.showModal(&target, 15, before);
+            keyboard.showModal(&target, 15, mode);
+            QCOMPARE(keyboard.mode(), mode);
+            QCOMPARE(editor->displayText().remove(' '),
+                     mode == QMxKeyboard::Password ? QString(12, '*') : target.text());
+            QString enabled;
+            for (const QAbstractButton *key : buttons(keyboard)) {
+                enabled += key->isEnabled() && key->text().size() == 1 ? key->text() : QString();
+            }
+            QCOMPARE(enabled, keys);
+            editor->setText("1");
+            editor->setCursorPosition(1);
+            QVERIFY(type(page, letters(QString(20, '2'))));
+            QCOMPARE(edited(page), mode == QMxKeyboard::Ipv4Address ? "122.222.222.222" : "122222222222222");
         }
-        QCOMPARE(enabled, keys);
-        editor->setText("1");
-        editor->setCursorPosition(1);
-        for (int i = 0; i < 20; ++i) {
-            touch(keyboard, "2");
-        }
-        QCOMPARE(edited(page), mode == QMxKeyboard::Ipv4Address ? "122.222.222.222" : "122222222222222");
     }
 
     void typingAnAddress()
     {
-        const auto typed = [](const QString &before, const QString &keys) {
-            KeyboardPage page;
+        KeyboardPage page;
+        for (const auto &[before, keys, after] : {std::tuple("10.0.0.1", "2", "10.0.0.12"),
+                                                  {"10.0.0.123", "4", "10.0.0.123"},
+                                                  {"", "10.0.0.1", "10.0.0.1"},
+                                                  {"...5", "6", "...56"}}) {
             QPushButton target(before);
             page.keyboard.showModal(&target, 15, QMxKeyboard::Ipv4Address);
-            return type(page, letters(keys) << "Enter") ? target.text() : QString();
-        };
-        QCOMPARE(typed("10.0.0.1", "2"), QString("10.0.0.12"));
-        QCOMPARE(typed("10.0.0.123", "4"), QString("10.0.0.123"));
-        QCOMPARE(typed("", "10.0.0.1"), QString("10.0.0.1"));
-        QCOMPARE(typed("...5", "6"), QString("...56"));
+            QVERIFY(type(page, letters(keys) << "Enter"));
+            QCOMPARE(target.text(), QString(after));
+        }
     }
 
     void aKeyTypesWhenTheFingerLeavesIt()
@@ -193,28 +182,23 @@ private slots:
         QCOMPARE(target.text(), QString("olda"));
     }
 
-    void theCaptionPageFits_data()
-    {
-        QTest::addColumn<int>("ports");
-        QTest::addColumn<int>("scenes");
-        QTest::newRow("least") << 2 << 10;
-        QTest::newRow("half a page of scenes") << 8 << 16;
-        QTest::newRow("most scenes") << 20 << 40;
-        QTest::newRow("most ports") << 160 << 10;
-    }
     void theCaptionPageFits()
     {
-        QFETCH(int, ports);
-        QFETCH(int, scenes);
-        TestUnit unit(ports, {{"system/scene", std::to_string(scenes)}});
-        const auto page = open<QMxSetup>(unit);
-        const QScrollArea *area = page->findChild<QScrollArea *>();
-        for (const auto &[list, count] : {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
-            QVERIFY(touch(*page, list));
-            QTRY_COMPARE(area->verticalScrollBar()->isVisible(), count > 32);
-            QTRY_COMPARE(misplaced(*page), QStringList());
-            QCOMPARE(buttons(*page).size(), 2 * count + 6);
-            QVERIFY(!area->horizontalScrollBar()->isVisible());
+        TestUnit unit(160, {{"system/scene", "40"}});
+        unit.start(false);
+        for (const auto &[ports, scenes] : {std::pair(2, 10), {8, 16}, {20, 40}, {160, 10}}) {
+            unit.shm().port = ports;
+            unit.shm().scene = scenes;
+            const auto page = open<QMxSetup>(unit);
+            const QScrollArea *area = page->findChild<QScrollArea *>();
+            for (const auto &[list, count] :
+                 {std::pair("Input", ports), {"Output", ports}, {"Scene", scenes}}) {
+                QVERIFY(touch(*page, list));
+                QTRY_COMPARE(area->verticalScrollBar()->isVisible(), count > 32);
+                QTRY_COMPARE(misplaced(*page), QStringList());
+                QCOMPARE(buttons(*page).size(), 2 * count + 6);
+                QVERIFY(!area->horizontalScrollBar()->isVisible());
+            }
         }
     }
 
@@ -314,21 +298,20 @@ private slots:
     {
         TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
-        const auto shown = [&](int backlight, int sleep, int beep) {
-            const bool all = touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off");
-            const QString before = all ? chosen(*page).join(' ') : QString();
+        for (const auto &[backlight, sleep, beep, shown, light] : {std::tuple(4, 4, 1, "100% Never On", 5),
+                                                                   {6, 2, 2, "15Min On", 7},
+                                                                   {5, 5, -1, "On", 6},
+                                                                   {99, INT_MIN, 0, "Off", 7}}) {
+            QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
+            QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
             unit.shm().backlight = backlight;
             unit.shm().sleep = sleep;
             unit.shm().beep = beep;
             unit.comm().SaveConfig();
-            return QStringList({before, chosen(*page).join(' '), QString::number(unit.shm().beep)}) +
-                   QStringList(QString::number(unit.hardware().files().backlight()));
-        };
-        const QString before = "40% 30Min Off";
-        QCOMPARE(shown(4, 4, 1), QStringList({before, "100% Never On", "1", "5"}));
-        QCOMPARE(shown(6, 2, 2), QStringList({before, "15Min On", "2", "7"}));
-        QCOMPARE(shown(5, 5, -1), QStringList({before, "On", "-1", "6"}));
-        QCOMPARE(shown(99, INT_MIN, 0), QStringList({before, "Off", "0", "7"}));
+            QCOMPARE(chosen(*page).join(' '), QString(shown));
+            QCOMPARE(int(unit.shm().beep), beep);
+            QCOMPARE(unit.hardware().files().backlight(), light);
+        }
     }
 
     void anyNumberInTheSettingsIsKept()
