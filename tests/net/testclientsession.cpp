@@ -19,6 +19,8 @@ public:
     {
     }
 
+    using ClientSession::isResting;
+
     /// Takes a piece of a text, of which more comes unless it is the last.
     void take(const QByteArray &piece, bool last = true)
     {
@@ -138,6 +140,16 @@ private slots:
         second.take(">r2.2x2.>r2");
         first.finish();
         QCOMPARE(m_log, QByteArray("|a OK.|b OK.b OK.|a OK.|b OK.|a OK."));
+    }
+
+    void aTurnOfTheEventLoopIsBetweenThem()
+    {
+        Session session(m_turns, m_log);
+        session.take(">r1.>r1");
+        for (; !session.isResting(); m_log += " ") {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(m_log.trimmed(), QByteArray("|OK.  |OK."));
     }
 
 private:
