@@ -3,7 +3,6 @@
 #include "mxsite.h"
 #include "product.h"
 #include "rawsocket.h"
-#include "rows.h"
 #include "sharedobjects.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -168,16 +167,9 @@ private slots:
         QCOMPARE(product.end(SIGTERM), 0);
     }
 
-    void aPanelLeavesTheScreenOn_data()
-    {
-        columns<int>("ports");
-        row("least", 2);
-        row("most", 40);
-    }
     void aPanelLeavesTheScreenOn()
     {
-        QFETCH(int, ports);
-        TestUnit unit(ports, {{"system/keypad", "1"}, {"system/sleep", "2"}});
+        TestUnit unit(40, {{"system/keypad", "1"}, {"system/sleep", "2"}});
         Product product;
         const QMxComm observer(false);
         QVERIFY(runUntil([] { return g_mxConfig->sleep == 4; }));

@@ -10,7 +10,7 @@
 namespace
 {
 /// What a line asks for, as text.
-QByteArray described(CommandInterpreter::Command command, std::vector<unsigned> numbers)
+QByteArray described(CommandInterpreter::Command command, const std::vector<unsigned> &numbers)
 {
     QByteArray text = QByteArray::number(int(command));
     for (const unsigned number : numbers) {
