@@ -11,12 +11,12 @@
 
 #include <QButtonGroup>
 
-/// A running unit with its window, which has made so many of its pages.
+/// A running unit, whose recalls take no time, with its window, which has made so many of its pages.
 struct Shell {
     explicit Shell(int pages = 0, const TestUnit::Settings &settings = {})
         : unit(8, settings)
     {
-        unit.start(false);
+        unit.start(false, atOnce);
         window.reset(new MainWindow);
         window->show();
         for (int i = 0; i < pages; ++i) {

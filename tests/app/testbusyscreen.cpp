@@ -1,4 +1,5 @@
 #include "busyscope.h"
+#include "rows.h"
 #include "shell.h"
 #include "testregistry.h"
 
@@ -38,20 +39,19 @@ private slots:
 
     void whatIsTouchedMeanwhileIsDropped_data()
     {
-        QTest::addColumn<int>("page");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("load a scene") << 1 << "<< load";
-        QTest::newRow("save a scene") << 1 << "save >>";
-        QTest::newRow("load captions") << 2 << "Load";
-        QTest::newRow("save captions") << 2 << "Save";
-        QTest::newRow("load settings") << 3 << "Load";
-        QTest::newRow("save settings") << 3 << "Save";
-        QTest::newRow("lock") << 3 << "Lock";
+        columns<int, QByteArray>("page", "name");
+        row("load a scene", 1, "<< load");
+        row("save a scene", 1, "save >>");
+        row("load captions", 2, "Load");
+        row("save captions", 2, "Save");
+        row("load settings", 3, "Load");
+        row("save settings", 3, "Save");
+        row("lock", 3, "Lock");
     }
     void whatIsTouchedMeanwhileIsDropped()
     {
         QFETCH(int, page);
-        QFETCH(QString, name);
+        QFETCH(QByteArray, name);
         window().OnMenuPressed(page);
         const QAbstractButton *busy = button(window(), name);
         const QSignalSpy clicks(busy, &QAbstractButton::clicked);

@@ -14,7 +14,7 @@ private slots:
     void initTestCase()
     {
         m_unit.reset(new TestUnit(12));
-        m_unit->start(false, [](unsigned long) {});
+        m_unit->start(false, atOnce);
     }
     void cleanupTestCase() { m_unit.reset(); }
 

@@ -56,12 +56,9 @@ private slots:
         row("length 4096", frame(4096), frame(4096));
         row("end mark missing", frame(5, 1), "");
         row("length 4097", QByteArray::fromHex("EB901001"), "");
-        row("length 0", QByteArray::fromHex("EB90000000"), "");
-        row("length 1 ends in EB", QByteArray::fromHex("EB90000100"), "");
-        row("length 2 ends in 90", QByteArray::fromHex("EB90000200"), "");
-        row("length 3 ends in its high byte", QByteArray::fromHex("EB900003FF"),
+        row("lengths that end within the length",
+            QByteArray::fromHex("EB90000000 EB90000100 EB90000200 EB900003FF EB90000400"),
             QByteArray::fromHex("EB9000"));
-        row("length 4 ends in its low byte", QByteArray::fromHex("EB90000400"), "");
         row("EB EB 90 does not synchronise", QByteArray::fromHex("EBEB90000500"), "");
     }
 
@@ -80,12 +77,9 @@ private slots:
     {
         columns<QByteArray, QByteArray>("bytes", "lines");
         row("each terminator", "1x2.3x4!5x6$7x8%9x10\r", "[1x2][3x4][5x6][7x8][9x10]");
-        row("line feed stays", "1x2\n.", "[1x2\n]");
-        row("empty lines", "..\r", "[][][]");
+        row("no terminators", QByteArray("1\0x2\n.", 6), QByteArray("[1\0x2\n]", 7));
         row("4095 bytes", QByteArray(4095, 'a') + ".", "[" + QByteArray(4095, 'a') + "]");
-        row("4096 bytes are dropped", QByteArray(4096, 'a') + "1x2.", "[1x2]");
-        row("nothing but 4096 bytes", QByteArray(4096, 'a') + ".", "[]");
-        row("NUL is carried", QByteArray("1\0x2.", 5), QByteArray("[1\0x2]", 6));
+        row("4096 bytes are dropped", QByteArray(4096, 'a') + "1x2..", "[1x2][]");
     }
 
     /// Each row alone, and behind a line that was too long.

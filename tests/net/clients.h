@@ -17,6 +17,7 @@ void withClients(int count, Client client)
 {
     std::atomic<int> running{count};
     std::vector<std::thread> threads;
+    threads.reserve(size_t(count));
     for (int i = 0; i < count; ++i) {
         threads.emplace_back([&, i] {
             client(i);

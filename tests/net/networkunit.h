@@ -11,8 +11,7 @@
 class NetworkUnit : public TestUnit
 {
 public:
-    explicit NetworkUnit(
-        int ports, const SceneStore::Pause &pause = [](unsigned long) {})
+    explicit NetworkUnit(int ports, const SceneStore::Pause &pause = atOnce)
         : TestUnit(ports)
     {
         start(true, pause);

@@ -19,6 +19,8 @@ public:
     {
     }
 
+    using ClientSession::isResting;
+
     /// Takes a piece of a text, of which more comes unless it is the last.
     void take(const QByteArray &piece, bool last = true)
     {
@@ -96,20 +98,17 @@ private slots:
         QCOMPARE(m_log, replies);
     }
 
-    void theLongestLine_data()
-    {
-        columns<int, QByteArray>("length", "replies");
-        row("fits", ClientSession::MaxBlock - 1, "OK.8x.");
-        row("does not", ClientSession::MaxBlock, "ERR.8x.");
-    }
     void theLongestLine()
     {
-        QFETCH(int, length);
-        Session session(m_turns, m_log);
-        session.take(QByteArray(length - 3, ' '), false);
-        session.take("3x2", false);
-        session.take("&4.8?");
-        QTEST(m_log, "replies");
+        for (const auto &[length, replies] :
+             {std::pair(ClientSession::MaxBlock - 1, "OK.8x."), {ClientSession::MaxBlock, "ERR.8x."}}) {
+            m_log.clear();
+            Session session(m_turns, m_log);
+            session.take(QByteArray(length - 3, ' '), false);
+            session.take("3x2", false);
+            session.take("&4.8?");
+            QCOMPARE(m_log, QByteArray(replies));
+        }
     }
 
     void aTurnHasAnEnd()
@@ -138,6 +137,16 @@ private slots:
         second.take(">r2.2x2.>r2");
         first.finish();
         QCOMPARE(m_log, QByteArray("|a OK.|b OK.b OK.|a OK.|b OK.|a OK."));
+    }
+
+    void aTurnOfTheEventLoopIsBetweenThem()
+    {
+        Session session(m_turns, m_log);
+        session.take(">r1.>r1");
+        for (; !session.isResting(); m_log += " ") {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(m_log.trimmed(), QByteArray("|OK.  |OK."));
     }
 
 private:

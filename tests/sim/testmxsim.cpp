@@ -106,30 +106,22 @@ private slots:
         writeScript(program);
     }
 
-    void badOptions_data()
-    {
-        QTest::addColumn<QString>("options");
-        QTest::addColumn<QString>("error");
-        const auto row = [](const char *options, const char *error) {
-            QTest::newRow(options) << QString(options) << QString(error);
-        };
-        row("--ports 1", "--ports takes a number from 2 to 160, not \"1\"");
-        row("--scenes 10x", "--scenes takes a number from 10 to 40, not \"10x\"");
-        row("--screen tv", "--screen takes window, vnc or none, not \"tv\"");
-        row("--touchscreen --front-panel", "--touchscreen and --front-panel are not for one unit");
-        row("--speed", "Unknown option 'speed'.");
-        row("8", "\"8\" is no option; see --help");
-        row("--folder /dev/null", "cannot use the folder /dev/null: Not a directory");
-        row("--program /etc/passwd", "there is no program /etc/passwd");
-        row("--screen=window", "there is no desk at the display \":none\"");
-    }
     void badOptions()
     {
-        QFETCH(QString, options);
-        QFETCH(QString, error);
         m_environment.insert("DISPLAY", ":none");
-        QCOMPARE(failure(options.split(' ')), "mxsim: " + error + "\n");
-        QVERIFY(options.contains("window") || !QFile::exists(file("unit")));
+        for (const auto &[options, error] :
+             {std::pair("--ports 1", "--ports takes a number from 2 to 160, not \"1\""),
+              {"--scenes 10x", "--scenes takes a number from 10 to 40, not \"10x\""},
+              {"--screen tv", "--screen takes window, vnc or none, not \"tv\""},
+              {"--touchscreen --front-panel", "--touchscreen and --front-panel are not for one unit"},
+              {"--speed", "Unknown option 'speed'."},
+              {"8", "\"8\" is no option; see --help"},
+              {"--folder /dev/null", "cannot use the folder /dev/null: Not a directory"},
+              {"--program /etc/passwd", "there is no program /etc/passwd"},
+              {"--screen=window", "there is no desk at the display \":none\""}}) {
+            QVERIFY(!QFile::exists(file("unit")));
+            QCOMPARE(failure(QString(options).split(' ')), QString("mxsim: %1\n").arg(error));
+        }
     }
 
     void takenPorts()
@@ -223,7 +215,7 @@ private slots:
         const QRegularExpression picture(
             "\n┌─{128}┐\n│[▀█]{4}[ ▄]{4}[^\n]{120}│\n(│[^\n]{128}│\n){31}└─{128}┘\n$");
         QVERIFY2(output.contains(picture), qPrintable(output));
-        QVERIFY(output.contains("\n  panel       none\n"));
+        QVERIFY(output.contains("\n  panel       none\n") && output.contains("▄")); // of the noise
         QVERIFY(ended(mxsim));
     }
 

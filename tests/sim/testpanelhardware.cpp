@@ -1,5 +1,7 @@
 #include "eventtext.h"
+#include "gpiolines.h"
 #include "lcdrecords.h"
+#include "lcdtext.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -210,6 +212,60 @@ private slots:
         QVERIFY(!keys.isLit(7) && keys.isLit(9));
         keys.feed(off + 1, 1, 0);
         QVERIFY(!keys.isLit(9) && !keys.isLit(-1) && !keys.isLit(128) && keys.byteCount() == 128 + 2);
+    }
+
+    void gpioRequests()
+    {
+        struct Request {
+            uint32_t size, level;
+            uint64_t line;
+        };
+        QByteArray records;
+        for (const auto &[size, level, line] : {Request{24, 0, 4},
+                                                {24, 1, 31},
+                                                {24, 1, 4},
+                                                {24, 1, 4},
+                                                {24, 0, 4},
+                                                {24, 1, 4},
+                                                {24, 1, 32},
+                                                {24, 1, 1ull << 63},
+                                                {24, 2, 4},
+                                                {23, 1, 4},
+                                                {24, 0, 4}}) {
+            records += bytesOf(IoctlRecord{size, level, line, 0});
+        }
+        sim::EventText words;
+        QString heard;
+        sim::GpioLines lines(
+            [&](const sim::WireEvent &event) { heard += words.line(event).c_str() + QString("."); });
+        for (const QByteArray &piece : {records.left(20), records.mid(20)}) {
+            lines.feed(reinterpret_cast<const uint8_t *>(piece.constData()), size_t(piece.size()), 0);
+        }
+        QCOMPARE(lines.level(31), 1);
+        QCOMPARE(lines.level(4), 0);
+        QCOMPARE(lines.history().size(), size_t(7));
+        QCOMPARE(lines.faults().size(), size_t(4));
+        // The buzzer's line tells when it rises, no other line does.
+        QVERIFY2(heard.startsWith("..buzzer...buzzer.fault"), qPrintable(heard));
+    }
+
+    void theTerminalShowsWhatIsSteadyAndNew()
+    {
+        Bench bench;
+        sim::LcdText text;
+        const auto sees = [&](int64_t nowMs) { return !text.look(bench.lcd, nowMs).empty(); };
+        QVERIFY(!sees(0) && !sees(1000)); // dark, as before
+        bench.feed(lcdOn() + lcdCorner(1));
+        QVERIFY(!sees(2000) && !sees(2099));
+        bench.feed(lcdCorner(2));
+        QVERIFY(!sees(2100) && !sees(2199));
+        QVERIFY(sees(2200));
+        bench.feed(lcdCorner(3));
+        QVERIFY(!sees(3000));
+        bench.feed(lcdCorner(2));
+        QVERIFY(!sees(3050) && !sees(4000)); // back to what was told
+        bench.lcd.setResetLine(0, 0);
+        QVERIFY(!sees(5000) && sees(5100));
     }
 
     void requestsComeOverTwoFifos()

@@ -1,4 +1,5 @@
 #include "eventtext.h"
+#include "rows.h"
 #include "switchingboard.h"
 #include "testregistry.h"
 
@@ -49,24 +50,24 @@ private slots:
     /// Each row, then a good pair.
     void frames_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("events");
-        const auto row = [](const char *name, const QByteArray &bytes, const QStringList &events) {
-            QTest::newRow(name) << bytes << events;
-        };
-        row("three copies", frameA + frameA + frameA, {shownA, once});
-        row("two copies that differ", frameA + frameB, {"fault    the two copies of a switch frame differ"});
-        row("a small letter", "F00C00000002000aFFFFFFFF\r\n", {malformed.arg(26)});
-        row("an output too few", frameA.left(20) + "\r\n" + frameA + frameA, {malformed.arg(22), shownA});
+        columns<QByteArray, QStringList>("bytes", "events");
+        row("three copies", frameA + frameA + frameA, QStringList{shownA, once});
+        row("two copies that differ", frameA + frameB,
+            QStringList{"fault    the two copies of a switch frame differ"});
+        row("a small letter", "F00C00000002000aFFFFFFFF\r\n", QStringList{malformed.arg(26)});
+        row("an output too few", frameA.left(20) + "\r\n" + frameA + frameA,
+            QStringList{malformed.arg(22), shownA});
         row("an output too many", frameA.left(24) + "0000\r\n" + frameA + frameA,
-            {"fault    a switch frame goes on after 26 bytes", shownA});
+            QStringList{"fault    a switch frame goes on after 26 bytes", shownA});
         row("a frame within a frame", frameA.left(10) + passed,
-            {"fault    byte EB within a switch frame", shownPassed});
-        row("a frame between the copies", frameA + passed + frameA, {once, shownPassed, once});
-        row("noise first", "xF0EF" + frameA + frameA, {stray.arg("78"), shownA});
-        row("one of each", splice + frameA + frameA + passed, {shownSplice, shownA, shownPassed});
-        row("a wrong last byte", splice.left(22) + '\x01', {"fault    a frame ends in 01 instead of 00"});
-        row("too long", QByteArray::fromHex("EB901001"), {"fault    a frame declares a length of 4097"});
+            QStringList{"fault    byte EB within a switch frame", shownPassed});
+        row("a frame between the copies", frameA + passed + frameA, QStringList{once, shownPassed, once});
+        row("noise first", "xF0EF" + frameA + frameA, QStringList{stray.arg("78"), shownA});
+        row("one of each", splice + frameA + frameA + passed, QStringList{shownSplice, shownA, shownPassed});
+        row("a wrong last byte", splice.left(22) + '\x01',
+            QStringList{"fault    a frame ends in 01 instead of 00"});
+        row("too long", QByteArray::fromHex("EB901001"),
+            QStringList{"fault    a frame declares a length of 4097"});
     }
     void frames()
     {

@@ -65,6 +65,9 @@ private:
     std::unique_ptr<sim::VirtualUnit> m_hardware;
 };
 
+/// A pause for recalls that take no time.
+inline void atOnce(unsigned long) {}
+
 /// A unit whose control object and thread run from the beginning.
 struct RunningUnit : TestUnit {
     explicit RunningUnit(int ports)
