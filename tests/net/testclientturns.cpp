@@ -142,8 +142,7 @@ private slots:
                 }
             }
         });
-        QCOMPARE(most, QMxUdp::MaxPeers);
-        QVERIFY(runUntil([&] { return unit.udp().peerCount() == 0; }));
+        QVERIFY(runUntil([&] { return most == QMxUdp::MaxPeers && unit.udp().peerCount() == 0; }));
         QVERIFY(heapBytes() - before < Mebibyte);
     }
 
