@@ -72,7 +72,7 @@ void ChildProcess::setupChildProcess()
 {
     // Ctrl-C on the terminal is for mxsim, which then ends its children in order.
     ::setpgid(0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::prctl(PR_SET_PDEATHSIG, m_orphanSignal);
     sigset_t none;
     ::sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);

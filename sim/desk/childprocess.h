@@ -3,6 +3,7 @@
 #include "result.h"
 
 #include <QProcess>
+#include <csignal>
 
 namespace sim
 {
@@ -24,6 +25,9 @@ public:
     /// As stop(); too late for a derived class that listens to the process.
     ~ChildProcess() override;
 
+    /// What the process gets when this one is killed and cannot end it. Before it is launched.
+    void setOrphanSignal(int signal) { m_orphanSignal = signal; }
+
     /// Starts the program, looked up in the PATH when it has no folder.
     Result launch(const QString &program, const QStringList &arguments);
 
@@ -44,6 +48,7 @@ private:
     void onFinished();
 
     const int m_stopMs;
+    int m_orphanSignal = SIGTERM;
     qint64 m_pid = 0; ///< 0 when there is none, or it is being stopped
 };
 } // namespace sim

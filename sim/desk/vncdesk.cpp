@@ -13,6 +13,8 @@ constexpr quint16 LastPort = 5999;
 VncDesk::VncDesk(quint16 port)
     : m_port(port)
 {
+    // Asked to end while its display goes away as well, it may wait for that for ever.
+    m_vncServer.setOrphanSignal(SIGKILL);
 }
 
 Result VncDesk::start(const QString &folder, const QSize &size)

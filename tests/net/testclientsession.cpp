@@ -98,17 +98,20 @@ private slots:
         QCOMPARE(m_log, replies);
     }
 
+    void theLongestLine_data()
+    {
+        columns<int, QByteArray>("length", "replies");
+        row("just fits", ClientSession::MaxBlock - 1, "OK.8x.");
+        row("a byte too long", int(ClientSession::MaxBlock), "ERR.8x.");
+    }
     void theLongestLine()
     {
-        for (const auto &[length, replies] :
-             {std::pair(ClientSession::MaxBlock - 1, "OK.8x."), {ClientSession::MaxBlock, "ERR.8x."}}) {
-            m_log.clear();
-            Session session(m_turns, m_log);
-            session.take(QByteArray(length - 3, ' '), false);
-            session.take("3x2", false);
-            session.take("&4.8?");
-            QCOMPARE(m_log, QByteArray(replies));
-        }
+        QFETCH(int, length);
+        Session session(m_turns, m_log);
+        session.take(QByteArray(length - 3, ' '), false);
+        session.take("3x2", false);
+        session.take("&4.8?");
+        QTEST(m_log, "replies");
     }
 
     void aTurnHasAnEnd()

@@ -1,4 +1,5 @@
 #include "lcdrecords.h"
+#include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -106,22 +107,27 @@ private slots:
         writeScript(program);
     }
 
+    void badOptions_data()
+    {
+        const auto refused = [](const char *options, const char *error) { row(options, options, error); };
+        columns<QByteArray, QByteArray>("options", "error");
+        refused("--ports 1", "--ports takes a number from 2 to 160, not \"1\"");
+        refused("--scenes 10x", "--scenes takes a number from 10 to 40, not \"10x\"");
+        refused("--screen tv", "--screen takes window, vnc or none, not \"tv\"");
+        refused("--touchscreen --front-panel", "--touchscreen and --front-panel are not for one unit");
+        refused("--speed", "Unknown option 'speed'.");
+        refused("8", "\"8\" is no option; see --help");
+        refused("--folder /dev/null", "cannot use the folder /dev/null: Not a directory");
+        refused("--program /etc/passwd", "there is no program /etc/passwd");
+        refused("--screen=window", "there is no desk at the display \":none\"");
+    }
     void badOptions()
     {
+        QFETCH(QByteArray, options);
+        QFETCH(QByteArray, error);
         m_environment.insert("DISPLAY", ":none");
-        for (const auto &[options, error] :
-             {std::pair("--ports 1", "--ports takes a number from 2 to 160, not \"1\""),
-              {"--scenes 10x", "--scenes takes a number from 10 to 40, not \"10x\""},
-              {"--screen tv", "--screen takes window, vnc or none, not \"tv\""},
-              {"--touchscreen --front-panel", "--touchscreen and --front-panel are not for one unit"},
-              {"--speed", "Unknown option 'speed'."},
-              {"8", "\"8\" is no option; see --help"},
-              {"--folder /dev/null", "cannot use the folder /dev/null: Not a directory"},
-              {"--program /etc/passwd", "there is no program /etc/passwd"},
-              {"--screen=window", "there is no desk at the display \":none\""}}) {
-            QVERIFY(!QFile::exists(file("unit")));
-            QCOMPARE(failure(QString(options).split(' ')), QString("mxsim: %1\n").arg(error));
-        }
+        QCOMPARE(failure(QString(options).split(' ')), QString("mxsim: %1\n").arg(QString(error)));
+        QVERIFY(!QFile::exists(file("unit")));
     }
 
     void takenPorts()

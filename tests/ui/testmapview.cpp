@@ -1,5 +1,6 @@
 #include "paintcounter.h"
 #include "qmxwidget.h"
+#include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -91,14 +92,18 @@ private slots:
         }
     }
 
+    void coloursRepeatAfterTen_data()
+    {
+        columns<int, QColor>("input", "colour");
+        row("first", 0, QColor(255, 0, 0));
+        row("second", 1, QColor(255, 127, 0));
+        row("fifth of the second ten", 14, QColor(0, 127, 255));
+        row("last", 159, QColor(255, 0, 127));
+    }
     void coloursRepeatAfterTen()
     {
-        for (const auto &[input, colour] : {std::pair(0, QColor(255, 0, 0)),
-                                            {1, {255, 127, 0}},
-                                            {14, {0, 127, 255}},
-                                            {159, {255, 0, 127}}}) {
-            QCOMPARE(QMxWidget::lineColor(quint16(input)), colour);
-        }
+        QFETCH(int, input);
+        QTEST(QMxWidget::lineColor(quint16(input)), "colour");
     }
 
     void linesLieOverThoseOfLowerOutputs()
