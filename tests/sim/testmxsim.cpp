@@ -297,8 +297,9 @@ private slots:
             "for wire in '0 -c1' '1 -c2'; do set $wire; head $2 $MX_ROOT/dev/ttymxc$1 | od -An -tx1 & done" +
             program);
         QProcess panel;
-        QVERIFY(
-            start(panel, {"--ports=4", "--front-panel"}).contains("\n  panel       a window of this desk\n"));
+        const QString said = start(panel, {"--ports=4", "--front-panel"});
+        QVERIFY2(said.contains("\n  panel       a window of this desk\n"),
+                 qPrintable(said + panel.readAllStandardError()));
         QProcess user;
         user.setProcessEnvironment(m_environment);
         QVERIFY(runUntil([&] {

@@ -11,6 +11,7 @@
 #include <QUdpSocket>
 #include <QtDebug>
 #include <algorithm>
+#include <random>
 #include <sys/msg.h>
 
 constexpr int DeadlineMs = 10000;
@@ -183,24 +184,35 @@ int openDescriptors()
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
 }
 
+namespace
+{
+/// Below the ports that the system gives to clients: one of those might be taken before it is used.
+quint16 anyPort()
+{
+    static std::mt19937 generator{std::random_device{}()};
+    return static_cast<quint16>(std::uniform_int_distribution<>(10000, 32000)(generator));
+}
+} // namespace
+
 quint16 freeTcpPort()
 {
     QTcpServer server;
-    server.listen(QHostAddress(QHostAddress::AnyIPv4));
+    while (!server.listen(QHostAddress(QHostAddress::AnyIPv4), anyPort())) {
+    }
     return server.serverPort();
 }
 
 quint16 freeUdpPorts()
 {
     for (;;) {
+        const quint16 first = anyPort();
         QUdpSocket sockets[8];
-        sockets[0].bind(QHostAddress(QHostAddress::AnyIPv4));
-        const quint16 first = sockets[0].localPort();
-        bool allFree = first <= 65528;
-        for (int i = 1; i < 8 && allFree; ++i) {
-            allFree = sockets[i].bind(QHostAddress(QHostAddress::AnyIPv4), static_cast<quint16>(first + i));
+        int bound = 0;
+        while (bound < 8 && sockets[bound].bind(QHostAddress(QHostAddress::AnyIPv4),
+                                                static_cast<quint16>(first + bound))) {
+            ++bound;
         }
-        if (allFree) {
+        if (bound == 8) {
             return first;
         }
     }
