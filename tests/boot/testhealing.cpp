@@ -1,0 +1,171 @@
+#include "guest.h"
+#include "rows.h"
+#include "testregistry.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+#include <csignal>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <thread>
+
+namespace
+{
+const std::vector<int> Routing = {4, 4, 7, 4, 1, 4, 4, 2};
+
+/// The id of the program's thread of this name; 0 when it has none.
+int threadId(int program, const QByteArray &name)
+{
+    const QString folder = QStringLiteral("/proc/%1/task/").arg(program);
+    for (const QString &id : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile comm(folder + id + QStringLiteral("/comm"));
+        if (comm.open(QIODevice::ReadOnly) && comm.readAll().trimmed() == name) {
+            return id.toInt();
+        }
+    }
+    return 0;
+}
+
+/// Holds one thread of the program still while the others run, until the program is gone.
+class HeldThread
+{
+public:
+    explicit HeldThread(int id)
+        : m_keeper([this, id] { hold(id); })
+    {
+    }
+    ~HeldThread() { m_keeper.join(); }
+
+private:
+    void hold(int id)
+    {
+        if (::ptrace(PTRACE_SEIZE, id, nullptr, nullptr) != 0 || ::ptrace(PTRACE_INTERRUPT, id, nullptr, nullptr) != 0) {
+            qWarning("cannot hold thread %d", id);
+            return;
+        }
+        int status = 0;
+        while (::waitpid(id, &status, __WALL) == id && !WIFEXITED(status) && !WIFSIGNALED(status)) {
+        }
+    }
+
+    std::thread m_keeper;
+};
+
+qint64 watchdogMs()
+{
+    return shell("systemctl show mxcontrol -p WatchdogUSec --value | sed 's/s$//'").toLongLong() * 1000;
+}
+} // namespace
+
+/// Whatever happens to the program, the service has it back, with the routing as before.
+class TestHealing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(holdsWithin(10000, [] { return answer("4all.") == "OK."; }));
+        QCOMPARE(answer("7x3.1x5.2x8."), QByteArray("OK.OK.OK."));
+        QVERIFY(g_unit->boardShows(Routing));
+    }
+
+    void isHealed_data()
+    {
+        columns<QByteArray, QByteArray, bool>("harm", "thread", "panel");
+        row("kill -9", "KILL", "", false);
+        row("kill -SEGV", "SEGV", "", false);
+        row("kill -STOP", "STOP", "", false);
+        row("the control thread is stuck", "", "control", false);
+        row("the main loop is stuck", "", "mxcontrol", false);
+        row("the panel's LCD thread is stuck", "", "lcd", true);
+        row("the panel's key thread is stuck", "", "keypad", true);
+        row("kill -9 of a panel", "KILL", "", true);
+    }
+
+    void isHealed()
+    {
+        QFETCH(QByteArray, harm);
+        QFETCH(QByteArray, thread);
+        QFETCH(bool, panel);
+        begin(panel);
+        const int program = programId();
+        const qint64 harmed = nowUs();
+        std::unique_ptr<HeldThread> held;
+        if (thread.isEmpty()) {
+            shell("kill -" + harm + " " + QByteArray::number(program));
+        } else {
+            const int id = threadId(program, thread);
+            QVERIFY(id != 0);
+            held.reset(new HeldThread(id));
+        }
+        const int limitMs = int(watchdogMs()) + 3000;
+        QVERIFY(holdsWithin(limitMs, [&] { return programId() != program && answer("7?.") == "7x3."; }));
+        const qint64 answered = nowUs();
+        QVERIFY(g_unit->boardShows(Routing, harmed));
+        const qint64 shown = g_unit->hardware().board().switchFrames().back().timeUs;
+        qInfo("TCP answers after %.2f s, the board has the routing after %.2f s", (answered - harmed) / 1e6,
+              (shown - harmed) / 1e6);
+        QVERIFY(shown - harmed < limitMs * 1000);
+    }
+
+    void itNeverGivesUp()
+    {
+        begin(false);
+        constexpr int Times = 20;
+        const qint64 start = nowUs();
+        for (int i = 0; i < Times; ++i) {
+            const int program = programId();
+            ::kill(program, SIGKILL);
+            QVERIFY(holdsWithin(10000, [&] { return programId() > 0 && programId() != program; }));
+        }
+        QVERIFY(holdsWithin(10000, [] { return answer("7?.") == "7x3."; }));
+        qInfo("killed %d times in %.1f s, and it is back", Times, (nowUs() - start) / 1e6);
+    }
+
+    void stopsInTime_data()
+    {
+        columns<QByteArray>("harm");
+        row("idle", "");
+        row("in the middle of recalls", "recall");
+        row("while it hangs", "STOP");
+    }
+
+    void stopsInTime()
+    {
+        QFETCH(QByteArray, harm);
+        begin(false);
+        if (harm == "STOP") {
+            ::kill(programId(), SIGSTOP);
+        } else if (harm == "recall") {
+            g_unit->hardware().send(sim::Wire::Control0, "recall3.recall3.recall3.");
+            QVERIFY(g_unit->boardShows({6, 3, 5, 5, 5, 5, 5, 5}));
+        }
+        const qint64 asked = nowUs();
+        QCOMPARE(shell("systemctl stop mxcontrol"), QByteArray());
+        const qint64 tookUs = nowUs() - asked;
+        qInfo("%.2f s, %s", tookUs / 1e6, serviceProperty("Result").constData());
+        QVERIFY(tookUs < 3500000);
+        shell("systemctl reset-failed mxcontrol; systemctl start mxcontrol");
+        QVERIFY(holdsWithin(10000, [] { return answer("4all.7x3.1x5.2x8.") != ""; }));
+    }
+
+private:
+    /// On a unit with the touchscreen, or with the front panel.
+    void begin(bool panel)
+    {
+        if ((unitFiles().setting("system/keypad") == 1) != panel) {
+            QVERIFY(unitFiles().writeSettings({{"system/keypad", panel ? "1" : "0"}}).isDone());
+            QCOMPARE(shell("systemctl restart mxcontrol"), QByteArray());
+        }
+        QVERIFY(holdsWithin(10000, [] { return answer("7?.") == "7x3."; }));
+        if (panel) {
+            QVERIFY(g_unit->hardware().waitFor([] { return g_unit->hardware().keys().isLit(1); }, 10000));
+        }
+    }
+};
+
+static const RegisteredTest<TestHealing> registered;
+#include "testhealing.moc"
