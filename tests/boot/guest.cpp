@@ -107,6 +107,14 @@ qint64 serviceTimeUs(const char *name)
     return serviceProperty(name).toLongLong();
 }
 
+qint64 saidAtUs(const char *word)
+{
+    // The line may follow others that end with a carriage return.
+    const QByteArray line = shell("journalctl -b -o short-monotonic --no-pager _PID=" + serviceProperty("MainPID") +
+                                  " | grep '" + QByteArray(word) + " 2' | tail -n 1");
+    return qint64(line.mid(1, line.indexOf(']') - 1).trimmed().toDouble() * 1e6);
+}
+
 int programId()
 {
     return serviceProperty("MainPID").toInt();

@@ -39,6 +39,9 @@ QByteArray serviceProperty(const char *name);
 /// The same of a time, in microseconds since the kernel started.
 qint64 serviceTimeUs(const char *name);
 
+/// When the program said a line that begins so, since it was started; 0 when it has not.
+qint64 saidAtUs(const char *word);
+
 /// The process id of the program, 0 while it does not run.
 int programId();
 

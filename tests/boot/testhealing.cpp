@@ -1,61 +1,25 @@
 #include "guest.h"
 #include "rows.h"
+#include "stuckthread.h"
 #include "testregistry.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QTest>
 #include <csignal>
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <thread>
+#include <memory>
 
 namespace
 {
 const std::vector<int> Routing = {4, 4, 7, 4, 1, 4, 4, 2};
 
-/// The id of the program's thread of this name; 0 when it has none.
-int threadId(int program, const QByteArray &name)
-{
-    const QString folder = QStringLiteral("/proc/%1/task/").arg(program);
-    for (const QString &id : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile comm(folder + id + QStringLiteral("/comm"));
-        if (comm.open(QIODevice::ReadOnly) && comm.readAll().trimmed() == name) {
-            return id.toInt();
-        }
-    }
-    return 0;
-}
-
-/// Holds one thread of the program still while the others run, until the program is gone.
-class HeldThread
-{
-public:
-    explicit HeldThread(int id)
-        : m_keeper([this, id] { hold(id); })
-    {
-    }
-    ~HeldThread() { m_keeper.join(); }
-
-private:
-    void hold(int id)
-    {
-        if (::ptrace(PTRACE_SEIZE, id, nullptr, nullptr) != 0 || ::ptrace(PTRACE_INTERRUPT, id, nullptr, nullptr) != 0) {
-            qWarning("cannot hold thread %d", id);
-            return;
-        }
-        int status = 0;
-        while (::waitpid(id, &status, __WALL) == id && !WIFEXITED(status) && !WIFSIGNALED(status)) {
-        }
-    }
-
-    std::thread m_keeper;
-};
-
 qint64 watchdogMs()
 {
     return shell("systemctl show mxcontrol -p WatchdogUSec --value | sed 's/s$//'").toLongLong() * 1000;
+}
+
+/// What an emulated processor takes longer to start the program.
+int emulationMs()
+{
+    return shell("systemd-detect-virt") == "qemu" ? 10000 : 0;
 }
 } // namespace
 
@@ -67,9 +31,7 @@ class TestHealing : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(holdsWithin(10000, [] { return answer("4all.") == "OK."; }));
-        QCOMPARE(answer("7x3.1x5.2x8."), QByteArray("OK.OK.OK."));
-        QVERIFY(g_unit->boardShows(Routing));
+        QVERIFY(holdsWithin(60000, [] { return answer("1?.") != ""; }));
     }
 
     void isHealed_data()
@@ -93,22 +55,24 @@ private slots:
         begin(panel);
         const int program = programId();
         const qint64 harmed = nowUs();
-        std::unique_ptr<HeldThread> held;
+        std::unique_ptr<StuckThread> stuck;
         if (thread.isEmpty()) {
             shell("kill -" + harm + " " + QByteArray::number(program));
         } else {
-            const int id = threadId(program, thread);
-            QVERIFY(id != 0);
-            held.reset(new HeldThread(id));
+            stuck.reset(new StuckThread(program, thread));
+            QVERIFY(stuck->isStuck());
         }
-        const int limitMs = int(watchdogMs()) + 3000;
-        QVERIFY(holdsWithin(limitMs, [&] { return programId() != program && answer("7?.") == "7x3."; }));
+        const int limitMs = int(watchdogMs()) + 3000 + emulationMs();
+        QVERIFY(holdsWithin(limitMs, [&] {
+            return (!stuck || stuck->hasEnded()) && programId() != program && answer("7?.") == "7x3.";
+        }));
         const qint64 answered = nowUs();
         QVERIFY(g_unit->boardShows(Routing, harmed));
         const qint64 shown = g_unit->hardware().board().switchFrames().back().timeUs;
-        qInfo("TCP answers after %.2f s, the board has the routing after %.2f s", (answered - harmed) / 1e6,
-              (shown - harmed) / 1e6);
-        QVERIFY(shown - harmed < limitMs * 1000);
+        const qint64 again = serviceTimeUs("ExecMainStartTimestampMonotonic");
+        qInfo("started again after %.2f s, the board has the routing after %.2f s, TCP answers after %.2f s",
+              (again - harmed) / 1e6, (shown - harmed) / 1e6, (answered - harmed) / 1e6);
+        QVERIFY(again - harmed < (watchdogMs() + 2000) * 1000 && shown - harmed < limitMs * 1000);
     }
 
     void itNeverGivesUp()
@@ -148,8 +112,6 @@ private slots:
         const qint64 tookUs = nowUs() - asked;
         qInfo("%.2f s, %s", tookUs / 1e6, serviceProperty("Result").constData());
         QVERIFY(tookUs < 3500000);
-        shell("systemctl reset-failed mxcontrol; systemctl start mxcontrol");
-        QVERIFY(holdsWithin(10000, [] { return answer("4all.7x3.1x5.2x8.") != ""; }));
     }
 
 private:
@@ -160,10 +122,10 @@ private:
             QVERIFY(unitFiles().writeSettings({{"system/keypad", panel ? "1" : "0"}}).isDone());
             QCOMPARE(shell("systemctl restart mxcontrol"), QByteArray());
         }
-        QVERIFY(holdsWithin(10000, [] { return answer("7?.") == "7x3."; }));
-        if (panel) {
-            QVERIFY(g_unit->hardware().waitFor([] { return g_unit->hardware().keys().isLit(1); }, 10000));
-        }
+        shell("systemctl start mxcontrol");
+        QVERIFY(holdsWithin(20000, [=] { return panel ? answer("1?.") != "" : saidAtUs("t1") != 0; }));
+        QCOMPARE(answer("4all.7x3.1x5.2x8."), QByteArray("OK.OK.OK.OK."));
+        QVERIFY(g_unit->boardShows(Routing));
     }
 };
 

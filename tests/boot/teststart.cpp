@@ -5,14 +5,6 @@
 
 namespace
 {
-/// When the service said this, in microseconds since the kernel started; 0 when it has not.
-qint64 saidAtUs(const char *word)
-{
-    const QByteArray line = shell("journalctl -b -u mxcontrol -o short-monotonic --no-pager | grep '" +
-                                  QByteArray(word) + " 2' | tail -n 1");
-    return qint64(line.mid(1, line.indexOf(']') - 1).trimmed().toDouble() * 1e6);
-}
-
 QByteArray screen()
 {
     return shell("sha256sum </dev/fb0");

@@ -15,6 +15,8 @@ class TestWires : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QVERIFY(holdsWithin(60000, [] { return answer("1?.") != ""; })); }
+
     void everyWireEndsAtTheBoard()
     {
         QCOMPARE(askTcp("0all."), QByteArray("OK."));

@@ -35,3 +35,13 @@ StuckThread::~StuckThread()
 {
     ::ptrace(PTRACE_DETACH, m_thread, nullptr, nullptr);
 }
+
+bool StuckThread::hasEnded()
+{
+    int status = 0;
+    if (m_thread > 0 && ::waitpid(m_thread, &status, __WALL | WNOHANG) == m_thread &&
+        (WIFEXITED(status) || WIFSIGNALED(status))) {
+        m_thread = 0;
+    }
+    return m_thread == 0;
+}
