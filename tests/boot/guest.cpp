@@ -156,10 +156,10 @@ bool holdsWithin(int timeoutMs, const std::function<bool()> &condition)
     return true;
 }
 
-bool askKeeper(const QByteArray &request)
+bool askPicture(const QByteArray &name)
 {
     QFile file(QStringLiteral("/host/asked"));
-    if (!file.open(QIODevice::WriteOnly) || file.write(request) != request.size()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(name) != name.size()) {
         return false;
     }
     file.close();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "touchscreen.h"
 #include "virtualunit.h"
 
 #include <QByteArray>
@@ -16,6 +17,8 @@ public:
 
     sim::VirtualUnit &hardware() { return m_hardware; }
 
+    Touchscreen &touchscreen() { return m_touchscreen; }
+
     /// Waits until the board has got a frame after `sinceUs` and shows this routing (1-based inputs).
     bool boardShows(const std::vector<int> &inputs, qint64 sinceUs = 0);
     /// Sends text to a control port. \return the reply
@@ -25,6 +28,7 @@ public:
 
 private:
     sim::VirtualUnit m_hardware;
+    Touchscreen m_touchscreen;
 };
 
 /// The one that the tests run on; null while the guest is no unit.
@@ -54,8 +58,8 @@ QByteArray answer(const QByteArray &command);
 /// Tries the condition every 5 ms until it holds. \return whether it does, within the time
 bool holdsWithin(int timeoutMs, const std::function<bool()> &condition);
 
-/// Has the machine's keeper do what only it can: "picture NAME", "touch X Y".
-bool askKeeper(const QByteArray &request);
+/// Has the machine's keeper take a picture of the screen. \return whether it has
+bool askPicture(const QByteArray &name);
 
 /// CLOCK_MONOTONIC, microseconds since the kernel started.
 qint64 nowUs();

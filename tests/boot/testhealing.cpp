@@ -42,8 +42,8 @@ private slots:
         row("kill -STOP", "STOP", "", false);
         row("the control thread is stuck", "", "control", false);
         row("the main loop is stuck", "", "mxcontrol", false);
-        row("the panel's LCD thread is stuck", "", "lcd", true);
-        row("the panel's key thread is stuck", "", "keypad", true);
+        row("the panel's LCD thread is stuck", "", "thread_lcd", true);
+        row("the panel's key thread is stuck", "", "thread_keypad", true);
         row("kill -9 of a panel", "KILL", "", true);
     }
 
@@ -72,7 +72,7 @@ private slots:
         const qint64 again = serviceTimeUs("ExecMainStartTimestampMonotonic");
         qInfo("started again after %.2f s, the board has the routing after %.2f s, TCP answers after %.2f s",
               (again - harmed) / 1e6, (shown - harmed) / 1e6, (answered - harmed) / 1e6);
-        QVERIFY(again - harmed < (watchdogMs() + 2000) * 1000 && shown - harmed < limitMs * 1000);
+        QVERIFY(again - harmed < (watchdogMs() + 3000) * 1000 && shown - harmed < limitMs * 1000);
     }
 
     void itNeverGivesUp()

@@ -19,7 +19,7 @@ private slots:
     void theLcdShowsTheScreen()
     {
         QVERIFY(g_unit->hardware().waitFor([] { return g_unit->hardware().lcd().isOn(); }, 10000));
-        QVERIFY(askKeeper("picture panel"));
+        QVERIFY(askPicture("panel"));
         QVERIFY(g_unit->hardware().waitFor([] { return g_unit->hardware().keys().isLit(1); }, 10000));
         QVERIFY(g_unit->hardware().lcd().frameCount() >= 2 && g_unit->hardware().panelLight());
     }

@@ -39,7 +39,7 @@ private slots:
     /// No cursor blinks in the page, and what is said on the console does not show.
     void thePageHasTheScreenForItself()
     {
-        QVERIFY(askKeeper("picture console"));
+        QVERIFY(askPicture("console"));
         QVERIFY(holdsWithin(30000, [] {
             const QByteArray before = screen();
             QTest::qSleep(300);
@@ -54,17 +54,17 @@ private slots:
             QVERIFY(screen() == page);
         }
         QCOMPARE(shell("cat /sys/class/graphics/fb0/virtual_size"), QByteArray("1024,600"));
-        QVERIFY(askKeeper("picture touchscreen"));
+        QVERIFY(askPicture("touchscreen"));
     }
 
     /// Input 3 to output 1.
     void aTouchSwitches()
     {
         const qint64 now = nowUs();
-        QVERIFY(askKeeper("touch 88 250"));
-        QVERIFY(askKeeper("touch 622 150"));
+        g_unit->touchscreen().touch(88, 250);
+        g_unit->touchscreen().touch(622, 150);
         QVERIFY(g_unit->boardShows({3, 1, 1, 1, 1, 1, 1, 1}, now));
-        QVERIFY(askKeeper("picture touched"));
+        QVERIFY(askPicture("touched"));
     }
 };
 

@@ -1,0 +1,59 @@
+#include "touchscreen.h"
+
+#include <QThread>
+#include <QtGlobal>
+#include <cstring>
+#include <fcntl.h>
+#include <linux/uinput.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace
+{
+void addAxis(int device, quint16 code, int size)
+{
+    uinput_abs_setup axis{};
+    axis.code = code;
+    axis.absinfo.maximum = size - 1;
+    ::ioctl(device, UI_ABS_SETUP, &axis);
+}
+} // namespace
+
+Touchscreen::Touchscreen()
+    : m_device(::open("/dev/uinput", O_WRONLY | O_CLOEXEC))
+{
+    uinput_setup setup{};
+    setup.id.bustype = BUS_I2C;
+    std::strcpy(setup.name, "touchscreen");
+    ::ioctl(m_device.get(), UI_SET_EVBIT, EV_KEY);
+    ::ioctl(m_device.get(), UI_SET_KEYBIT, BTN_TOUCH);
+    ::ioctl(m_device.get(), UI_SET_EVBIT, EV_ABS);
+    ::ioctl(m_device.get(), UI_SET_PROPBIT, INPUT_PROP_DIRECT);
+    addAxis(m_device.get(), ABS_X, 1024);
+    addAxis(m_device.get(), ABS_Y, 600);
+    if (::ioctl(m_device.get(), UI_DEV_SETUP, &setup) != 0 || ::ioctl(m_device.get(), UI_DEV_CREATE) != 0) {
+        qFatal("cannot make a touchscreen");
+    }
+}
+
+void Touchscreen::touch(int x, int y)
+{
+    tell(EV_ABS, ABS_X, x);
+    tell(EV_ABS, ABS_Y, y);
+    for (const int down : {1, 0}) {
+        tell(EV_KEY, BTN_TOUCH, down);
+        tell(EV_SYN, SYN_REPORT, 0);
+        QThread::msleep(100); // as long as a finger stays there
+    }
+}
+
+void Touchscreen::tell(int type, int code, int value)
+{
+    input_event event{};
+    event.type = static_cast<quint16>(type);
+    event.code = static_cast<quint16>(code);
+    event.value = value;
+    if (::write(m_device.get(), &event, sizeof event) != sizeof event) {
+        qWarning("cannot touch");
+    }
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "filedescriptor.h"
+
+/// A touchscreen of 1024 x 600 dots, as the kernel's input layer has it. It is there as long as the object.
+class Touchscreen
+{
+public:
+    Touchscreen();
+
+    /// A finger goes down there, and up again.
+    void touch(int x, int y);
+
+private:
+    void tell(int type, int code, int value);
+
+    FileDescriptor m_device;
+};
