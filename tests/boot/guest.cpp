@@ -79,8 +79,8 @@ QByteArray GuestUnit::talk(sim::Wire wire, const QByteArray &text)
 QByteArray GuestUnit::faults() const
 {
     QByteArray text;
-    for (const auto &faults : {m_hardware.board().faults(), m_hardware.gpio().faults(), m_hardware.lcd().faults(),
-                               m_hardware.keys().faults()}) {
+    for (const auto &faults : {m_hardware.board().faults(), m_hardware.gpio().faults(),
+                               m_hardware.lcd().faults(), m_hardware.keys().faults()}) {
         for (const sim::WireFault &fault : faults) {
             text += QByteArray::fromStdString(fault.text) + '\n';
         }
@@ -110,8 +110,9 @@ qint64 serviceTimeUs(const char *name)
 qint64 saidAtUs(const char *word)
 {
     // The line may follow others that end with a carriage return.
-    const QByteArray line = shell("journalctl -b -o short-monotonic --no-pager _PID=" + serviceProperty("MainPID") +
-                                  " | grep '" + QByteArray(word) + " 2' | tail -n 1");
+    const QByteArray line =
+        shell("journalctl -b -a -o short-monotonic --no-pager _PID=" + serviceProperty("MainPID") +
+              " | grep '" + QByteArray(word) + " 2' | tail -n 1");
     return qint64(line.mid(1, line.indexOf(']') - 1).trimmed().toDouble() * 1e6);
 }
 

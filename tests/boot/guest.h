@@ -7,8 +7,9 @@
 #include <functional>
 #include <vector>
 
-/// The guest as a unit: its own `/dev`, `/sys`, `/home` and `/etc`, with the virtual unit's wires in the places of the
-/// devices that a PC has not. What the kernel would have in /sys is in memory, bound over the folders there.
+/// The guest as a unit: its own `/dev`, `/sys`, `/home` and `/etc`, with the virtual unit's wires in the
+/// places of the devices that a PC has not. What the kernel would have in /sys is in memory, bound over the
+/// folders there.
 class GuestUnit
 {
 public:

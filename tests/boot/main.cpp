@@ -12,8 +12,8 @@ void sayReady()
 }
 } // namespace
 
-/// `test_boot [--ports N] CLASS [FUNCTION] ...` runs classes of tests as a service of the guest, which is a unit of N
-/// ports then.
+/// `test_boot [--ports N] CLASS [FUNCTION] ...` runs classes of tests as a service of the guest, which is a
+/// unit of N ports then.
 int main(int argc, char **argv)
 {
     prepareTests();

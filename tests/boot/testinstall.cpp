@@ -16,7 +16,8 @@ private slots:
         QCOMPARE(shell("systemctl is-enabled mxcontrol"), QByteArray("enabled"));
         QCOMPARE(shell("ls -d /home/app/config /home/app/data /home/www"),
                  QByteArray("/home/app/config\n/home/app/data\n/home/www"));
-        qInfo("%s", shell("dpkg-query -W -f '${Package} ${Version} ${Installed-Size} KiB, ' 'mxcontrol*'").constData());
+        qInfo("%s", shell("dpkg-query -W -f '${Package} ${Version} ${Installed-Size} KiB, ' 'mxcontrol*'")
+                        .constData());
     }
 
     void withoutTheDevicesTheServiceStaysOff()
@@ -28,7 +29,8 @@ private slots:
 
     void cleanupTestCase()
     {
-        QVERIFY(unitFiles().writeSettings({{"system/port", "8"}, {"system/scene", "10"}, {"system/backlight", "2"}})
+        QVERIFY(unitFiles()
+                    .writeSettings({{"system/port", "8"}, {"system/scene", "10"}, {"system/backlight", "2"}})
                     .isDone());
     }
 };

@@ -31,8 +31,8 @@ int steps(int from, int to)
 }
 } // namespace
 
-/// The routing is a counter, which goes up with every frame that the board gets and is on every output alike, until the
-/// machine's keeper cuts the power.
+/// The routing is a counter, which goes up with every frame that the board gets and is on every output alike,
+/// until the machine's keeper cuts the power.
 class TestPowerCut : public QObject
 {
     Q_OBJECT
@@ -61,7 +61,9 @@ private slots:
         const int last = content(Frames).trimmed().split('\n').last().toInt();
         const int ahead = steps(last, m_counter);
         qInfo("cut %d ms after frame %d: %s", cut.toInt(), last,
-              ahead == 0 ? "that one is back" : ahead == -1 ? "the one before is back" : "another one is back");
+              ahead == 0    ? "that one is back"
+              : ahead == -1 ? "the one before is back"
+                            : "another one is back");
         QVERIFY(ahead >= (cut.toInt() > StoredMs ? 0 : -1) && ahead <= 1);
         QCOMPARE(g_unit->faults(), QByteArray());
     }

@@ -29,7 +29,8 @@ private slots:
         const qint64 begun = serviceTimeUs("InactiveExitTimestampMonotonic");
         qint64 shown = 0;
         QVERIFY(holdsWithin(20000, [&] { return (shown = saidAtUs("t1")) != 0; }));
-        qInfo("since the kernel's start: service begun %.2f s, t0 %.2f s, ready %.2f s, board %.2f s, t1 %.2f s",
+        qInfo("since the kernel's start: service begun %.2f s, t0 %.2f s, ready %.2f s, board %.2f s, t1 "
+              "%.2f s",
               begun / 1e6, saidAtUs("t0") / 1e6, serviceTimeUs("ActiveEnterTimestampMonotonic") / 1e6,
               g_unit->hardware().board().switchFrames().front().timeUs / 1e6, shown / 1e6);
         qInfo("ours: ready after %.2f s, t1 after %.2f s",

@@ -6,7 +6,8 @@
 
 namespace
 {
-constexpr char Data[] = "cat /home/app/config/* /home/app/data/scene3 /etc/eth?.conf /home/www/splice/splice3.txt | sha256sum";
+constexpr char Data[] =
+    "cat /home/app/config/* /home/app/data/scene3 /etc/eth?.conf /home/www/splice/splice3.txt | sha256sum";
 constexpr char Version[] = "dpkg-query -W -f '${Version}' mxcontrol";
 } // namespace
 
@@ -33,7 +34,8 @@ private slots:
         const int program = programId();
         const qint64 begun = nowUs();
         QProcess upgrade;
-        upgrade.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("dpkg -i /host/next/*.deb")});
+        upgrade.start(QStringLiteral("sh"),
+                      {QStringLiteral("-c"), QStringLiteral("dpkg -i /host/next/*.deb")});
         QVERIFY(holdsWithin(60000, [] { return answer("2?.").isEmpty(); }));
         const qint64 away = nowUs();
         QVERIFY(holdsWithin(60000, [&] { return programId() != program && answer("5?.") == "5x4."; }));
@@ -59,14 +61,16 @@ private slots:
     {
         const QByteArray data = shell(Data);
         for (const char *how : {"--remove", "--purge"}) {
-            const QByteArray said = shell(QByteArray("dpkg ") + how + " mxcontrol mxcontrol-data && echo gone");
+            const QByteArray said =
+                shell(QByteArray("dpkg ") + how + " mxcontrol mxcontrol-data && echo gone");
             QVERIFY2(said.endsWith("gone"), said);
             QCOMPARE(programId(), 0);
             QCOMPARE(answer("1?."), QByteArray());
             QCOMPARE(shell(Data), data);
         }
-        const QByteArray left = shell("find / -xdev -iname '*mxcontrol*' -not -path '/var/log/*' -not -path '/etc/systemd/"
-                                      "system/mxcontrol.service.d*'");
+        const QByteArray left =
+            shell("find / -xdev -iname '*mxcontrol*' -not -path '/var/log/*' -not -path '/etc/systemd/"
+                  "system/mxcontrol.service.d*'");
         QCOMPARE(left, QByteArray());
         QCOMPARE(shell("systemctl is-enabled mxcontrol 2>&1 | grep -c 'No such file'"), QByteArray("1"));
     }

@@ -29,6 +29,11 @@ Touchscreen::Touchscreen()
     ::ioctl(m_device.get(), UI_SET_KEYBIT, BTN_TOUCH);
     ::ioctl(m_device.get(), UI_SET_EVBIT, EV_ABS);
     ::ioctl(m_device.get(), UI_SET_PROPBIT, INPUT_PROP_DIRECT);
+    // A finger, and what is the same for programs that know of one only.
+    addAxis(m_device.get(), ABS_MT_SLOT, 2);
+    addAxis(m_device.get(), ABS_MT_TRACKING_ID, 65536);
+    addAxis(m_device.get(), ABS_MT_POSITION_X, 1024);
+    addAxis(m_device.get(), ABS_MT_POSITION_Y, 600);
     addAxis(m_device.get(), ABS_X, 1024);
     addAxis(m_device.get(), ABS_Y, 600);
     if (::ioctl(m_device.get(), UI_DEV_SETUP, &setup) != 0 || ::ioctl(m_device.get(), UI_DEV_CREATE) != 0) {
@@ -38,9 +43,14 @@ Touchscreen::Touchscreen()
 
 void Touchscreen::touch(int x, int y)
 {
-    tell(EV_ABS, ABS_X, x);
-    tell(EV_ABS, ABS_Y, y);
-    for (const int down : {1, 0}) {
+    for (const bool down : {true, false}) {
+        tell(EV_ABS, ABS_MT_TRACKING_ID, down ? ++m_finger : -1);
+        if (down) {
+            tell(EV_ABS, ABS_MT_POSITION_X, x);
+            tell(EV_ABS, ABS_MT_POSITION_Y, y);
+            tell(EV_ABS, ABS_X, x);
+            tell(EV_ABS, ABS_Y, y);
+        }
         tell(EV_KEY, BTN_TOUCH, down);
         tell(EV_SYN, SYN_REPORT, 0);
         QThread::msleep(100); // as long as a finger stays there

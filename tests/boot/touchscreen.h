@@ -2,7 +2,8 @@
 
 #include "filedescriptor.h"
 
-/// A touchscreen of 1024 x 600 dots, as the kernel's input layer has it. It is there as long as the object.
+/// A multi-touch screen of 1024 x 600 dots, as the kernel's input layer has it. It is there as long as the
+/// object.
 class Touchscreen
 {
 public:
@@ -15,4 +16,5 @@ private:
     void tell(int type, int code, int value);
 
     FileDescriptor m_device;
+    int m_finger = 0;
 };
