@@ -1,13 +1,16 @@
 #include "clientturns.h"
+#include "commandline.h"
 #include "descriptorlimit.h"
 #include "frontpanel.h"
 #include "mainwindow.h"
 #include "mxapplication.h"
 #include "mxshm.h"
+#include "mxsite.h"
 #include "panelports.h"
 #include "qmxcomm.h"
 #include "qmxtcp.h"
 #include "qmxudp.h"
+#include "servicemanager.h"
 #include "signalquit.h"
 #include "startpicture.h"
 #include "stylesheet.h"
@@ -43,6 +46,14 @@ void chooseEventLoop()
     if (!qEnvironmentVariableIsSet(NoGlib)) {
         qputenv(NoGlib, "1");
     }
+}
+
+QString summary()
+{
+    return QStringLiteral("%1 x %1, TCP port %2, UDP ports from %3")
+        .arg(portCount(*g_mxConfig))
+        .arg(MxSite::tcpPort())
+        .arg(MxSite::udpPort());
 }
 
 /// The unit is operated from its front panel; the screen shows a picture, all the time.
@@ -97,11 +108,17 @@ int runTouchscreen(ClientTurns &turns)
 
 int main(int argc, char **argv)
 {
+    if (CommandLine::answered(argc, argv)) {
+        return 0;
+    }
     DescriptorLimit::raise();
     prepareOutput();
     const SignalQuit signalQuit;
     chooseEventLoop();
     MxApplication application(argc, argv);
+    if (CommandLine::isWrong(QApplication::arguments())) {
+        return 2;
+    }
     ClientTurns turns;
     signalQuit.watch(static_cast<QApplication &>(application), [&turns] {
         turns.stop();
@@ -118,6 +135,8 @@ int main(int argc, char **argv)
     const QMxUdp udp(turns, nullptr);
     const QMxTcp tcp(turns, nullptr);
     printTime("t0");
+    ServiceManager service;
+    service.ready(summary());
 
     const int result = hasFrontPanel(*g_mxConfig) ? runFrontPanel(turns) : runTouchscreen(turns);
     g_mxComm->stop();

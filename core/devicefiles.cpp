@@ -48,6 +48,41 @@ ssize_t writeWhole(const FileDescriptor &file, const void *bytes, size_t size)
     return static_cast<ssize_t>(written);
 }
 
+/// The mode of a layout text lets its owner only read, and root is held to that where it has no capabilities.
+/// So, to open one, the owner lends itself the right to write.
+class LentWrite
+{
+public:
+    explicit LentWrite(const QByteArray &place)
+        : m_place(place)
+    {
+        struct stat file {
+        };
+        if (::access(m_place.constData(), W_OK) != 0 && ::stat(m_place.constData(), &file) == 0 &&
+            ::chmod(m_place.constData(), file.st_mode | S_IWUSR) == 0) {
+            m_mode = file.st_mode;
+        }
+    }
+    LentWrite(const LentWrite &) = delete;
+    LentWrite &operator=(const LentWrite &) = delete;
+    ~LentWrite()
+    {
+        if (m_mode != 0) {
+            ::chmod(m_place.constData(), m_mode);
+        }
+    }
+
+private:
+    const QByteArray m_place;
+    mode_t m_mode = 0; ///< to be given back; 0 when nothing was lent
+};
+
+FileDescriptor openLayoutText(const char *path, int flags)
+{
+    const LentWrite lent(MxSite::path(path));
+    return openFile(path, flags, LayoutTextMode);
+}
+
 FileResult flushed(const FileDescriptor &file, const char *path, int count)
 {
     // A device node has nothing to flush and says EINVAL.
@@ -94,7 +129,7 @@ FileResult DeviceFiles::copy(const char *source, const char *target, bool trunca
     if (from.get() < 0) {
         return notOpened(source);
     }
-    const FileDescriptor to = openFile(target, O_RDWR | O_CREAT | (truncate ? O_TRUNC : 0), LayoutTextMode);
+    const FileDescriptor to = openLayoutText(target, O_RDWR | O_CREAT | (truncate ? O_TRUNC : 0));
     if (to.get() < 0) {
         return fileFailure("write", target);
     }

@@ -2,6 +2,7 @@
 
 #include "captionstore.h"
 #include "controlparts.h"
+#include "heartbeat.h"
 #include "passgrid.h"
 #include "settingsstore.h"
 #include "tickcount.h"
@@ -30,6 +31,7 @@ QMxComm::QMxComm(bool create, SceneStore::Pause pause)
     : m_create(create)
     , m_pause(std::move(pause))
 {
+    setObjectName(QStringLiteral("control")); // as the thread is called
     m_gpio.open();
     g_mxConfig = static_cast<MxShm *>(create ? MxShmCreate() : MxShmOpen());
     if (g_mxConfig == nullptr) {
@@ -92,8 +94,10 @@ void QMxComm::openLinks()
 void QMxComm::run()
 {
     UptimeClock uptime(QDateTime::currentMSecsSinceEpoch());
+    Heartbeat heart;
     while (m_parts && !m_stop) {
         PassGrid::wait();
+        heart.beat();
         uptime.step(QDateTime::currentMSecsSinceEpoch(), g_mxConfig->uptime);
         pollControlPorts();
         MxDoSwitch();

@@ -1,6 +1,7 @@
 #include "frontpanel.h"
 
 #include "framememory.h"
+#include "heartbeat.h"
 #include "keypad.h"
 #include "lcd.h"
 #include "menu.h"
@@ -40,7 +41,9 @@ void *thread_lcd(void *)
 {
     lcd_setUp();
     lcd_on();
+    Heartbeat heart;
     while (run) {
+        heart.beat();
         // Lowered before the memory is read: what changes meanwhile raises it again.
         if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
             lcd_refresh();
@@ -58,7 +61,9 @@ void *thread_keypad(void *)
         return nullptr;
     }
     Menu menu(sendLeds);
+    Heartbeat heart;
     while (run) {
+        heart.beat();
         WM_Exec();
         lcd_drawn();
         PassGrid::wait();
@@ -70,7 +75,9 @@ void *thread_keypad(void *)
 
 bool startThread(Thread &thread, void *(*entry)(void *), const char *name)
 {
-    if (!thread.start(entry)) {
+    if (thread.start(entry)) {
+        pthread_setname_np(thread.handle, name);
+    } else {
         std::printf("can't open create %s", name);
         std::fflush(stdout);
     }

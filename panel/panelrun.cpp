@@ -2,23 +2,33 @@
 
 #include "framememory.h"
 
-#include <semaphore.h>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 std::atomic<int> run{1};
 
 namespace
 {
-/// Lets the thread that waits for it go on, once for each time that it was raised.
+/// So long at most, since a thread has to show that it goes on.
+constexpr int AwaitMs = 1000;
+
+/// Lets the thread that waits for it go on. A descriptor, since only waiting for one has a time that no
+/// change of the date stretches.
 class Signal
 {
 public:
-    Signal() { sem_init(&m_count, 0, 0); }
-    void raise() { sem_post(&m_count); }
-    void await() { sem_wait(&m_count); }
+    void raise() { ::eventfd_write(m_descriptor, 1); }
+    void await()
+    {
+        pollfd raised{m_descriptor, POLLIN, 0};
+        ::poll(&raised, 1, AwaitMs);
+        eventfd_t times = 0;
+        ::eventfd_read(m_descriptor, &times);
+    }
 
 private:
-    sem_t m_count;
+    const int m_descriptor = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 };
 Signal lcdSignal;
 } // namespace

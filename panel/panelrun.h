@@ -13,8 +13,8 @@ void stopRunning();
 
 /// Wakes `thread_lcd` if the frame memory has changed. To be called after drawing, on the thread that draws.
 void lcd_drawn();
-/// Sleeps until `lcd_drawn` or `stopRunning` wakes it; does not sleep when one of them has done so since the
-/// last call. `thread_lcd` only.
+/// Sleeps until `lcd_drawn` or `stopRunning` wakes it, for a second at most; does not sleep when one of them
+/// has done so since the last call. `thread_lcd` only.
 void lcd_await();
 
 /// Sleeps.
