@@ -48,8 +48,7 @@ ssize_t writeWhole(const FileDescriptor &file, const void *bytes, size_t size)
     return static_cast<ssize_t>(written);
 }
 
-/// The mode of a layout text lets its owner only read, and root is held to that where it has no capabilities.
-/// So, to open one, the owner lends itself the right to write.
+/// The owner of a file lends itself the right to write that the file's mode keeps from it.
 class LentWrite
 {
 public:
@@ -58,7 +57,7 @@ public:
     {
         struct stat file {
         };
-        if (::access(m_place.constData(), W_OK) != 0 && ::stat(m_place.constData(), &file) == 0 &&
+        if (::stat(m_place.constData(), &file) == 0 &&
             ::chmod(m_place.constData(), file.st_mode | S_IWUSR) == 0) {
             m_mode = file.st_mode;
         }
@@ -77,8 +76,13 @@ private:
     mode_t m_mode = 0; ///< to be given back; 0 when nothing was lent
 };
 
+/// The mode of a layout text lets its owner only read, and root is held to that where it has no capabilities.
 FileDescriptor openLayoutText(const char *path, int flags)
 {
+    FileDescriptor file = openFile(path, flags, LayoutTextMode);
+    if (file.get() >= 0 || errno != EACCES) {
+        return file;
+    }
     const LentWrite lent(MxSite::path(path));
     return openFile(path, flags, LayoutTextMode);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unistd.h>
+#include <utility>
 
 /// Owns one descriptor and closes it.
 class FileDescriptor
@@ -8,6 +9,10 @@ class FileDescriptor
 public:
     explicit FileDescriptor(int fd = -1)
         : m_fd(fd)
+    {
+    }
+    FileDescriptor(FileDescriptor &&other) noexcept
+        : m_fd(std::exchange(other.m_fd, -1))
     {
     }
     FileDescriptor(const FileDescriptor &) = delete;

@@ -106,6 +106,7 @@ int main(int argc, char *argv[])
 {
     const Descriptor stopSignals(openStopSignals());
     auto app = std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication::setApplicationVersion(MXSIM_VERSION);
     Options options;
     const Result parsed = parseOptions(app->arguments(), &options);
     const bool hasWindow = options.screen == ScreenKind::Window;

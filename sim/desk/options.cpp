@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include "parts.h"
+
 #include <QCommandLineOption>
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -82,8 +84,8 @@ Result findProgram(const QString &path, Options *options)
 Result parseOptions(const QStringList &arguments, Options *options)
 {
     const QCommandLineOption folder("folder", "Where the unit keeps its files (./unit).", "dir", "./unit");
-    const QCommandLineOption program("program", "The control program (mxcontrol beside mxsim).", "path",
-                                     QCoreApplication::applicationDirPath() + "/mxcontrol");
+    const QCommandLineOption program("program", "The control program (the mxcontrol that came with mxsim).", "path",
+                                     partsOf(QCoreApplication::applicationDirPath()).program);
     const NumberOption ports{
         {"ports", "Inputs and outputs of the matrix, 2 to 160 (as last time, or 16).", "n"}, 2, 160};
     const NumberOption scenes{
@@ -110,11 +112,15 @@ Result parseOptions(const QStringList &arguments, Options *options)
     parser.addOptions({folder, ports.option, scenes.option, touchscreen, frontPanel, lcd, tcp.option,
                        udp.option, screen, vnc.option, program});
     const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
     if (!parser.parse(arguments)) {
         return {parser.errorText()};
     }
     if (parser.isSet(help)) {
         parser.showHelp();
+    }
+    if (parser.isSet(version)) {
+        parser.showVersion();
     }
     if (!parser.positionalArguments().isEmpty()) {
         return {QString("\"%1\" is no option; see --help").arg(parser.positionalArguments().first())};

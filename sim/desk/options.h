@@ -29,6 +29,6 @@ struct Options {
 };
 
 /// Reads the arguments, the program's own name first; the failure says what is wrong with them. Prints the
-/// help and exits when asked for it.
+/// help or the version and exits when asked for it.
 Result parseOptions(const QStringList &arguments, Options *options);
 } // namespace sim

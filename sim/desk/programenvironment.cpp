@@ -1,12 +1,13 @@
 #include "programenvironment.h"
 
 #include "options.h"
+#include "parts.h"
 #include "screen.h"
 #include "unitchoice.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace sim
 {
@@ -20,7 +21,7 @@ Result preload(const QString &interposer, QProcessEnvironment *environment)
     // It goes into a list with blanks and colons.
     if (interposer.contains(' ') || interposer.contains(':')) {
         return {QString("cannot run from %1, since there is a blank or a colon in the path")
-                    .arg(QCoreApplication::applicationDirPath())};
+                    .arg(QFileInfo(interposer).path())};
     }
     const QString preloaded = environment->value("LD_PRELOAD");
     environment->insert("LD_PRELOAD", preloaded.isEmpty() ? interposer : interposer + ":" + preloaded);
@@ -55,14 +56,14 @@ Result makeProgramEnvironment(const Options &options, const UnitChoice &choice, 
                               QProcessEnvironment *environment)
 {
     *environment = QProcessEnvironment::systemEnvironment();
-    const QDir libraries(QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../lib"));
+    const Parts parts = partsOf(QCoreApplication::applicationDirPath());
     environment->insert("MX_ROOT", options.folder);
     environment->insert("MX_TCP_PORT", QString::number(options.tcpPort));
     environment->insert("MX_UDP_PORT", QString::number(options.firstUdpPort));
     if (!environment->contains("FONTCONFIG_FILE")) {
-        environment->insert("FONTCONFIG_FILE", libraries.filePath("fonts.conf"));
+        environment->insert("FONTCONFIG_FILE", parts.fonts);
     }
     addScreen(options, choice.isFrontPanel, screen, environment);
-    return preload(libraries.filePath("libmxioctl.so"), environment);
+    return preload(parts.interposer, environment);
 }
 } // namespace sim

@@ -2,13 +2,13 @@
 
 #include "networkports.h"
 #include "panelwindow.h"
+#include "parts.h"
 #include "programenvironment.h"
 #include "touchscreenwindow.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcessEnvironment>
 #include <QTime>
 #include <cstdio>
@@ -86,8 +86,7 @@ void Session::showWindow(std::unique_ptr<UnitWindow> window)
 Result Session::launchProgram()
 {
     QProcessEnvironment environment;
-    // Pictures and help are beside the folder of the program, which looks for them from where it is started.
-    m_program.setWorkingDirectory(QDir::cleanPath(QFileInfo(m_options.program).path() + "/.."));
+    m_program.setWorkingDirectory(picturesFolder(m_options.program));
     return makeProgramEnvironment(m_options, m_choice, m_screen, &environment)
         .then([this] { return m_program.openLog(m_options.folder + "/mxcontrol.log"); })
         .then([&] {

@@ -3,6 +3,7 @@
 #include "mxsite.h"
 #include "product.h"
 #include "rawsocket.h"
+#include "rows.h"
 #include "sharedobjects.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -175,6 +176,28 @@ private slots:
         QVERIFY(runUntil([] { return g_mxConfig->sleep == 4; }));
         QCOMPARE(product.end(SIGTERM), 0);
         QVERIFY(!product.output().contains("\nt1 "));
+    }
+
+    /// Beside a unit that runs, it does not become a second one.
+    void optionsAreAnsweredWithoutAUnit_data()
+    {
+        columns<QByteArray, int, QByteArray>("option", "code", "said");
+        row("version", "--version", 0, "mxcontrol " MX_VERSION "\n");
+        row("help", "--help", 0, "usage: mxcontrol");
+        row("unknown", "--verison", 2, "mxcontrol: no such option: --verison");
+    }
+    void optionsAreAnsweredWithoutAUnit()
+    {
+        QFETCH(QByteArray, option);
+        QFETCH(int, code);
+        QFETCH(QByteArray, said);
+        const TestUnit unit(4);
+        // An answer needs no screen, the rest one to look at what Qt takes.
+        Product product(false, QLatin1String(code == 0 ? "none" : "offscreen"), QString(), option);
+        QCOMPARE(product.finish(), code);
+        const QByteArray output = product.output() + product.errors();
+        QVERIFY2(output.contains(said), output);
+        QVERIFY(shmget(MxSite::segmentKey(), 0, 0) < 0);
     }
 
     void withoutSharedMemoryItSaysSoAndEnds()

@@ -7,7 +7,7 @@
 
 constexpr int DeadlineMs = 20000;
 
-Product::Product(bool awaitStart, const QString &platform, const QString &output)
+Product::Product(bool awaitStart, const QString &platform, const QString &output, const QByteArray &option)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
@@ -21,7 +21,8 @@ Product::Product(bool awaitStart, const QString &platform, const QString &output
     // Its pictures are beside the folder that the program is in.
     m_process.setWorkingDirectory(QFileInfo(QStringLiteral(PRODUCT)).path() + QLatin1String("/.."));
     m_process.setStandardOutputFile(output);
-    m_process.start(QStringLiteral(PRODUCT), QStringList());
+    const QStringList arguments(QString::fromLatin1(option));
+    m_process.start(QStringLiteral(PRODUCT), option.isEmpty() ? QStringList() : arguments);
     if (awaitStart) {
         await("t0 ");
     }

@@ -8,9 +8,10 @@ class Product
 {
 public:
     /// Starts it on one of Qt's platforms; with `awaitStart` returns when it serves its wires. What it prints
-    /// goes into the file `output` if there is one, and is then not to be awaited.
+    /// goes into the file `output` if there is one, and is then not to be awaited. `option` is its command
+    /// line.
     explicit Product(bool awaitStart = true, const QString &platform = QStringLiteral("offscreen"),
-                     const QString &output = QString());
+                     const QString &output = QString(), const QByteArray &option = QByteArray());
     /// Kills it if it still runs.
     ~Product();
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <sys/types.h>
+
+/// Holds one thread of another process, while the others go on, for as long as it lives.
+class StuckThread
+{
+public:
+    /// `thread` is the thread's name.
+    StuckThread(qint64 process, const QByteArray &thread);
+    StuckThread(const StuckThread &) = delete;
+    StuckThread &operator=(const StuckThread &) = delete;
+    /// Lets it go on.
+    ~StuckThread();
+
+    /// False when there is no such thread.
+    bool isStuck() const { return m_thread > 0; }
+
+private:
+    pid_t m_thread = 0;
+};
