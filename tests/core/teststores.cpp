@@ -10,11 +10,7 @@
 #include <QTest>
 #include <climits>
 #include <cstring>
-#include <linux/capability.h>
 #include <memory>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 namespace
 {
@@ -29,26 +25,6 @@ std::unique_ptr<MxShm> emptyRecord(int ports = 8, int scenes = 10)
     shm->scene = scenes;
     return shm;
 }
-
-/// Root without its capabilities, while this lives; anybody else is that anyhow.
-class OrdinaryRoot
-{
-public:
-    OrdinaryRoot()
-    {
-        ::syscall(SYS_capget, &m_header, m_before);
-        __user_cap_data_struct none[2] = {m_before[0], m_before[1]};
-        none[0].effective = none[1].effective = 0;
-        ::syscall(SYS_capset, &m_header, none);
-    }
-    OrdinaryRoot(const OrdinaryRoot &) = delete;
-    OrdinaryRoot &operator=(const OrdinaryRoot &) = delete;
-    ~OrdinaryRoot() { ::syscall(SYS_capset, &m_header, m_before); }
-
-private:
-    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct m_before[2] = {};
-};
 
 using Field = SharedInt32 MxShm::*;
 } // namespace
@@ -198,26 +174,6 @@ private slots:
         SceneStore::loadSplice(*loaded, 4);
         QCOMPARE(quint32(loaded->spliceData[0]), 0U);
         QCOMPARE(m_unit->fileContent(LayoutText), QByteArray());
-    }
-
-    /// As root finds itself in a service that has none: held to the mode of its own files.
-    void layoutTextsAreWrittenAgainWithoutCapabilities()
-    {
-        m_unit->makeFolder("/home/www/splice");
-        const OrdinaryRoot ordinary;
-        for (const char *layout : {"first", "other"}) {
-            QFile::remove(m_unit->path(LayoutText));
-            m_unit->writeFile(LayoutText, layout);
-            SceneStore::save(*m_shm, 3);
-            SceneStore::recall(*m_shm, 4, atOnce); // which empties the text
-            QCOMPARE(m_unit->fileContent(LayoutText), QByteArray());
-            SceneStore::recall(*m_shm, 3, atOnce);
-            QCOMPARE(m_unit->fileContent(LayoutText), QByteArray(layout));
-        }
-        struct stat text {
-        };
-        QCOMPARE(::stat(qPrintable(m_unit->path("/home/www/splice/splice3.txt")), &text), 0);
-        QCOMPARE(int(text.st_mode & 07777), 01411);
     }
 
     void sceneZeroIsTheLiveMapAlone()
