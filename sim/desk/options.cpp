@@ -84,8 +84,8 @@ Result findProgram(const QString &path, Options *options)
 Result parseOptions(const QStringList &arguments, Options *options)
 {
     const QCommandLineOption folder("folder", "Where the unit keeps its files (./unit).", "dir", "./unit");
-    const QCommandLineOption program("program", "The control program (the mxcontrol that came with mxsim).", "path",
-                                     partsOf(QCoreApplication::applicationDirPath()).program);
+    const QCommandLineOption program("program", "The control program (the mxcontrol that came with mxsim).",
+                                     "path", partsOf(QCoreApplication::applicationDirPath()).program);
     const NumberOption ports{
         {"ports", "Inputs and outputs of the matrix, 2 to 160 (as last time, or 16).", "n"}, 2, 160};
     const NumberOption scenes{

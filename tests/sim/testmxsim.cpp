@@ -75,6 +75,19 @@ QString commandLine(const QString &process)
     return content("/proc/" + process + "/cmdline");
 }
 
+/// A variable that the process was started with.
+QString variable(const QString &process, const QByteArray &name)
+{
+    QFile file(process + "/environ");
+    file.open(QIODevice::ReadOnly);
+    for (const QByteArray &entry : file.readAll().split('\0')) {
+        if (entry.startsWith(name + "=")) {
+            return entry.mid(name.size() + 1);
+        }
+    }
+    return {};
+}
+
 bool ended(QProcess &mxsim)
 {
     mxsim.terminate();
@@ -95,6 +108,8 @@ class TestMxsim : public QObject
 private slots:
     void init()
     {
+        m_mxsim = QCoreApplication::applicationDirPath() + "/mxsim";
+        m_program = QStringList("--program=bin/script");
         m_folder = std::make_unique<QTemporaryDir>();
         m_tcpPort = freeTcpPort();
         m_udpPort = freeUdpPorts();
@@ -181,6 +196,31 @@ private slots:
 
         QCOMPARE(failure(), QString("mxsim: the folder %1 is in use by another mxsim\n").arg(file("unit")));
         QVERIFY(QFile::exists(file("unit/serial1")));
+        QVERIFY(ended(mxsim));
+    }
+
+    /// Into another folder than the build was made for: the real program, with all that it is lent.
+    void installed()
+    {
+        QProcess cmake;
+        cmake.start(CMAKE, {"--install", BUILD_FOLDER, "--prefix", file("moved")});
+        QVERIFY(cmake.waitForFinished(deadlineMs) && cmake.exitCode() == 0);
+        m_environment.remove("QT_QPA_PLATFORM");
+        m_mxsim = file("moved/bin/mxsim");
+        m_program = QStringList();
+        QProcess mxsim;
+        const QString output = start(mxsim, {"--screen=none"}, QRegularExpression("The unit is up"));
+        QVERIFY2(output.contains("The unit is up"), qPrintable(output + mxsim.readAllStandardError()));
+
+        const QString program = "/proc/" + childrenOf(QString::number(mxsim.processId())).value(0);
+        QCOMPARE(QFileInfo(program + "/exe").symLinkTarget(), file("moved/sbin/mxcontrol"));
+        for (const char *picture : {"images/default/startup.png", "help/en/1.png"}) {
+            QVERIFY2(QFile::exists(program + "/cwd/" + picture), picture);
+        }
+        for (const char *lent : {"LD_PRELOAD", "FONTCONFIG_FILE"}) {
+            const QString path = variable(program, lent).section(':', 0, 0);
+            QVERIFY2(path.startsWith(file("moved/")) && QFile::exists(path), qPrintable(path));
+        }
         QVERIFY(ended(mxsim));
     }
 
@@ -354,12 +394,8 @@ private:
     {
         mxsim.setWorkingDirectory(m_folder->path());
         mxsim.setProcessEnvironment(m_environment);
-        mxsim.start(QCoreApplication::applicationDirPath() + "/mxsim",
-                    QString("--tcp-port=%1 --udp-port=%2 --program=bin/script")
-                            .arg(m_tcpPort)
-                            .arg(m_udpPort)
-                            .split(' ') +
-                        arguments);
+        mxsim.start(m_mxsim, QString("--tcp-port=%1 --udp-port=%2").arg(m_tcpPort).arg(m_udpPort).split(' ') +
+                                 m_program + arguments);
         QByteArray output;
         while (!QString(output).contains(until) && mxsim.waitForReadyRead(deadlineMs)) {
             output += mxsim.readAllStandardOutput();
@@ -386,6 +422,8 @@ private:
         return log(unit).section('\n', 0, 0).section(' ', index, index);
     }
 
+    QString m_mxsim;
+    QStringList m_program;
     std::unique_ptr<QTemporaryDir> m_folder;
     quint16 m_tcpPort = 0;
     quint16 m_udpPort = 0;
