@@ -15,6 +15,7 @@
 #include "startpicture.h"
 #include "stylesheet.h"
 #include "theme.h"
+#include "tickcount.h"
 
 #include <QDateTime>
 #include <csignal>
@@ -34,7 +35,8 @@ void prepareOutput()
 
 void printTime(const char *what)
 {
-    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    const QString now =
+        QDateTime::fromMSecsSinceEpoch(systemMs()).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
     std::printf("%s %s\n", what, qPrintable(now));
 }
 

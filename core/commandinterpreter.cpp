@@ -39,7 +39,7 @@ inline Number readDigits(const char *&at, const char *limit)
 }
 
 /// Reads any number, with white space and a sign in front, as far as `limit` or one of `ends`, and moves `at`
-/// behind it. One that is too long for 64 bits stays at their limit.
+/// behind it. One that is too long for a `long`, which has 32 bits on the unit, stays at its limit.
 Number readNumber(const char *&at, const char *limit, int ends = 0)
 {
     while (at != limit && is(*at, CommandText::Space) && !is(*at, ends)) {
@@ -49,11 +49,11 @@ Number readNumber(const char *&at, const char *limit, int ends = 0)
     const int sign = hasSign && *at == '-' ? -1 : 1;
     at += hasSign ? 1 : 0;
     const char *const digits = at;
-    qint64 value = 0;
+    long value = 0;
     for (; at != limit && is(*at, CommandText::Digit); ++at) {
         if (__builtin_mul_overflow(value, 10, &value) ||
             __builtin_add_overflow(value, sign * (*at - '0'), &value)) {
-            value = sign < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+            value = sign < 0 ? std::numeric_limits<long>::min() : std::numeric_limits<long>::max();
         }
     }
     return {static_cast<quint16>(value), at != digits};

@@ -9,7 +9,6 @@
 #include "uart.h"
 #include "uptimeclock.h"
 
-#include <QDateTime>
 #include <QtDebug>
 #include <algorithm>
 #include <cstdarg>
@@ -93,12 +92,12 @@ void QMxComm::openLinks()
 
 void QMxComm::run()
 {
-    UptimeClock uptime(QDateTime::currentMSecsSinceEpoch());
+    UptimeClock uptime(systemMs());
     Heartbeat heart;
     while (m_parts && !m_stop) {
         PassGrid::wait();
         heart.beat();
-        uptime.step(QDateTime::currentMSecsSinceEpoch(), g_mxConfig->uptime);
+        uptime.step(systemMs(), g_mxConfig->uptime);
         pollControlPorts();
         MxDoSwitch();
         m_parts->relay.step();

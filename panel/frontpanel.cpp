@@ -39,9 +39,9 @@ Thread tid_keypad{};
 
 void *thread_lcd(void *)
 {
+    Heartbeat heart;
     lcd_setUp();
     lcd_on();
-    Heartbeat heart;
     while (run) {
         heart.beat();
         // Lowered before the memory is read: what changes meanwhile raises it again.
@@ -55,13 +55,13 @@ void *thread_lcd(void *)
 
 void *thread_keypad(void *)
 {
+    Heartbeat heart;
     loadStartBitmap();
     GUI_Task();
     if (!fitsPanel(portCount(*g_mxConfig))) {
         return nullptr;
     }
     Menu menu(sendLeds);
-    Heartbeat heart;
     while (run) {
         heart.beat();
         WM_Exec();

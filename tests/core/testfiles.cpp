@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QTest>
 #include <csignal>
+#include <fcntl.h>
 #include <memory>
 #include <sys/fsuid.h>
 #include <sys/stat.h>
@@ -111,6 +112,10 @@ private slots:
         SceneStore::loadSplice(*m_shm, 3);
         QCOMPARE(m_unit->fileContent(LayoutText), QByteArray("first"));
         m_unit->writeFile(LayoutText, "second");
+        // A date beyond the seconds of 32 bits.
+        const timespec in2040[2] = {{2208988800, 0}, {2208988800, 0}};
+        QCOMPARE(::utimensat(AT_FDCWD, qPrintable(m_unit->path("/home/www/splice/splice3.txt")), in2040, 0),
+                 0);
         SceneStore::saveSplice(*m_shm, 3);
         m_unit->writeFile(LayoutText, "");
         SceneStore::loadSplice(*m_shm, 3);

@@ -1,11 +1,13 @@
 /* Takes the place of the C library's ioctl(). A device that is a FIFO gets its GPIO and SPI requests as
  * records (see ioctlrecord.h), the frame buffer's file is described as one; everything else goes to the
- * kernel. */
+ * kernel. On a machine of 32 bits it has two names, of which this is the one with times of 32 bits. */
+#undef _TIME_BITS
 #define _GNU_SOURCE
 #include "framebuffer.h"
 #include "ioctlrecord.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <linux/fb.h>
 #include <linux/spi/spidev.h>
 #include <stdarg.h>
@@ -19,16 +21,23 @@
 
 enum { MaxTransfers = 511, MaxParts = 1 + 2 * MaxTransfers }; /* what _IOC_SIZE can count */
 
+/* A file's type and size, whatever its times are. */
+static struct statx statusOf(int fd)
+{
+    struct statx status = {0};
+    statx(fd, "", AT_EMPTY_PATH, STATX_TYPE | STATX_SIZE, &status);
+    return status;
+}
+
 static int isFifo(int fd)
 {
-    struct stat status;
-    return fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
+    return S_ISFIFO(statusOf(fd).stx_mode);
 }
 
 static int isFrameBuffer(int fd)
 {
-    struct stat status;
-    return fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == FrameBufferSize;
+    const struct statx status = statusOf(fd);
+    return S_ISREG(status.stx_mode) && status.stx_size == FrameBufferSize;
 }
 
 static int isSpiMessage(unsigned long request)
@@ -152,3 +161,6 @@ int ioctl(int fd, unsigned long request, ...)
     }
     return (int)syscall(SYS_ioctl, fd, request, argument);
 }
+
+/* The other name, which programs with times of 64 bits call. */
+int __ioctl_time64(int fd, unsigned long request, ...) __attribute__((nothrow, leaf, alias("ioctl")));
