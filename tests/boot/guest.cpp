@@ -1,6 +1,6 @@
 #include "guest.h"
 
-#include "filedescriptor.h"
+#include "descriptor.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -128,7 +128,7 @@ sim::UnitFiles unitFiles()
 
 QByteArray answer(const QByteArray &command)
 {
-    const FileDescriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const sim::Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in unit{};
     unit.sin_family = AF_INET;
     unit.sin_port = htons(5000);

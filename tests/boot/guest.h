@@ -1,6 +1,6 @@
 #pragma once
 
-#include "touchscreen.h"
+#include "touchpanel.h"
 #include "virtualunit.h"
 
 #include <QByteArray>
@@ -18,7 +18,7 @@ public:
 
     sim::VirtualUnit &hardware() { return m_hardware; }
 
-    Touchscreen &touchscreen() { return m_touchscreen; }
+    TouchPanel &touchPanel() { return m_touchPanel; }
 
     /// Waits until the board has got a frame after `sinceUs` and shows this routing (1-based inputs).
     bool boardShows(const std::vector<int> &inputs, qint64 sinceUs = 0);
@@ -29,7 +29,7 @@ public:
 
 private:
     sim::VirtualUnit m_hardware;
-    Touchscreen m_touchscreen;
+    TouchPanel m_touchPanel;
 };
 
 /// The one that the tests run on; null while the guest is no unit.

@@ -22,7 +22,8 @@ private slots:
         QVERIFY(askPicture("panel"));
         QVERIFY(g_unit->hardware().waitFor([] { return g_unit->hardware().keys().isLit(1); }, 10000));
         QVERIFY(g_unit->hardware().waitFor(
-            [] { return g_unit->hardware().lcd().frameCount() >= 2 && g_unit->hardware().panelLight(); }, 5000));
+            [] { return g_unit->hardware().lcd().frameCount() >= 2 && g_unit->hardware().panelLight(); },
+            5000));
     }
 
     void keysAndRemoteSwitch()

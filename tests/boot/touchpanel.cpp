@@ -1,4 +1,4 @@
-#include "touchscreen.h"
+#include "touchpanel.h"
 
 #include <QThread>
 #include <QtGlobal>
@@ -19,7 +19,7 @@ void addAxis(int device, quint16 code, int size)
 }
 } // namespace
 
-Touchscreen::Touchscreen()
+TouchPanel::TouchPanel()
     : m_device(::open("/dev/uinput", O_WRONLY | O_CLOEXEC))
 {
     uinput_setup setup{};
@@ -41,7 +41,7 @@ Touchscreen::Touchscreen()
     }
 }
 
-void Touchscreen::touch(int x, int y)
+void TouchPanel::touch(int x, int y)
 {
     for (const bool down : {true, false}) {
         tell(EV_ABS, ABS_MT_TRACKING_ID, down ? ++m_finger : -1);
@@ -57,7 +57,7 @@ void Touchscreen::touch(int x, int y)
     }
 }
 
-void Touchscreen::tell(int type, int code, int value)
+void TouchPanel::tell(int type, int code, int value)
 {
     input_event event{};
     event.type = static_cast<quint16>(type);

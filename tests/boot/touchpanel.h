@@ -1,13 +1,13 @@
 #pragma once
 
-#include "filedescriptor.h"
+#include "descriptor.h"
 
 /// A multi-touch screen of 1024 x 600 dots, as the kernel's input layer has it. It is there as long as the
 /// object.
-class Touchscreen
+class TouchPanel
 {
 public:
-    Touchscreen();
+    TouchPanel();
 
     /// A finger goes down there, and up again.
     void touch(int x, int y);
@@ -15,6 +15,6 @@ public:
 private:
     void tell(int type, int code, int value);
 
-    FileDescriptor m_device;
+    sim::Descriptor m_device;
     int m_finger = 0;
 };
