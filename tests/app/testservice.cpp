@@ -96,14 +96,16 @@ private slots:
         Product product;
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         QVERIFY(!hasPanel || showsStart || runUntil([&] { return unit.hardware().keys().byteCount() > 0; }));
-        {
-            const StuckThread stuck(product.processId(), thread);
-            QVERIFY(stuck.isStuck());
-            // A sign from before may be left over, for one feed.
-            QTest::qWait(200);
-            manager.forget();
-            QCOMPARE(manager.next(1500), QByteArray());
-        }
+        std::unique_ptr<StuckThread> stuck;
+        QVERIFY(runUntil([&] {
+            stuck.reset(new StuckThread(product.processId(), thread));
+            return stuck->isStuck();
+        }));
+        // A sign from before may be left over, for one feed.
+        QTest::qWait(200);
+        manager.forget();
+        QCOMPARE(manager.next(1500), QByteArray());
+        stuck.reset();
         QCOMPARE(manager.next(DeadlineMs), Feed);
         QCOMPARE(product.end(SIGTERM), 0);
     }
