@@ -95,12 +95,12 @@ private slots:
         Manager manager(unit.path("/manager"));
         Product product;
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QVERIFY(!hasPanel || showsStart || runUntil([&] { return unit.hardware().keys().byteCount() > 0; }));
-        std::unique_ptr<StuckThread> stuck;
-        QVERIFY(runUntil([&] {
-            stuck.reset(new StuckThread(product.processId(), thread));
-            return stuck->isStuck();
-        }));
+        sim::VirtualUnit &hardware = unit.hardware();
+        QVERIFY(!showsStart || hardware.waitFor([&] { return hardware.lcd().frameCount() > 0; }, DeadlineMs));
+        QVERIFY(!hasPanel || showsStart ||
+                hardware.waitFor([&] { return hardware.keys().byteCount() > 0; }, DeadlineMs));
+        auto stuck = std::make_unique<StuckThread>(product.processId(), thread);
+        QVERIFY(stuck->isStuck());
         // A sign from before may be left over, for one feed.
         QTest::qWait(200);
         manager.forget();
