@@ -95,15 +95,17 @@ private slots:
         Manager manager(unit.path("/manager"));
         Product product;
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        QVERIFY(!hasPanel || showsStart || runUntil([&] { return unit.hardware().keys().byteCount() > 0; }));
-        {
-            const StuckThread stuck(product.processId(), thread);
-            QVERIFY(stuck.isStuck());
-            // A sign from before may be left over, for one feed.
-            QTest::qWait(200);
-            manager.forget();
-            QCOMPARE(manager.next(1500), QByteArray());
-        }
+        sim::VirtualUnit &hardware = unit.hardware();
+        QVERIFY(!showsStart || hardware.waitFor([&] { return hardware.lcd().frameCount() > 0; }, DeadlineMs));
+        QVERIFY(!hasPanel || showsStart ||
+                hardware.waitFor([&] { return hardware.keys().byteCount() > 0; }, DeadlineMs));
+        auto stuck = std::make_unique<StuckThread>(product.processId(), thread);
+        QVERIFY(stuck->isStuck());
+        // A sign from before may be left over, for one feed.
+        QTest::qWait(200);
+        manager.forget();
+        QCOMPARE(manager.next(1500), QByteArray());
+        stuck.reset();
         QCOMPARE(manager.next(DeadlineMs), Feed);
         QCOMPARE(product.end(SIGTERM), 0);
     }
