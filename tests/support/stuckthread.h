@@ -17,7 +17,8 @@ public:
     /// False when there is no such thread.
     bool isStuck() const { return m_thread > 0; }
 
-    /// Whether its process has ended. To be asked until it has: before, the process is not gone for its parent.
+    /// Whether its process has ended. To be asked until it has: before, the process is not gone for its
+    /// parent.
     bool hasEnded();
 
 private:
