@@ -9,7 +9,6 @@
 
 using sim::Wire;
 Q_DECLARE_METATYPE(Wire)
-Q_DECLARE_METATYPE(sim::Fault)
 
 /// The serial links on real terminals: their set-up, commands, and what becomes of them without devices.
 class TestControlPorts : public QObject
@@ -145,25 +144,6 @@ private slots:
                        (wire == Wire::Matrix || unit.hardware().board().routing()[1] == 2);
             },
             5000));
-        QCOMPARE(unit.faults(), QByteArray());
-    }
-
-    void faultsAtTheFarEndStopNothing_data()
-    {
-        columns<Wire, sim::Fault>("wire", "fault");
-        row("garbage from the board first", Wire::Matrix, sim::Fault::GarbageFirst);
-        row("noise from the board", Wire::Matrix, sim::Fault::Noise);
-        row("a cut line from a client", Wire::Control0, sim::Fault::CutInTwo);
-    }
-    void faultsAtTheFarEndStopNothing()
-    {
-        QFETCH(Wire, wire);
-        QFETCH(sim::Fault, fault);
-        TestUnit unit(4);
-        unit.hardware().inject(wire, fault);
-        unit.start();
-        QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
-        QVERIFY(unit.boardShows({3, 1, 1, 3}));
         QCOMPARE(unit.faults(), QByteArray());
     }
 
