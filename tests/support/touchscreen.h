@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qmxkeyboard.h"
 #include "testunit.h"
 
 #include <QAbstractButton>
@@ -58,6 +59,27 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
         QTest::mouseClick(found, Qt::LeftButton);
     }
     return found != nullptr;
+}
+
+/// Types on the keyboard of a page; each word is the caption of one key. \return whether all were there
+inline bool type(const QWidget &page, const QStringList &keys)
+{
+    const auto *keyboard = page.findChild<QMxKeyboard *>();
+    bool found = keyboard->isVisible();
+    for (const QString &key : keys) {
+        found = found && touch(*keyboard, key);
+    }
+    return found;
+}
+
+/// The keys for a text.
+inline QStringList letters(const QString &text)
+{
+    QStringList all;
+    for (const QChar letter : text) {
+        all.append(letter);
+    }
+    return all;
 }
 
 /// Lays a press, a move or a release before the widget's window as the window system does: it waits there for

@@ -1,6 +1,5 @@
 #include "mxsite.h"
 #include "qmxhelp.h"
-#include "qmxkeyboard.h"
 #include "qmxsetup.h"
 #include "qmxstatus.h"
 #include "rows.h"
@@ -31,26 +30,6 @@ struct KeyboardPage : QWidget {
     }
     QMxKeyboard keyboard{this};
 };
-
-/// Types on the keyboard of a page; each word is the caption of one key.
-bool type(const QWidget &page, const QStringList &keys)
-{
-    const auto *keyboard = page.findChild<QMxKeyboard *>();
-    bool found = keyboard->isVisible();
-    for (const QString &key : keys) {
-        found = found && touch(*keyboard, key);
-    }
-    return found;
-}
-
-QStringList letters(const QString &text)
-{
-    QStringList all;
-    for (const QChar letter : text) {
-        all.append(letter);
-    }
-    return all;
-}
 
 QString edited(const QWidget &page)
 {
