@@ -292,7 +292,8 @@ private slots:
         for (const auto &[backlight, sleep, beep, shown, light] : {std::tuple(4, 4, 1, "100% Never On", 5),
                                                                    {6, 2, 2, "15Min On", 7},
                                                                    {5, 5, -1, "On", 6},
-                                                                   {99, INT_MIN, 0, "Off", 7}}) {
+                                                                   {7, INT_MIN, 0, "Off", 7},
+                                                                   {-4, -1, 0, "Off", 7}}) {
             QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
             QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
             unit.shm().backlight = backlight;
