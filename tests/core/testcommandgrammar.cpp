@@ -11,34 +11,25 @@ namespace
 /// What a line asks for, in words; numbers as they are stored, from 0 on where they are ports.
 QByteArray described(const CommandInterpreter &command)
 {
+    static const char *const names[] = {"error",  "route", "all",         "one to one", "save",
+                                        "recall", "query", "temperature", "beep on",    "beep off"};
+    QByteArray text = names[command.command()];
     switch (command.command()) {
-    case CommandInterpreter::SyntaxError:
-        return "error";
-    case CommandInterpreter::RouteToSome: {
-        QByteArray text = "route " + QByteArray::number(command.input());
+    case CommandInterpreter::RouteToSome:
+        text += " " + QByteArray::number(command.input());
         for (int i = 0; i < command.outputCount(); ++i) {
             text += " " + QByteArray::number(command.outputs()[i]);
         }
         return text;
-    }
     case CommandInterpreter::RouteToAll:
-        return "all " + QByteArray::number(command.input());
-    case CommandInterpreter::RouteOneToOne:
-        return "one to one";
+        return text + " " + QByteArray::number(command.input());
     case CommandInterpreter::SaveScene:
-        return "save " + QByteArray::number(command.number());
     case CommandInterpreter::RecallScene:
-        return "recall " + QByteArray::number(command.number());
     case CommandInterpreter::Query:
-        return "query " + QByteArray::number(command.number());
-    case CommandInterpreter::Temperature:
-        return "temperature";
-    case CommandInterpreter::BeepOn:
-        return "beep on";
-    case CommandInterpreter::BeepOff:
-        return "beep off";
+        return text + " " + QByteArray::number(command.number());
+    default:
+        return text;
     }
-    return {};
 }
 } // namespace
 

@@ -1,5 +1,3 @@
-#include "backlight.h"
-#include "gpio.h"
 #include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -158,20 +156,6 @@ private slots:
         }
         // The longest reply: the digits of all outputs, with a separator between them.
         QCOMPARE(unit.talk(Wire::Control1, "160all.160?.", 2).size(), 3 + 4 + (9 + 180 + 183) + 159 + 1);
-    }
-
-    void backlight()
-    {
-        TestUnit unit;
-        Gpio gpio;
-        gpio.open();
-        for (const auto &[level, brightness] :
-             {std::pair(7, 7), {0, 0}, {1, 1}, {0, 0}, {8, 7}, {0, 0}, {-3, 7}}) {
-            Backlight(gpio).light(level);
-            QCOMPARE(unit.hardware().files().backlight(), brightness);
-            const int lit = brightness > 0 ? 1 : 0;
-            QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().gpio().level(0) == lit; }, 5000));
-        }
     }
 };
 
