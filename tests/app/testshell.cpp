@@ -67,6 +67,8 @@ private slots:
         deliver(pad, {QEvent::MouseButtonDblClick});
         idle(1);
         QCOMPARE(unit.hardware().files().backlight(), seconds > 0 ? 0 : 4);
+        const int power = seconds > 0 ? 0 : 1;
+        QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().gpio().level(0) == power; }, 5000));
     }
 
     void theWholeTouchThatWakesIsSwallowed()
