@@ -75,6 +75,19 @@ QString commandLine(const QString &process)
     return content("/proc/" + process + "/cmdline");
 }
 
+/// A variable that the process was started with.
+QString variable(const QString &process, const QByteArray &name)
+{
+    QFile file(process + "/environ");
+    file.open(QIODevice::ReadOnly);
+    for (const QByteArray &entry : file.readAll().split('\0')) {
+        if (entry.startsWith(name + "=")) {
+            return entry.mid(name.size() + 1);
+        }
+    }
+    return {};
+}
+
 bool ended(QProcess &mxsim)
 {
     mxsim.terminate();
@@ -204,8 +217,8 @@ private slots:
         for (const char *picture : {"images/default/startup.png", "help/en/1.png"}) {
             QVERIFY2(QFile::exists(program + "/cwd/" + picture), picture);
         }
-        for (const QString lent : {"LD_PRELOAD=", "FONTCONFIG_FILE="}) {
-            const QString path = content(program + "/environ").section(lent, 1).section(QChar(0), 0, 0);
+        for (const char *lent : {"LD_PRELOAD", "FONTCONFIG_FILE"}) {
+            const QString path = variable(program, lent).section(':', 0, 0);
             QVERIFY2(path.startsWith(file("moved/")) && QFile::exists(path), qPrintable(path));
         }
         QVERIFY(ended(mxsim));
