@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow.h"
+#include "qmxkeyboard.h"
 #include "qmxscene.h"
 #include "qmxsetup.h"
 #include "qmxstatus.h"
@@ -56,6 +57,6 @@ inline int shownPage(const MainWindow &window)
 inline bool unlock(const MainWindow &window)
 {
     return Touchscreen::touch(window, QStringLiteral("Unlock")) &&
-           Touchscreen::type(*window.findChild<QMxStatus *>(),
-                             Touchscreen::letters(QStringLiteral("40617295")) << QStringLiteral("Enter"));
+           Touchscreen::typeOn(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(),
+                               Touchscreen::letters(QStringLiteral("40617295")) << QStringLiteral("Enter"));
 }

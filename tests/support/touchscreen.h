@@ -1,6 +1,5 @@
 #pragma once
 
-#include "qmxkeyboard.h"
 #include "testunit.h"
 
 #include <QAbstractButton>
@@ -61,13 +60,12 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
     return found != nullptr;
 }
 
-/// Types on the keyboard of a page; each word is the caption of one key. \return whether all were there
-inline bool type(const QWidget &page, const QStringList &keys)
+/// Types on a keyboard; each word is the caption of one key. \return whether all were there
+inline bool typeOn(const QWidget &keyboard, const QStringList &keys)
 {
-    const auto *keyboard = page.findChild<QMxKeyboard *>();
-    bool found = keyboard->isVisible();
+    bool found = keyboard.isVisible();
     for (const QString &key : keys) {
-        found = found && touch(*keyboard, key);
+        found = found && touch(keyboard, key);
     }
     return found;
 }

@@ -1,5 +1,6 @@
 #include "mxsite.h"
 #include "qmxhelp.h"
+#include "qmxkeyboard.h"
 #include "qmxsetup.h"
 #include "qmxstatus.h"
 #include "rows.h"
@@ -30,6 +31,11 @@ struct KeyboardPage : QWidget {
     }
     QMxKeyboard keyboard{this};
 };
+
+bool type(const QWidget &page, const QStringList &keys)
+{
+    return typeOn(*page.findChild<QMxKeyboard *>(), keys);
+}
 
 QString edited(const QWidget &page)
 {
