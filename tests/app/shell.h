@@ -56,10 +56,7 @@ inline int shownPage(const MainWindow &window)
 /// Types the password on the page of the settings, which is visible. \return whether all keys were there
 inline bool unlock(const MainWindow &window)
 {
-    bool found = Touchscreen::touch(window, QStringLiteral("Unlock"));
-    for (const char *key : {"4", "0", "6", "1", "7", "2", "9", "5", "Enter"}) {
-        found = found && Touchscreen::touch(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(),
-                                            QLatin1String(key));
-    }
-    return found;
+    return Touchscreen::touch(window, QStringLiteral("Unlock")) &&
+           Touchscreen::typeOn(*window.findChild<QMxStatus *>()->findChild<QMxKeyboard *>(),
+                               Touchscreen::letters(QStringLiteral("40617295")) << QStringLiteral("Enter"));
 }

@@ -78,22 +78,22 @@ const char *const Files[] = {"/home/app/config/setup.ini",
                              "/home/www/splice/splice3.txt",
                              "/sys/devices/virtual/thermal/thermal_zone0/temp"};
 
-/// The parts of the record that no command may touch.
+/// The segment without what commands may change.
 QByteArray untouchable(const MxShm &shm)
 {
-    const auto *bytes = reinterpret_cast<const char *>(&shm);
-    const int map = 69545;
-    const int ports = portCount(shm);
-    const int scenes = sceneCount(shm);
-    QByteArray all(bytes, 12);         // port, scene, keypad
-    all += QByteArray(bytes + 16, 12); // backlight, sleep, baudrate
-    all += QByteArray(bytes + 32, map - 32);
-    for (int slot = 0; slot < 64; ++slot) {
-        const int used = slot <= scenes ? 2 * ports : 0;
-        all += QByteArray(bytes + map + 2048 * slot + used, 2048 - used);
+    QByteArray all(reinterpret_cast<const char *>(&shm), SharedObjects::SegmentSize);
+    auto &rest = *reinterpret_cast<MxShm *>(all.data());
+    rest.beep = 0;
+    rest.uptime = 0;
+    rest.splicePending.take();
+    for (int output = 0; output < portCount(shm); ++output) {
+        rest.map[output] = 0;
+        rest.spliceData[output] = 0;
+        for (int scene = 0; scene <= sceneCount(shm); ++scene) {
+            rest.sceneMap[scene][output] = 0;
+        }
     }
-    all += QByteArray(bytes + 200618 + 4 * ports, 4 * (1024 - ports));
-    return all + QByteArray(bytes + sizeof(MxShm), SharedObjects::SegmentSize - int(sizeof(MxShm)));
+    return all;
 }
 } // namespace
 

@@ -136,10 +136,6 @@ private slots:
         RunningUnit unit(4);
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
         const QByteArray before = unit.boardBytes();
-        for (int i = 0; i < 5; ++i) { // more than the link holds
-            unit.hardware().send(sim::Wire::Matrix, std::string(4000, 'a'));
-            QCOMPARE(unit.talk(sim::Wire::Control0, "9?."), QByteArray("ERR."));
-        }
         const QByteArray frame = QByteArray::fromHex("EB900007000000");
         QVERIFY(sendRequest(counted(7, frame)));
         QVERIFY(unit.hardware().waitFor([&] { return unit.boardBytes() == before + frame; }, 5000));

@@ -1,5 +1,3 @@
-#include "backlight.h"
-#include "gpio.h"
 #include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
@@ -9,7 +7,6 @@
 
 using sim::Wire;
 Q_DECLARE_METATYPE(Wire)
-Q_DECLARE_METATYPE(sim::Fault)
 
 /// The serial links on real terminals: their set-up, commands, and what becomes of them without devices.
 class TestControlPorts : public QObject
@@ -148,25 +145,6 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
-    void faultsAtTheFarEndStopNothing_data()
-    {
-        columns<Wire, sim::Fault>("wire", "fault");
-        row("garbage from the board first", Wire::Matrix, sim::Fault::GarbageFirst);
-        row("noise from the board", Wire::Matrix, sim::Fault::Noise);
-        row("a cut line from a client", Wire::Control0, sim::Fault::CutInTwo);
-    }
-    void faultsAtTheFarEndStopNothing()
-    {
-        QFETCH(Wire, wire);
-        QFETCH(sim::Fault, fault);
-        TestUnit unit(4);
-        unit.hardware().inject(wire, fault);
-        unit.start();
-        QCOMPARE(unit.talk(Wire::Control0, "3x1&4.3?.", 2), QByteArray("OK.3x1&4."));
-        QVERIFY(unit.boardShows({3, 1, 1, 3}));
-        QCOMPARE(unit.faults(), QByteArray());
-    }
-
     void aStuckBoardStopsNothing()
     {
         TestUnit unit(160);
@@ -178,20 +156,6 @@ private slots:
         }
         // The longest reply: the digits of all outputs, with a separator between them.
         QCOMPARE(unit.talk(Wire::Control1, "160all.160?.", 2).size(), 3 + 4 + (9 + 180 + 183) + 159 + 1);
-    }
-
-    void backlight()
-    {
-        TestUnit unit;
-        Gpio gpio;
-        gpio.open();
-        for (const auto &[level, brightness] :
-             {std::pair(7, 7), {0, 0}, {1, 1}, {0, 0}, {8, 7}, {0, 0}, {-3, 7}}) {
-            Backlight(gpio).light(level);
-            QCOMPARE(unit.hardware().files().backlight(), brightness);
-            const int lit = brightness > 0 ? 1 : 0;
-            QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().gpio().level(0) == lit; }, 5000));
-        }
     }
 };
 

@@ -1,48 +1,15 @@
 #include "clients.h"
+#include "limit.h"
 #include "networkunit.h"
 #include "rows.h"
 #include "testregistry.h"
 
 #include <QTest>
-#include <QTimer>
-#include <sys/resource.h>
 #include <sys/socket.h>
 
 namespace
 {
 constexpr qint64 Mebibyte = 1024 * 1024;
-
-/// A client by either transport.
-class Client
-{
-public:
-    explicit Client(bool tcp)
-        : m_tcp(tcp)
-        , m_socket(tcp ? RawSocket::tcp(MxSite::tcpPort()) : RawSocket::udp())
-    {
-    }
-    void send(const QByteArray &bytes) const
-    {
-        if (m_tcp) {
-            m_socket->send(bytes);
-        } else {
-            m_socket->sendTo(MxSite::udpPort(), bytes);
-        }
-    }
-    QByteArray receive(int count) const { return replies(*m_socket, count); }
-    const RawSocket &socket() const { return *m_socket; }
-
-private:
-    bool m_tcp;
-    Socket m_socket;
-};
-
-void transports()
-{
-    columns<bool>("tcp");
-    row("TCP", true);
-    row("UDP", false);
-}
 } // namespace
 
 /// What one client's commands may cost the others, and the unit.
@@ -51,45 +18,6 @@ class TestClientTurns : public QObject
     Q_OBJECT
 
 private slots:
-    void aThousandRecallsLeaveOthersTheirTurn_data() { transports(); }
-    /// What others ask during one recall is answered before the next one ends, and the event loop has its
-    /// turn.
-    void aThousandRecallsLeaveOthersTheirTurn()
-    {
-        QFETCH(bool, tcp);
-        constexpr int Rounds = 3;
-        std::atomic<int> asked{0};
-        std::atomic<int> answered{0};
-        std::atomic<int> recalls{0};
-        int recallsSinceTick = 0;
-        bool inTime = true;
-        NetworkUnit unit(8, [&](unsigned long) {
-            const int now = qMin<int>(++recalls, Rounds + 1);
-            inTime = inTime && ++recallsSinceTick == 1 &&
-                     unit.stall([&] { return answered >= now - 1 && asked >= qMin(now, Rounds); });
-        });
-        QTimer ticks;
-        connect(&ticks, &QTimer::timeout, [&] { recallsSinceTick = 0; });
-        ticks.start(0);
-        withClients(1, [&](int) {
-            const Client greedy(tcp);
-            greedy.send(QByteArray(">r1.").repeated(1000));
-            const Client other(tcp);
-            const Client another(!tcp);
-            for (int round = 0; round < Rounds; ++round) {
-                unit.stall([&] { return recalls > round; });
-                other.send("1x1");
-                another.send("2x2");
-                ++asked;
-                if (other.receive(1) != "OK." || another.receive(1) != "OK.") {
-                    qFatal("no reply");
-                }
-                ++answered;
-            }
-        });
-        QVERIFY(inTime);
-    }
-
     void halfCloseMeansFinishAnswerThenClose_data()
     {
         columns<QByteArray, int>("block", "count");
@@ -106,12 +34,12 @@ private slots:
         unit.comm().MxCmdOneToAll(8);
         QByteArray got;
         withClients(1, [&](int) {
-            const Client client(true);
+            const Socket client(RawSocket::tcp(MxSite::tcpPort()));
             std::thread writer([&] {
-                client.send(block);
-                ::shutdown(client.socket().descriptor(), SHUT_WR);
+                client->send(block);
+                ::shutdown(client->descriptor(), SHUT_WR);
             });
-            got = client.receive(count + 1); // until the unit closes
+            got = replies(*client, count + 1); // until the unit closes
             writer.join();
         });
         QCOMPARE(got.count('.'), count);
@@ -128,16 +56,16 @@ private slots:
         });
         const qint64 before = heapBytes();
         withClients(1, [&](int) {
-            const Client honest(false);
+            const Socket honest(RawSocket::udp());
             for (const char *command : {"1x1", ">r1.>r1"}) {
                 std::vector<Socket> forged; // all kept, so that each is another
                 for (int i = 0; i < QMxUdp::MaxPeers + 50; ++i) {
                     forged.emplace_back(RawSocket::udp());
                     forged.back()->sendTo(static_cast<quint16>(MxSite::udpPort() + i % 8), command);
                 }
-                honest.send("8?");
+                honest->sendTo(MxSite::udpPort(), "8?");
                 allSent = QByteArray(command) == ">r1.>r1";
-                if (honest.receive(1) != "8x.") {
+                if (honest->receive() != "8x.") {
                     qFatal("no reply");
                 }
             }
@@ -146,7 +74,12 @@ private slots:
         QVERIFY(heapBytes() - before < Mebibyte);
     }
 
-    void aClientsQueueIsBounded_data() { transports(); }
+    void aClientsQueueIsBounded_data()
+    {
+        columns<bool>("tcp");
+        row("TCP", true);
+        row("UDP", false);
+    }
     /// A block more during each of its recalls.
     void aClientsQueueIsBounded()
     {
@@ -160,17 +93,20 @@ private slots:
         });
         const qint64 before = heapBytes();
         withClients(1, [&](int) {
-            const Client client(tcp);
-            client.send(">r1");
+            const Socket client(tcp ? RawSocket::tcp(MxSite::tcpPort()) : RawSocket::udp());
+            const auto send = [&](const QByteArray &bytes) {
+                return tcp ? client->send(bytes) : client->sendTo(MxSite::udpPort(), bytes);
+            };
+            send(">r1");
             const timeval soon{0, 1000};
-            ::setsockopt(client.socket().descriptor(), SOL_SOCKET, SO_SNDTIMEO, &soon, sizeof soon);
+            ::setsockopt(client->descriptor(), SOL_SOCKET, SO_SNDTIMEO, &soon, sizeof soon);
             for (; sent < Blocks; ++sent) {
                 unit.stall([&] { return recalls > sent; });
-                client.send(QByteArray(">r1.").repeated(15000));
+                send(QByteArray(">r1.").repeated(15000));
             }
-            const Client other(true);
-            other.send("8?");
-            other.receive(1);
+            const Socket other(RawSocket::tcp(MxSite::tcpPort()));
+            other->send("8?");
+            other->receive();
         });
         const qint64 growth = heapBytes() - before;
         QVERIFY2(growth < Mebibyte, QByteArray::number(growth).constData());
@@ -180,23 +116,20 @@ private slots:
     {
         NetworkUnit unit(8);
         QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1}));
-        rlimit limit{};
-        ::getrlimit(RLIMIT_NOFILE, &limit);
         std::vector<Socket> idle;
         for (int i = 0; i < 150; ++i) {
             idle.emplace_back(RawSocket::tcp(MxSite::tcpPort()));
         }
-        rlimit low = limit;
-        low.rlim_cur = rlim_t(idle.back()->descriptor()) + 100; // fewer than there are clients
-        ::setrlimit(RLIMIT_NOFILE, &low);
+        // Fewer than there are clients.
+        const Limit low(RLIMIT_NOFILE, rlim_t(idle.back()->descriptor()) + 100);
         for (int i = 0; i < 100; ++i) {
             QCoreApplication::processEvents();
         }
         unit.run("save4");
         unit.run("beepon");
-        const bool stored = unit.fileContent("/home/app/data/scene4").size() == 16 &&
-                            unit.fileContent("/home/app/data/splice4.ini").size() == 32 &&
-                            unit.fileContent("/home/app/config/setup.ini").contains("beep=1");
+        QCOMPARE(unit.fileContent("/home/app/data/scene4").size(), 16);
+        QCOMPARE(unit.fileContent("/home/app/data/splice4.ini").size(), 32);
+        QVERIFY(unit.fileContent("/home/app/config/setup.ini").contains("beep=1"));
         // Whoever came last is served as soon as others have gone.
         const Socket last = std::move(idle.back());
         idle.clear();
@@ -205,8 +138,6 @@ private slots:
             last->send("1x2");
             reply = replies(*last, 1);
         });
-        ::setrlimit(RLIMIT_NOFILE, &limit);
-        QVERIFY(stored);
         QCOMPARE(reply, QByteArray("OK."));
     }
 };

@@ -71,16 +71,6 @@ private slots:
         QCOMPARE(unit.map(), QByteArray("1,1,2,1"));
     }
 
-    void anyKeyAndCharacterMayCome()
-    {
-        PanelUnit unit;
-        for (int byte = 0; byte < 256; ++byte) {
-            unit.step(byte % 128, char(byte));
-        }
-        unit.act("ir3X");
-        QCOMPARE(unit.header(), QByteArray("SWITCH|03>"));
-    }
-
     void switchPageShowsTheSelectedInputsOutputs()
     {
         PanelUnit unit(40);

@@ -60,6 +60,26 @@ inline bool touch(const QWidget &page, const QString &text, int index = 0)
     return found != nullptr;
 }
 
+/// Types on a keyboard; each word is the caption of one key. \return whether all were there
+inline bool typeOn(const QWidget &keyboard, const QStringList &keys)
+{
+    bool found = keyboard.isVisible();
+    for (const QString &key : keys) {
+        found = found && touch(keyboard, key);
+    }
+    return found;
+}
+
+/// The keys for a text.
+inline QStringList letters(const QString &text)
+{
+    QStringList all;
+    for (const QChar letter : text) {
+        all.append(letter);
+    }
+    return all;
+}
+
 /// Lays a press, a move or a release before the widget's window as the window system does: it waits there for
 /// the event loop.
 inline void queue(const QWidget &widget, QEvent::Type type)

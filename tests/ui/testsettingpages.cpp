@@ -32,24 +32,9 @@ struct KeyboardPage : QWidget {
     QMxKeyboard keyboard{this};
 };
 
-/// Types on the keyboard of a page; each word is the caption of one key.
 bool type(const QWidget &page, const QStringList &keys)
 {
-    const auto *keyboard = page.findChild<QMxKeyboard *>();
-    bool found = keyboard->isVisible();
-    for (const QString &key : keys) {
-        found = found && touch(*keyboard, key);
-    }
-    return found;
-}
-
-QStringList letters(const QString &text)
-{
-    QStringList all;
-    for (const QChar letter : text) {
-        all.append(letter);
-    }
-    return all;
+    return typeOn(*page.findChild<QMxKeyboard *>(), keys);
 }
 
 QString edited(const QWidget &page)
@@ -313,7 +298,8 @@ private slots:
         for (const auto &[backlight, sleep, beep, shown, light] : {std::tuple(4, 4, 1, "100% Never On", 5),
                                                                    {6, 2, 2, "15Min On", 7},
                                                                    {5, 5, -1, "On", 6},
-                                                                   {99, INT_MIN, 0, "Off", 7}}) {
+                                                                   {7, INT_MIN, 0, "Off", 7},
+                                                                   {-4, -1, 0, "Off", 7}}) {
             QVERIFY(touch(*page, "40%") && touch(*page, "30Min") && touch(*page, "Off"));
             QCOMPARE(chosen(*page), QStringList({"40%", "30Min", "Off"}));
             unit.shm().backlight = backlight;
