@@ -51,6 +51,8 @@ private slots:
         row("no outputs", "3x&|3xq&0", "route 2 65535 65535");
         row("no input", "0x2|65536x2|-0x2|>c0m1x2", "route 65535 1");
         row("negative", "-1x-3", "route 65534 65532");
+        // Beyond a long of 32 bits, as on a unit.
+        row("beyond 32 bits", "4799999999x1", sizeof(long) == 4 ? "route 65534 0" : "route 12286 0");
         row("beyond any number", "98765432109876543210x1", "route 65534 0");
         row("far below any number", "-98765432109876543210x1", "route 65535 0");
         row("a list begun anew", "1x2x3|7x1&2x3", "route 1 2");
