@@ -52,7 +52,8 @@ Result VncDesk::serveVnc()
     const QStringList display{"-norc", "-display", m_server.display(), "-auth", m_server.cookieFile()};
     const QStringList access{"-localhost", "-noipv6",  "-rfbport", QString::number(m_port),
                              "-nopw",      "-forever", "-shared"};
-    const QStringList plain{"-quiet", "-nowireframe", "-noscrollcopyrect"};
+    // Ended by force, it would leave its shared memory segments for ever, of which a machine has 4096.
+    const QStringList plain{"-quiet", "-nowireframe", "-noscrollcopyrect", "-noshm"};
     return checkLocalPort(m_port).then([&] {
         return m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile());
     });

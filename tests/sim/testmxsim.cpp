@@ -274,7 +274,8 @@ private slots:
             // The size stays in the settings: a board of another size would not understand the frame.
             QProcess mxsim;
             const QString text = start(mxsim, signal == SIGKILL ? QStringList("--ports=4") : QStringList());
-            QVERIFY(text.contains(switched));
+            QVERIFY2(text.contains(switched),
+                     qPrintable(text + mxsim.readAllStandardError() + content(file("unit/desk.log"))));
             const auto address = QRegularExpression("\n  screen      vnc://127.0.0.1:(\\d+),").match(text);
             QVERIFY2(address.hasMatch(), qPrintable(text + mxsim.readAllStandardError()));
             const auto port = static_cast<quint16>(address.captured(1).toInt());
