@@ -39,12 +39,15 @@ Result VncDesk::startVnc()
 {
     const int last = m_port ? m_port : LastPort;
     m_port = m_port ? m_port : FirstPort;
-    Result result = serveVnc();
-    while (!result.isDone() && m_port < last && !checkLocalPort(m_port).isDone()) {
+    while (true) {
+        const Result port = checkLocalPort(m_port);
+        const Result result = port.isDone() ? serveVnc() : port;
+        const bool another = m_port < last && (!port.isDone() || !checkLocalPort(m_port).isDone());
+        if (result.isDone() || !another) {
+            return result;
+        }
         ++m_port;
-        result = serveVnc();
     }
-    return result;
 }
 
 Result VncDesk::serveVnc()
@@ -54,8 +57,6 @@ Result VncDesk::serveVnc()
                              "-nopw",      "-forever", "-shared"};
     // Ended by force, it would leave its shared memory segments for ever, of which a machine has 4096.
     const QStringList plain{"-quiet", "-nowireframe", "-noscrollcopyrect", "-noshm"};
-    return checkLocalPort(m_port).then([&] {
-        return m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile());
-    });
+    return m_vncServer.bringUp({"x11vnc", "x11vnc"}, display + access + plain, m_server.logFile());
 }
 } // namespace sim
