@@ -8,28 +8,21 @@
 
 namespace
 {
-/// What a line asks for, in words; numbers as they are stored, from 0 on where they are ports.
+/// What a line asks for, in words; inputs and outputs of a routing count from 0, as they are stored.
 QByteArray described(const CommandInterpreter &command)
 {
-    static const char *const names[] = {"error",  "route", "all",         "one to one", "save",
-                                        "recall", "query", "temperature", "beep on",    "beep off"};
+    static const char *const names[] = {"error",   "route",  "all ",        "one to one", "save ",
+                                        "recall ", "query ", "temperature", "beep on",    "beep off"};
     QByteArray text = names[command.command()];
-    switch (command.command()) {
-    case CommandInterpreter::RouteToSome:
+    if (text.endsWith(' ')) {
+        text += QByteArray::number(command.number());
+    } else if (command.command() == CommandInterpreter::RouteToSome) {
         text += " " + QByteArray::number(command.input());
         for (int i = 0; i < command.outputCount(); ++i) {
             text += " " + QByteArray::number(command.outputs()[i]);
         }
-        return text;
-    case CommandInterpreter::RouteToAll:
-        return text + " " + QByteArray::number(command.input());
-    case CommandInterpreter::SaveScene:
-    case CommandInterpreter::RecallScene:
-    case CommandInterpreter::Query:
-        return text + " " + QByteArray::number(command.number());
-    default:
-        return text;
     }
+    return text;
 }
 } // namespace
 
@@ -56,9 +49,9 @@ private slots:
         row("beyond any number", "98765432109876543210x1", "route 65534 0");
         row("far below any number", "-98765432109876543210x1", "route 65535 0");
         row("a list begun anew", "1x2x3|7x1&2x3", "route 1 2");
-        row("to all", "4all|4ALL|04aLl| 4all|4qall|0m4all", "all 3");
-        row("to all, largest", "999all", "all 998");
-        row("all dark", "0all", "all 65535");
+        row("to all", "4all|4ALL|04aLl| 4all|4qall|0m4all", "all 4");
+        row("to all, largest", "999all", "all 999");
+        row("all dark", "0all", "all 0");
         row("one to one", "all1|ALL1|0mall1", "one to one");
         row("save", "save7|SAVE 7|>s7|>S+7q|0msave7|save65543", "save 7");
         row("save without a number", "saveq|>s?|>sx", "save 0");

@@ -55,9 +55,12 @@ private slots:
         unit.hardware().send(Wire::Control0, "3x1");
         QCOMPARE(unit.talk(Wire::Control1, "5x2.7?.", 2), QByteArray("OK.7x."));
         QCOMPARE(unit.talk(Wire::Control0, "&4.bad$.3?.", 4), QByteArray("OK.ERR.ERR.3x1&4."));
-        // More than one read takes.
-        QCOMPARE(unit.talk(Wire::Control0, QByteArray(4096, '4') + "5?.", 1), QByteArray("5x2."));
-        QVERIFY(unit.boardShows({3, 5, 1, 3, 1, 1, 1, 1}));
+        // NUL and LF end no line.
+        QCOMPARE(unit.talk(Wire::Control0, QByteArray("8\0x7\n%2x6!", 10), 2), QByteArray("OK.OK."));
+        // The longest line, and one that is dropped: more than one read takes.
+        QCOMPARE(unit.talk(Wire::Control0, QByteArray(4092, ' ') + "1x3." + QByteArray(4096, '4') + "5?.", 2),
+                 QByteArray("OK.5x2."));
+        QVERIFY(unit.boardShows({3, 5, 1, 3, 1, 2, 8, 1}));
         QCOMPARE(unit.faults(), QByteArray());
     }
 
