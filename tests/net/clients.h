@@ -4,45 +4,31 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
-#include <atomic>
+#include <chrono>
+#include <future>
 #include <memory>
-#include <thread>
-#include <vector>
 
 using Socket = std::unique_ptr<RawSocket>;
 
-/// Runs `client` in `count` threads beside the event loop that serves them.
+/// Runs `client` in a thread beside the event loop that serves it.
 template <typename Client>
-void withClients(int count, Client client)
+void besideTheUnit(Client client)
 {
-    std::atomic<int> running{count};
-    std::vector<std::thread> threads;
-    threads.reserve(size_t(count));
-    for (int i = 0; i < count; ++i) {
-        threads.emplace_back([&, i] {
-            client(i);
-            --running;
-        });
-    }
-    while (running > 0) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
+    const std::future<void> end = std::async(std::launch::async, client);
+    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+        QCoreApplication::processEvents();
     }
 }
 
 /// Every byte up to and with the `count`th reply, or all until the connection ends.
-inline QByteArray replies(const RawSocket &socket, int count)
-{
-    QByteArray all;
-    QByteArray more;
-    do {
-        more = socket.receive();
-        all += more;
-    } while (!more.isEmpty() && all.count('.') < count);
-    return all;
-}
+QByteArray replies(const RawSocket &socket, int count);
+
+/// Asks from such a thread.
+QByteArray reply(const RawSocket &socket, const QByteArray &command);
+
+/// Sends the block over a connection of its own and no more than that. \return all that comes until the unit
+/// closes as well
+QByteArray repliesOverTcp(const QByteArray &block);
 
 /// Bytes that the process has allocated and not freed.
 qint64 heapBytes();

@@ -124,32 +124,17 @@ private slots:
         QCOMPARE(m_log, "a " + QByteArray("ERR.").repeated(1024) + "b ERR.a ERR.");
     }
 
-    void nothingWaitsBehindACommandThatBlocks()
-    {
-        Session session(m_turns, m_log);
-        session.take("1x2.4x3.>r1.2?.recall2.7x7.7?");
-        session.finish();
-        QCOMPARE(m_log, QByteArray("OK.OK.|OK.2x.|OK.OK.7x7."));
-    }
-
+    /// Between them, and between commands of one client, is a turn of the event loop, here a space.
     void blockedClientsTakeTurns()
     {
-        Session first(m_turns, m_log, "a ");
-        Session second(m_turns, m_log, "b ");
+        Session first(m_turns, m_log, "a");
+        Session second(m_turns, m_log, "b");
         first.take(">r1.>r1.>r1");
         second.take(">r2.2x2.>r2");
-        first.finish();
-        QCOMPARE(m_log, QByteArray("|a OK.|b OK.b OK.|a OK.|b OK.|a OK."));
-    }
-
-    void aTurnOfTheEventLoopIsBetweenThem()
-    {
-        Session session(m_turns, m_log);
-        session.take(">r1.>r1");
-        for (; !session.isResting(); m_log += " ") {
+        for (; !first.isResting(); m_log += " ") {
             QCoreApplication::processEvents();
         }
-        QCOMPARE(m_log.trimmed(), QByteArray("|OK.  |OK."));
+        QCOMPARE(m_log.trimmed(), QByteArray("|aOK.  |bOK. bOK. |aOK.  |bOK.  |aOK."));
     }
 
 private:

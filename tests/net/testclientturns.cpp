@@ -5,7 +5,9 @@
 #include "testregistry.h"
 
 #include <QTest>
+#include <atomic>
 #include <sys/socket.h>
+#include <vector>
 
 namespace
 {
@@ -22,7 +24,6 @@ private slots:
     {
         columns<QByteArray, int>("block", "count");
         row("nothing", "", 0);
-        row("one command", "1x2", 1);
         row("more than fits anywhere", QByteArray("9?.").repeated(20001), 20001);
         row("behind a recall", ">r1.1x2.", 2);
     }
@@ -32,16 +33,7 @@ private slots:
         QFETCH(int, count);
         NetworkUnit unit(160);
         unit.comm().MxCmdOneToAll(8);
-        QByteArray got;
-        withClients(1, [&](int) {
-            const Socket client(RawSocket::tcp(MxSite::tcpPort()));
-            std::thread writer([&] {
-                client->send(block);
-                ::shutdown(client->descriptor(), SHUT_WR);
-            });
-            got = replies(*client, count + 1); // until the unit closes
-            writer.join();
-        });
+        const QByteArray got = repliesOverTcp(block);
         QCOMPARE(got.count('.'), count);
         QVERIFY(!got.contains("ERR."));
     }
@@ -55,19 +47,18 @@ private slots:
             most = qMax(most, unit.udp().peerCount());
         });
         const qint64 before = heapBytes();
-        withClients(1, [&](int) {
+        besideTheUnit([&] {
             const Socket honest(RawSocket::udp());
-            for (const char *command : {"1x1", ">r1.>r1"}) {
-                std::vector<Socket> forged; // all kept, so that each is another
-                for (int i = 0; i < QMxUdp::MaxPeers + 50; ++i) {
-                    forged.emplace_back(RawSocket::udp());
-                    forged.back()->sendTo(static_cast<quint16>(MxSite::udpPort() + i % 8), command);
-                }
-                honest->sendTo(MxSite::udpPort(), "8?");
-                allSent = QByteArray(command) == ">r1.>r1";
-                if (honest->receive() != "8x.") {
-                    qFatal("no reply");
-                }
+            std::vector<Socket> forged; // all kept, so that each is another
+            for (int i = 0; i < QMxUdp::MaxPeers + 100; ++i) {
+                forged.emplace_back(RawSocket::udp());
+                forged.back()->sendTo(static_cast<quint16>(MxSite::udpPort() + i % 8),
+                                      i < 50 ? "1x1" : ">r1.>r1");
+            }
+            honest->sendTo(MxSite::udpPort(), "8?");
+            allSent = true;
+            if (honest->receive() != "8x.") {
+                qFatal("no reply");
             }
         });
         QVERIFY(runUntil([&] { return most == QMxUdp::MaxPeers && unit.udp().peerCount() == 0; }));
@@ -92,7 +83,7 @@ private slots:
             unit.stall([&] { return sent >= blocks; });
         });
         const qint64 before = heapBytes();
-        withClients(1, [&](int) {
+        besideTheUnit([&] {
             const Socket client(tcp ? RawSocket::tcp(MxSite::tcpPort()) : RawSocket::udp());
             const auto send = [&](const QByteArray &bytes) {
                 return tcp ? client->send(bytes) : client->sendTo(MxSite::udpPort(), bytes);
@@ -133,12 +124,7 @@ private slots:
         // Whoever came last is served as soon as others have gone.
         const Socket last = std::move(idle.back());
         idle.clear();
-        QByteArray reply;
-        withClients(1, [&](int) {
-            last->send("1x2");
-            reply = replies(*last, 1);
-        });
-        QCOMPARE(reply, QByteArray("OK."));
+        QCOMPARE(reply(*last, "1x2"), QByteArray("OK."));
     }
 };
 

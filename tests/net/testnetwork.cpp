@@ -4,29 +4,14 @@
 #include "testregistry.h"
 
 #include <QTest>
-#include <climits>
-#include <sys/socket.h>
 
 namespace
 {
-/// \return all that comes back for the block, until the unit closes as well
-QByteArray repliesOverTcp(const QByteArray &block)
-{
-    QByteArray got;
-    withClients(1, [&](int) {
-        const Socket client(RawSocket::tcp(MxSite::tcpPort()));
-        client->send(block);
-        ::shutdown(client->descriptor(), SHUT_WR);
-        got = replies(*client, INT_MAX);
-    });
-    return got;
-}
-
 /// \return the reply datagrams, each in brackets
 QByteArray repliesOverUdp(quint16 port, const QByteArray &datagram)
 {
     QByteArray got;
-    withClients(1, [&](int) {
+    besideTheUnit([&] {
         const Socket client(RawSocket::udp());
         client->sendTo(port, datagram);
         client->sendTo(port, "8?"); // by its reply all others have come
@@ -37,7 +22,6 @@ QByteArray repliesOverUdp(quint16 port, const QByteArray &datagram)
     });
     return got.left(got.lastIndexOf("[8x.]"));
 }
-
 } // namespace
 
 /// The command language and the board's frames over TCP and over UDP, on a unit with 8 ports.
