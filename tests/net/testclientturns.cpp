@@ -26,6 +26,7 @@ private slots:
         row("nothing", "", 0);
         row("more than fits anywhere", QByteArray("9?.").repeated(20001), 20001);
         row("behind a recall", ">r1.1x2.", 2);
+        row("a recall whose terminator might still come", QByteArray("1x2.").repeated(150) + ">r1", 151);
     }
     void halfCloseMeansFinishAnswerThenClose()
     {
