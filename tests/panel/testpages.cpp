@@ -22,8 +22,6 @@ private slots:
     void widgetsAreInTheirPlaces()
     {
         PanelUnit unit(40);
-        QVERIFY(isAt(MenuHeader, 1000, 0, 0, 48, 12));
-        QVERIFY(isAt(MenuHeader, 1001, 48, 0, 80, 12));
         for (int i = 0; i < 40; ++i) {
             QVERIFY(isAt(SwitchPage, 2000 + i, i % 8 * 16 + 1, 12 + i / 8 * 10 + 2, 16, 10));
         }
@@ -38,19 +36,6 @@ private slots:
             QVERIFY(isAt(SetupPage, 3000 + i, 32, rows[i], 96, 8));
         }
         QCOMPARE(unit.texts(SetupPage, 0, 6), QByteArray("I P1:,MSK1:,G W1:,I P2:,MSK2:,G W2:"));
-    }
-
-    void framesOfTheHeader()
-    {
-        PanelUnit unit(8);
-        unit.act("menu menu");
-        WM_Exec();
-        const auto isLit = [](int x, int y) { return pLcdBuffer[x + 128 * y] == 0; };
-        for (int x = 0; x < 128; ++x) {
-            QVERIFY(isLit(x, 0) && isLit(x, 11));                   // the edge around title and status
-            QVERIFY(!isLit(x, 12) && !isLit(x, 13));                // the page begins below
-            QVERIFY(x < 48 || x == 48 || x == 127 || !isLit(x, 5)); // an empty status
-        }
     }
 
     void startPictureIsWhereTheFrameIsBlack()
