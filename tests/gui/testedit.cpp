@@ -122,8 +122,6 @@ private slots:
             pressKeys(keys);
             paintAnew();
             const TestDisplay focused = display;
-            GUI_SendKeyMsg('\x1B', 1);
-            QCOMPARE(WM_Exec(), 0);
             WM_SetFocus(0);
             paintAnew();
 

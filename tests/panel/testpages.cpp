@@ -43,14 +43,8 @@ private slots:
         TestUnit unit;
         const auto lit = [](int x, int y) { return bmbmp_startup.data[128 * y + x] == 1; };
         QByteArray frame(131072, '\xFF');
-        const auto setDot = [&](int x, int y, int value) {
-            frame[2048 * y + 2 * x] = static_cast<char>(value);
-            frame[2048 * y + 2 * x + 1] = static_cast<char>(value >> 8);
-        };
-        setDot(127, 63, 0);
-        setDot(3, 2, 0);
-        setDot(4, 2, 0x0100);
-        setDot(5, 2, 0x0001);
+        frame.replace(2048 * 63 + 2 * 127, 2, QByteArray(2, '\0'));
+        frame.replace(2048 * 2 + 2 * 3, 6, QByteArray("\0\0\0\1\1\0", 6)); // only the first is black
         unit.writeFile("/dev/fb0", frame);
         loadStartBitmap();
         QVERIFY(lit(127, 63) && lit(3, 2) && !lit(4, 2) && !lit(5, 2) && !lit(0, 0));
