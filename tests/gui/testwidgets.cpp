@@ -107,13 +107,9 @@ const Setter Setters[] = {
     SETTER(false, 'E', EDIT_SetCursorAtChar(w, v)),
     SETTER(false, 'E', EDIT_AddKey(w, GUI_KEY_HOME)),
     SETTER(false, 'F', WIDGET_SetEffect(w, &Effects[v])),
-    SETTER(false, 'F', FRAMEWIN_SetDefaultClientColor(GUI_BLACK)),
-    SETTER(false, 'B', WIDGET_SetDefaultEffect_None()),
     SETTER(false, 'B', (v % 2 == 0 ? WM_EnableWindow : WM_DisableWindow)(w)),
     SETTER(false, 'B', WM_SetFocus(w); WM_DisableWindow(w); WM_EnableWindow(w)),
     SETTER(false, 'B', WM_SetId(w, 2); WM_SetUserData(w, &w)),
-    SETTER(false, 'B', BUTTON_SetDefaultBkColor(Released, GUI_BLACK)),
-    SETTER(false, 'B', WM_BringToTop(w)),
 };
 
 /// Drawing that the widget's own must not depend on.
@@ -205,16 +201,6 @@ private slots:
             TEXT_SetTextAlign(text, i / 75 % 3 + i / 225 * 4);
             COMPARE_PAINTED(isTextDot(kind.text, x0 + dx, y0 + dy, x, y, kind.font));
         }
-    }
-
-    void textsEndAtTheEdge()
-    {
-        const WM_Handle button = box('B');
-        WM_SetCallback(button, drawFirst);
-        BUTTON_SetTextAlign(button, GUI_ALIGN_RIGHT | GUI_ALIGN_BOTTOM);
-        COMPARE_PAINTED(isOnEdge(Box, x, y) || isTextDot("Text", 45, 31, x, y));
-        BUTTON_SetText(button, "wider than it is");
-        COMPARE_PAINTED(isOnEdge(Box, x, y) || (x < Box.x1 && isTextDot("wider than it is", 11, 31, x, y)));
     }
 
     void pressedButtonsHaveTheirOwnLook()

@@ -103,9 +103,9 @@ private slots:
             {[&] { WM_BringToBottom(low); }, extent(45, 35, 5, 5)},
             {[&] { WM_InvalidateRect(low, part); }, extent(10, 12, 4, 3)},
             {[&] { WM_InvalidateWindow(child); }, extent(40, 30, 10, 10)},
-            {[&] { WM_MoveBy(child, 0, 0); }, extent(0, 0, 0, 0)},
+            {[&] { WM_MoveTo(child, 30, 20); }, extent(0, 0, 0, 0)},
             {[&] { WM_HideWindow(high); }, extent(45, 35, 20, 20)},
-            {[&] { WM_MoveTo(child, 32, 20); }, extent(40, 30, 10, 10)},
+            {[&] { WM_MoveBy(child, 2, 0); }, extent(40, 30, 10, 10)},
             {[&] { WM_SetSize(child, 4, 4); }, extent(42, 30, 8, 10)},
             {[&] { WM_DeleteWindow(child); }, extent(42, 30, 4, 4)},
             {[&] { WM_SetDesktopColor(0xEEEEEE); }, extent(0, 0, 0, 0)},
@@ -135,11 +135,11 @@ private slots:
         paintAnew();
         COMPARE_DOTS(display.dots, dotsWhere([](int x, int) { return x <= 0; }));
         QCOMPARE(WM_GetWindowRect(huge).x1, -3 + 16383 - 1);
-        std::vector<WM_Handle> all;
-        while (const WM_Handle more = window(0, 0, 1, 1)) {
-            all.push_back(more);
+        int count = 53; // with the desktop
+        while (window(0, 0, 1, 1) != 0) {
+            ++count;
         }
-        QVERIFY(all.size() > 4000);
+        QCOMPARE(count, 4095);
     }
 
     void deletedWindowsStayDead()
@@ -159,8 +159,6 @@ private slots:
         display.forget();
         for (const WM_Handle dead : {parent, child, 0, -1, std::numeric_limits<int>::max()}) {
             BUTTON_SetText(dead, "dead");
-            EDIT_AddKey(dead, 'a');
-            FRAMEWIN_SetBorderSize(dead, 3);
             WM_MoveTo(dead, 9, 9);
             WM_DeleteWindow(dead);
             WM_InvalidateWindow(dead);
@@ -183,7 +181,6 @@ private slots:
         void (*const reactions[])(WM_Handle) = {
             [](WM_Handle window) { WM_DeleteWindow(window); },
             [](WM_Handle window) { WM_DeleteWindow(WM_GetParent(window)); },
-            [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(0, 1)); },
             [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 1)); },
             [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 2)); },
             [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 3)); },

@@ -101,7 +101,7 @@ void change(Node &root)
 {
     Node *parent = nullptr;
     Node *const node = pickNode(root, parent);
-    const int what = std::max(0, pick(-2, 8));
+    const int what = std::max(0, pick(-2, 7));
     if (node == nullptr || (what == 0 && parent->children.size() < 6)) {
         create(node != nullptr && pick(0, 1) == 0 ? *node : root);
         return;
@@ -114,26 +114,21 @@ void change(Node &root)
         WM_MoveTo(handle, node->x = pick(-20, 110), node->y = pick(-20, 60));
         return;
     case 2:
-        WM_MoveBy(handle, 3, -2);
-        node->x += 3;
-        node->y -= 2;
-        return;
-    case 3:
         WM_SetSize(handle, node->width = pick(0, 60), node->height = pick(0, 60));
         return;
-    case 4:
+    case 3:
         node->shown = !node->shown;
         (node->shown ? WM_ShowWindow : WM_HideWindow)(handle);
         return;
-    case 5:
+    case 4:
         WM_BringToTop(handle);
         std::rotate(at, at + 1, siblings.end());
         return;
-    case 6:
+    case 5:
         WM_BringToBottom(handle);
         std::rotate(siblings.begin(), at, at + 1);
         return;
-    case 7:
+    case 6:
         seeds[handle] = pick(0, 90);
         WM_InvalidateWindow(handle);
         return;

@@ -28,8 +28,9 @@ public:
         }));
     }
 
-    /// Words: a key ("left", "right", "save", "load", "menu", "edit", "in3", "out4", "key77"), characters of
-    /// the remote ("ir3X", a cycle each), or cycles without input ("wait500"). A last cycle shows the result.
+    /// Words: a key ("left", "right", "save", "load", "menu", "edit", "out4", "in3", or any by its number in
+    /// place of the 3), characters of the remote ("ir3X", a cycle each), or cycles without input ("wait500").
+    /// A last cycle shows the result.
     void act(const QByteArray &words)
     {
         static const QList<QByteArray> names = {"left", "right", "save", "load", "menu", "edit"};
@@ -45,9 +46,8 @@ public:
                 }
             } else if (!word.isEmpty()) {
                 step(named >= 0               ? 111 + named
-                     : word.startsWith("in")  ? word.mid(2).toInt()
                      : word.startsWith("out") ? 50 + word.mid(3).toInt()
-                                              : word.mid(3).toInt());
+                                              : word.mid(2).toInt());
             }
         }
         step();

@@ -74,16 +74,19 @@ private slots:
 
         press(115);
         QVERIFY(shows("SETUP", ""));
+        QVERIFY(isDark(m_hardware->lcd(), {48, 0, 127, 13}, [](int x, int y) { // the frame of the status
+            return y < 12 && (x == 48 || x == 127 || y == 0 || y == 11);
+        }));
         for (const int key : {116, 10, 1, 10}) {
             press(key);
         }
-        QVERIFY(holds([&] { return reads("010", {32, 14, 32 + 3 * 6, 21}); }));
+        QVERIFY(holds([&] { return reads("010", {33, 14, 50, 21}); }));
         QVERIFY(m_hardware->lcd().isLit(32 + 1 + 4 * 6, 21)); // the cursor, on the next digit
 
         press(115);
         QVERIFY(shows("VIEW", "8x8"));
         QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
-        QVERIFY(holds([&] { return mapButton(1, ">02"); }));
+        QVERIFY(holds([&] { return mapButton(1, "  >02"); }));
         type("5X");
         QVERIFY(shows("SWITCH", "05>"));
         QVERIFY(holds([&] { return switchButton(0, "01"); }));
@@ -125,27 +128,22 @@ private:
         }
     }
 
-    /// Whether this text and nothing else stands in a part of the LCD, at whatever dot it begins; `inverted`
-    /// is light on dark.
+    /// Whether this text and nothing else stands in the middle of a part of the LCD; `inverted` is light on
+    /// dark.
     bool reads(const QByteArray &text, const GUI_Rect &area, bool inverted = false) const
     {
         const int width = GUI_Font6x8.width * text.size();
         const int height = GUI_Font6x8.height;
-        const auto isTextDot = [&](int x, int y) {
-            const auto character = static_cast<unsigned char>(text[x / GUI_Font6x8.width]);
-            return (GUI_Font6x8.glyph(character).rows[y] & 0x80 >> x % GUI_Font6x8.width) != 0;
-        };
-        const sim::LcdModule lcd = m_hardware->lcd();
-        bool found = false;
-        for (int top = area.y0; top + height - 1 <= area.y1; ++top) {
-            for (int left = area.x0; left + width - 1 <= area.x1; ++left) {
-                found = found || isDark(lcd, area, [&](int x, int y) {
-                            const bool isText = x >= left && x < left + width && y >= top && y < top + height;
-                            return inverted != (isText && isTextDot(x - left, y - top));
-                        });
+        const int left = (area.x0 + area.x1 + 1 - width) / 2;
+        const int top = (area.y0 + area.y1 + 1 - height) / 2;
+        return isDark(m_hardware->lcd(), area, [&](int x, int y) {
+            if (x < left || x >= left + width || y < top || y >= top + height) {
+                return inverted;
             }
-        }
-        return found;
+            const auto character = static_cast<unsigned char>(text[(x - left) / GUI_Font6x8.width]);
+            const int row = GUI_Font6x8.glyph(character).rows[y - top];
+            return inverted != ((row & 0x80 >> (x - left) % GUI_Font6x8.width) != 0);
+        });
     }
 
     /// Of the first row; `index` is 0-based.
@@ -162,7 +160,7 @@ private:
 
     bool shows(const char *title, const char *status) const
     {
-        return holds([&] { return reads(title, {1, 1, 46, 10}, true) && reads(status, {49, 1, 126, 10}); });
+        return holds([&] { return reads(title, {0, 0, 47, 11}, true) && reads(status, {49, 1, 126, 10}); });
     }
 
     bool lights(const std::vector<int> &keys) const

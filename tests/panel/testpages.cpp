@@ -22,8 +22,6 @@ private slots:
     void widgetsAreInTheirPlaces()
     {
         PanelUnit unit(40);
-        QVERIFY(isAt(MenuHeader, 1000, 0, 0, 48, 12));
-        QVERIFY(isAt(MenuHeader, 1001, 48, 0, 80, 12));
         for (int i = 0; i < 40; ++i) {
             QVERIFY(isAt(SwitchPage, 2000 + i, i % 8 * 16 + 1, 12 + i / 8 * 10 + 2, 16, 10));
         }
@@ -40,32 +38,13 @@ private slots:
         QCOMPARE(unit.texts(SetupPage, 0, 6), QByteArray("I P1:,MSK1:,G W1:,I P2:,MSK2:,G W2:"));
     }
 
-    void framesOfTheHeader()
-    {
-        PanelUnit unit(8);
-        unit.act("menu menu");
-        WM_Exec();
-        const auto isLit = [](int x, int y) { return pLcdBuffer[x + 128 * y] == 0; };
-        for (int x = 0; x < 128; ++x) {
-            QVERIFY(isLit(x, 0) && isLit(x, 11));                   // the edge around title and status
-            QVERIFY(!isLit(x, 12) && !isLit(x, 13));                // the page begins below
-            QVERIFY(x < 48 || x == 48 || x == 127 || !isLit(x, 5)); // an empty status
-        }
-    }
-
     void startPictureIsWhereTheFrameIsBlack()
     {
         TestUnit unit;
         const auto lit = [](int x, int y) { return bmbmp_startup.data[128 * y + x] == 1; };
         QByteArray frame(131072, '\xFF');
-        const auto setDot = [&](int x, int y, int value) {
-            frame[2048 * y + 2 * x] = static_cast<char>(value);
-            frame[2048 * y + 2 * x + 1] = static_cast<char>(value >> 8);
-        };
-        setDot(127, 63, 0);
-        setDot(3, 2, 0);
-        setDot(4, 2, 0x0100);
-        setDot(5, 2, 0x0001);
+        frame.replace(2048 * 63 + 2 * 127, 2, QByteArray(2, '\0'));
+        frame.replace(2048 * 2 + 2 * 3, 6, QByteArray("\0\0\0\1\1\0", 6)); // only the first is black
         unit.writeFile("/dev/fb0", frame);
         loadStartBitmap();
         QVERIFY(lit(127, 63) && lit(3, 2) && !lit(4, 2) && !lit(5, 2) && !lit(0, 0));

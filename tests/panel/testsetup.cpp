@@ -21,7 +21,7 @@ private slots:
               {"edit in5 edit", 0, "592.168.000.080", NoCursor},
               {"in5 in10", 0, "192.168.000.080", NoCursor},
               {"edit in1 in10 in2 in3", 0, "102.368.000.080", 5},
-              {"edit in11 out1 key1", 0, "191.168.000.080", 4},
+              {"edit in11 out1 in1", 0, "191.168.000.080", 4},
               {"edit in1 in1 in1 left", 0, "111.168.000.080", 2},
               {"edit left in7", 0, "792.168.000.080", 1},
               {"edit" + field + " in9", 1, "955.255.255.000", 1},
