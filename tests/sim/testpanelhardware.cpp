@@ -216,24 +216,12 @@ private slots:
 
     void gpioRequests()
     {
-        struct Request {
-            uint32_t size, level;
-            uint64_t line;
+        const auto request = [](uint32_t level, uint64_t line, uint32_t size = sizeof(IoctlRecord)) {
+            return bytesOf(IoctlRecord{size, level, line, 0});
         };
-        QByteArray records;
-        for (const auto &[size, level, line] : {Request{24, 0, 4},
-                                                {24, 1, 31},
-                                                {24, 1, 4},
-                                                {24, 1, 4},
-                                                {24, 0, 4},
-                                                {24, 1, 4},
-                                                {24, 1, 32},
-                                                {24, 1, 1ull << 63},
-                                                {24, 2, 4},
-                                                {23, 1, 4},
-                                                {24, 0, 4}}) {
-            records += bytesOf(IoctlRecord{size, level, line, 0});
-        }
+        const QByteArray records = request(0, 4) + request(1, 31) + request(1, 4) + request(1, 4) +
+                                   request(0, 4) + request(1, 4) + request(1, 32) + request(1, 1ull << 63) +
+                                   request(2, 4) + request(1, 4, 23) + request(0, 4);
         sim::EventText words;
         QString heard;
         sim::GpioLines lines(

@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 #include <utility>
 
@@ -25,15 +24,6 @@ struct Device : sim::Descriptor {
     bool put(const std::string &bytes) const
     {
         return write(get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-    }
-
-    /// Waits for what comes next.
-    std::string next() const
-    {
-        pollfd input{get(), POLLIN, 0};
-        char bytes[64];
-        const ssize_t count = poll(&input, 1, deadlineMs) > 0 ? read(get(), bytes, sizeof bytes) : 0;
-        return std::string(bytes, count > 0 ? size_t(count) : 0);
     }
 
     /// Waits until the program has read `expected`, and nothing else.
@@ -93,36 +83,6 @@ private slots:
                 QVERIFY(puts(unit, wire, port, answers));
             }
         }
-    }
-
-    void faultsOfALine()
-    {
-        QVERIFY(QDir(m_folder.path()).mkpath("dev"));
-        sim::FarEnds ends(2, {});
-        const sim::WireRow &row = sim::Wires[size_t(Wire::Matrix)];
-        sim::Line line(root(), row, ends);
-        const Device device(root() + row.device);
-        line.inject(sim::Fault::CutInTwo);
-        line.send("abcd", 0);
-        line.flush(99'999);
-        QCOMPARE(device.next(), std::string("ab"));
-        line.flush(100'000);
-        QCOMPARE(device.next(), std::string("cd"));
-        line.inject(sim::Fault::GarbageFirst);
-        line.flush(0);
-        const std::string noise = device.next();
-        QVERIFY(noise.size() > 2);
-        line.inject(sim::Fault::Noise);
-        pollfd input{line.descriptor(), POLLIN, 0};
-        QVERIFY(device.put("x") && poll(&input, 1, deadlineMs) == 1);
-        line.receive();
-        QVERIFY(line.feed(0));
-        line.flush(0);
-        QCOMPARE(device.next(), noise);
-        line.inject(sim::Fault::Stuck);
-        QVERIFY(device.put("y") && poll(&input, 1, deadlineMs) == 1);
-        line.receive();
-        QVERIFY(!line.feed(0) && line.descriptor() == -1 && line.takeReceived() == "x");
     }
 
     void unusableFolder()
