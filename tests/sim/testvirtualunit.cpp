@@ -1,5 +1,5 @@
 #include "testregistry.h"
-#include "virtualunit.h"
+#include "testunit.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -12,8 +12,6 @@ using sim::Wire;
 
 namespace
 {
-constexpr int deadlineMs = 10000;
-
 /// The program's end of a device, opened as the program does it.
 struct Device : sim::Descriptor {
     explicit Device(const std::string &path)
@@ -27,7 +25,7 @@ struct Device : sim::Descriptor {
     }
 
     /// Waits until the program has read `expected`, and nothing else.
-    bool gets(const sim::VirtualUnit &unit, const std::string &expected) const
+    bool gets(const std::string &expected) const
     {
         std::string all;
         char byte;
@@ -37,17 +35,9 @@ struct Device : sim::Descriptor {
             }
             return all.size() >= expected.size();
         };
-        return unit.waitFor(hasCome, deadlineMs) && all == expected;
+        return runUntil(hasCome) && all == expected;
     }
 };
-
-/// Has the program write, and waits until the unit has received that, and nothing else.
-bool puts(sim::VirtualUnit &unit, Wire wire, const Device &device, const std::string &bytes)
-{
-    std::string all;
-    const auto hasCome = [&] { return (all += unit.takeReceived(wire)).size() >= bytes.size(); };
-    return device.put(bytes) && unit.waitFor(hasCome, deadlineMs) && all == bytes;
-}
 } // namespace
 
 class TestVirtualUnit : public QObject
@@ -57,30 +47,32 @@ class TestVirtualUnit : public QObject
 private slots:
     void nothingHasToFollowForTheBoardToMissTheRest()
     {
-        sim::VirtualUnit unit(root(), 2);
-        const Device device(unit.path(Wire::Matrix));
-        QVERIFY(puts(unit, Wire::Matrix, device, "\xEB\x90"));
-        QVERIFY(unit.waitFor([&] { return unit.board().faults().size() == 1; }, deadlineMs));
+        TestUnit unit(2);
+        QVERIFY(Device(unit.hardware().path(Wire::Matrix)).put("\xEB\x90"));
+        QVERIFY(runUntil([&] { return unit.faults() == "board: a frame is cut off after 2 bytes\n"; }));
     }
 
     void cablesBridgeTheControlPorts()
     {
-        sim::VirtualUnit unit(root(), 2);
-        QVERIFY(unit.plugCables().isDone());
+        TestUnit unit(2);
+        QVERIFY(unit.hardware().plugCables().isDone());
+        const auto puts = [&unit](Wire wire, const Device &port, const std::string &bytes) {
+            return port.put(bytes) && unit.receive(wire, int(bytes.size())).toStdString() == bytes;
+        };
         const std::string answers(4000, 'x');
         const std::string bytes("3x1&4.\r\n\x03\x11\x13\xEB\x90\x00\xFF", 15); // what a terminal would act on
         for (const auto &[wire, cable] : {std::pair(Wire::Control0, "1"), {Wire::Control1, "2"}}) {
-            const Device port(unit.path(wire));
+            const Device port(unit.hardware().path(wire));
             for (int i = 0; i < 100; ++i) { // what nobody listens to is lost
-                QVERIFY(puts(unit, wire, port, answers));
+                QVERIFY(puts(wire, port, answers));
             }
-            const Device terminal(root() + "/serial" + cable);
-            QVERIFY(puts(unit, wire, port, bytes));
-            QVERIFY(terminal.gets(unit, bytes));
+            const Device terminal(unit.root().toStdString() + "/serial" + cable);
+            QVERIFY(puts(wire, port, bytes));
+            QVERIFY(terminal.gets(bytes));
             QVERIFY(terminal.put(bytes + cable));
-            QVERIFY(port.gets(unit, bytes + cable));
+            QVERIFY(port.gets(bytes + cable));
             for (int i = 0; i < 100; ++i) { // one that listens but never reads holds up nobody either
-                QVERIFY(puts(unit, wire, port, answers));
+                QVERIFY(puts(wire, port, answers));
             }
         }
     }
@@ -98,11 +90,6 @@ private slots:
             QVERIFY(QFileInfo::exists(folder.filePath(blocked)));
         }
     }
-
-private:
-    std::string root() const { return m_folder.path().toStdString(); }
-
-    QTemporaryDir m_folder; ///< used again by each unit
 };
 
 static const RegisteredTest<TestVirtualUnit> registered;
