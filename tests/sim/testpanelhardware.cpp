@@ -65,12 +65,6 @@ struct Bench {
     sim::LcdModule lcd{
         [this](const sim::WireEvent &event) { heard += QString::fromStdString(words.line(event)); }};
 };
-
-/// A device of the unit, opened as the program does it.
-int opened(const std::string &path)
-{
-    return open(path.c_str(), O_RDWR | O_CLOEXEC);
-}
 } // namespace
 
 /// The hardware of the front panel.
@@ -260,8 +254,8 @@ private slots:
     {
         TestUnit unit(8);
         sim::VirtualUnit &hardware = unit.hardware();
-        const sim::Descriptor gpio(opened(hardware.path(Wire::Gpio)));
-        const sim::Descriptor spi(opened(hardware.path(Wire::Spi)));
+        const sim::Descriptor gpio(open(hardware.path(Wire::Gpio).c_str(), O_RDWR | O_CLOEXEC));
+        const sim::Descriptor spi(open(hardware.path(Wire::Spi).c_str(), O_RDWR | O_CLOEXEC));
         const auto put = [&spi](const QByteArray &bytes) {
             QCOMPARE(int(write(spi.get(), bytes.constData(), size_t(bytes.size()))), bytes.size());
         };

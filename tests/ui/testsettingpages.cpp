@@ -1,4 +1,3 @@
-#include "mxsite.h"
 #include "qmxhelp.h"
 #include "qmxkeyboard.h"
 #include "qmxsetup.h"
