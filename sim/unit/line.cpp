@@ -4,14 +4,6 @@
 
 namespace sim
 {
-namespace
-{
-constexpr qint64 CutUs = 100'000;
-
-/// Ends of commands, starts of frames, and bytes that only a broken line makes.
-const std::string Noise("\x00\xFF\xEB\xEB\x90\x7F 1x2.\r\x80\xEB\x90\x10\x01\x00", 18);
-} // namespace
-
 Line::Line(const std::string &root, const WireRow &row, FarEnds &ends)
     : m_farEnd(row.farEnd(ends))
 {
@@ -27,12 +19,12 @@ Line::Line(const std::string &root, const WireRow &row, FarEnds &ends)
 
 int Line::descriptor() const
 {
-    return has(Fault::Stuck) ? -1 : m_node->descriptor();
+    return m_stuck ? -1 : m_node->descriptor();
 }
 
 void Line::receive()
 {
-    if (!has(Fault::Stuck)) {
+    if (!m_stuck) {
         m_arrived = m_node->receive();
     }
 }
@@ -48,9 +40,6 @@ bool Line::feed(qint64 nowUs)
     if (m_farEnd) {
         m_farEnd->feed(bytes, arrived.size(), nowUs);
     }
-    if (has(Fault::Noise)) {
-        m_serial->send(Noise);
-    }
     return true;
 }
 
@@ -61,40 +50,26 @@ void Line::idle(qint64 nowUs)
     }
 }
 
-void Line::flush(qint64 nowUs)
+void Line::flush()
 {
     if (m_farEnd) {
-        send(m_farEnd->takeSent(), nowUs);
+        send(m_farEnd->takeSent());
     }
     if (m_serial) {
-        m_serial->flush(nowUs);
+        m_serial->flush();
     }
 }
 
-void Line::send(const std::string &bytes, qint64 nowUs)
+void Line::send(const std::string &bytes)
 {
-    if (!m_serial) {
-        return;
+    if (m_serial) {
+        m_serial->send(bytes);
     }
-    const std::size_t first = has(Fault::CutInTwo) ? bytes.size() / 2 : bytes.size();
-    m_serial->send(bytes.substr(0, first));
-    m_serial->send(bytes.substr(first), nowUs + CutUs);
 }
 
 termios Line::attributes() const
 {
     return m_serial ? m_serial->attributes() : termios{};
-}
-
-void Line::inject(Fault fault)
-{
-    if (!m_serial) {
-        return;
-    }
-    m_faults.insert(fault);
-    if (fault == Fault::GarbageFirst) {
-        m_serial->send(Noise);
-    }
 }
 
 Result Line::plugCable(const std::string &path)

@@ -1,5 +1,6 @@
 #include "seriallink.h"
 
+#include <cstddef>
 #include <unistd.h>
 
 namespace sim
@@ -21,27 +22,16 @@ termios SerialLink::attributes() const
     return attributes;
 }
 
-void SerialLink::send(const std::string &bytes, qint64 notBeforeUs)
+void SerialLink::send(const std::string &bytes)
 {
-    if (bytes.empty() || m_outgoingSize + bytes.size() > MaxOutgoing) {
-        return;
+    if (m_outgoing.size() + bytes.size() <= MaxOutgoing) {
+        m_outgoing += bytes;
     }
-    m_outgoing.push_back({bytes, notBeforeUs});
-    m_outgoingSize += bytes.size();
 }
 
-void SerialLink::flush(qint64 nowUs)
+void SerialLink::flush()
 {
-    while (!m_outgoing.empty() && m_outgoing.front().notBeforeUs <= nowUs) {
-        std::string &bytes = m_outgoing.front().bytes;
-        const ssize_t count = ::write(m_far.get(), bytes.data(), bytes.size());
-        const std::size_t gone = count > 0 ? static_cast<std::size_t>(count) : 0;
-        m_outgoingSize -= gone;
-        if (gone < bytes.size()) {
-            bytes.erase(0, gone);
-            return;
-        }
-        m_outgoing.pop_front();
-    }
+    const ssize_t count = ::write(m_far.get(), m_outgoing.data(), m_outgoing.size());
+    m_outgoing.erase(0, count > 0 ? static_cast<std::size_t>(count) : 0);
 }
 } // namespace sim

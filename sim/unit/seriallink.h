@@ -2,9 +2,6 @@
 
 #include "devicenode.h"
 
-#include <QtGlobal>
-#include <cstddef>
-#include <deque>
 #include <string>
 #include <termios.h>
 
@@ -20,19 +17,13 @@ public:
     /// What the program has set on its port; all zero when it cannot be read.
     termios attributes() const;
 
-    /// Queues bytes for the program, to go out in order at the first flush() with nowUs >= notBeforeUs. What
-    /// would make more than 1 MiB wait is dropped.
-    void send(const std::string &bytes, qint64 notBeforeUs = 0);
+    /// Queues bytes for the program. What would make more than 1 MiB wait is dropped.
+    void send(const std::string &bytes);
 
-    /// Puts on the line what is due and fits. Does not block.
-    void flush(qint64 nowUs);
+    /// Puts on the line what fits. Does not block.
+    void flush();
 
 private:
-    struct Chunk {
-        std::string bytes;
-        qint64 notBeforeUs;
-    };
-    std::deque<Chunk> m_outgoing;
-    std::size_t m_outgoingSize = 0;
+    std::string m_outgoing;
 };
 } // namespace sim

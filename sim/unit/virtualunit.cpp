@@ -99,10 +99,10 @@ std::vector<std::string> VirtualUnit::cableNames()
     return names;
 }
 
-void VirtualUnit::inject(Wire wire, Fault fault)
+void VirtualUnit::stick(Wire wire)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_lines[index(wire)].inject(fault);
+    m_lines[index(wire)].stick();
 }
 
 SwitchingBoard VirtualUnit::board() const
@@ -139,21 +139,21 @@ void VirtualUnit::pressKey(int key)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_farEnds.keys.press(key);
-    m_lines[index(Wire::Keys)].flush(nowUs());
+    m_lines[index(Wire::Keys)].flush();
 }
 
 void VirtualUnit::releaseKey(int key)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_farEnds.keys.release(key);
-    m_lines[index(Wire::Keys)].flush(nowUs());
+    m_lines[index(Wire::Keys)].flush();
 }
 
 void VirtualUnit::pressRemote(char key)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_farEnds.remote.press(key);
-    m_lines[index(Wire::Infrared)].flush(nowUs());
+    m_lines[index(Wire::Infrared)].flush();
 }
 
 std::string VirtualUnit::takeReceived(Wire wire)
@@ -166,8 +166,8 @@ void VirtualUnit::send(Wire wire, const std::string &bytes)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Line &line = m_lines[index(wire)];
-    line.send(bytes, nowUs());
-    line.flush(nowUs());
+    line.send(bytes);
+    line.flush();
 }
 
 termios VirtualUnit::attributes(Wire wire) const
@@ -240,7 +240,7 @@ bool VirtualUnit::serveLines()
     bool hasArrived = false;
     for (Line &line : m_lines) {
         hasArrived = line.feed(nowUs()) || hasArrived;
-        line.flush(nowUs());
+        line.flush();
         line.idle(startUs);
     }
     m_arrivals += hasArrived;

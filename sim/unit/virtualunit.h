@@ -56,8 +56,9 @@ public:
     /// The names of these links, from control port 0 on: "serial1", "serial2".
     static std::vector<std::string> cableNames();
 
-    /// Has this go wrong from now on; the program need not have started.
-    void inject(Wire wire, Fault fault);
+    /// The far end of this wire takes no more bytes from now on, so that the wire fills up. The program need
+    /// not have started.
+    void stick(Wire wire);
 
     /// Snapshots of the far ends.
     SwitchingBoard board() const;

@@ -100,9 +100,6 @@ private slots:
         catchUp();
         QVERIFY(!menu(window(), 1)->isDown());
         QCOMPARE(shownPage(window()), 1);
-        queueTap(*menu(window(), 0));
-        catchUp();
-        QCOMPARE(shownPage(window()), 0);
     }
 
     /// On the way through the window system.

@@ -4,7 +4,6 @@
 #include "product.h"
 #include "rawsocket.h"
 #include "rows.h"
-#include "sharedobjects.h"
 #include "testregistry.h"
 #include "testunit.h"
 #include "tickcount.h"

@@ -151,7 +151,7 @@ private slots:
     void aStuckBoardStopsNothing()
     {
         TestUnit unit(160);
-        unit.hardware().inject(Wire::Matrix, sim::Fault::Stuck);
+        unit.hardware().stick(Wire::Matrix);
         unit.start();
         for (int i = 0; i < 30; ++i) {
             unit.hardware().send(Wire::Control0, "\xEB\x90\x0F\xFF" + std::string(4091, '\0'));
@@ -159,6 +159,7 @@ private slots:
         }
         // The longest reply: the digits of all outputs, with a separator between them.
         QCOMPARE(unit.talk(Wire::Control1, "160all.160?.", 2).size(), 3 + 4 + (9 + 180 + 183) + 159 + 1);
+        QCOMPARE(unit.boardBytes(), QByteArray());
     }
 };
 

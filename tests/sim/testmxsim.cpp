@@ -37,10 +37,11 @@ const QByteArray program = R"(
     sleep 600 &
     wait)";
 
+/// With a line for each of the texts that a file of the kernel ends with a zero.
 QString content(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QString();
+    return file.open(QIODevice::ReadOnly) ? file.readAll().replace('\0', '\n') : QString();
 }
 
 /// What a VNC viewer is greeted with; empty when nobody listens.
@@ -73,19 +74,6 @@ QStringList descendantsOf(const QString &process)
 QString commandLine(const QString &process)
 {
     return content("/proc/" + process + "/cmdline");
-}
-
-/// A variable that the process was started with.
-QString variable(const QString &process, const QByteArray &name)
-{
-    QFile file(process + "/environ");
-    file.open(QIODevice::ReadOnly);
-    for (const QByteArray &entry : file.readAll().split('\0')) {
-        if (entry.startsWith(name + "=")) {
-            return entry.mid(name.size() + 1);
-        }
-    }
-    return {};
 }
 
 bool ended(QProcess &mxsim)
@@ -218,7 +206,8 @@ private slots:
             QVERIFY2(QFile::exists(program + "/cwd/" + picture), picture);
         }
         for (const char *lent : {"LD_PRELOAD", "FONTCONFIG_FILE"}) {
-            const QString path = variable(program, lent).section(':', 0, 0);
+            const QRegularExpression variable(QString("\n%1=([^:\n]+)").arg(lent));
+            const QString path = variable.match(content(program + "/environ")).captured(1);
             QVERIFY2(path.startsWith(file("moved/")) && QFile::exists(path), qPrintable(path));
         }
         QVERIFY(ended(mxsim));

@@ -65,12 +65,6 @@ struct Bench {
     sim::LcdModule lcd{
         [this](const sim::WireEvent &event) { heard += QString::fromStdString(words.line(event)); }};
 };
-
-/// A device of the unit, opened as the program does it.
-int opened(const std::string &path)
-{
-    return open(path.c_str(), O_RDWR | O_CLOEXEC);
-}
 } // namespace
 
 /// The hardware of the front panel.
@@ -216,24 +210,12 @@ private slots:
 
     void gpioRequests()
     {
-        struct Request {
-            uint32_t size, level;
-            uint64_t line;
+        const auto request = [](uint32_t level, uint64_t line, uint32_t size = sizeof(IoctlRecord)) {
+            return bytesOf(IoctlRecord{size, level, line, 0});
         };
-        QByteArray records;
-        for (const auto &[size, level, line] : {Request{24, 0, 4},
-                                                {24, 1, 31},
-                                                {24, 1, 4},
-                                                {24, 1, 4},
-                                                {24, 0, 4},
-                                                {24, 1, 4},
-                                                {24, 1, 32},
-                                                {24, 1, 1ull << 63},
-                                                {24, 2, 4},
-                                                {23, 1, 4},
-                                                {24, 0, 4}}) {
-            records += bytesOf(IoctlRecord{size, level, line, 0});
-        }
+        const QByteArray records = request(0, 4) + request(1, 31) + request(1, 4) + request(1, 4) +
+                                   request(0, 4) + request(1, 4) + request(1, 32) + request(1, 1ull << 63) +
+                                   request(2, 4) + request(1, 4, 23) + request(0, 4);
         sim::EventText words;
         QString heard;
         sim::GpioLines lines(
@@ -272,8 +254,8 @@ private slots:
     {
         TestUnit unit(8);
         sim::VirtualUnit &hardware = unit.hardware();
-        const sim::Descriptor gpio(opened(hardware.path(Wire::Gpio)));
-        const sim::Descriptor spi(opened(hardware.path(Wire::Spi)));
+        const sim::Descriptor gpio(open(hardware.path(Wire::Gpio).c_str(), O_RDWR | O_CLOEXEC));
+        const sim::Descriptor spi(open(hardware.path(Wire::Spi).c_str(), O_RDWR | O_CLOEXEC));
         const auto put = [&spi](const QByteArray &bytes) {
             QCOMPARE(int(write(spi.get(), bytes.constData(), size_t(bytes.size()))), bytes.size());
         };

