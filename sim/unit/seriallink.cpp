@@ -31,6 +31,9 @@ void SerialLink::send(const std::string &bytes)
 
 void SerialLink::flush()
 {
+    if (m_outgoing.empty()) {
+        return;
+    }
     const ssize_t count = ::write(m_far.get(), m_outgoing.data(), m_outgoing.size());
     m_outgoing.erase(0, count > 0 ? static_cast<std::size_t>(count) : 0);
 }
