@@ -41,7 +41,7 @@ Result VncDesk::startVnc()
     m_port = m_port ? m_port : FirstPort;
     while (true) {
         const Result port = checkLocalPort(m_port);
-        const Result result = port.isDone() ? serveVnc() : port;
+        Result result = port.isDone() ? serveVnc() : port;
         const bool another = m_port < last && (!port.isDone() || !checkLocalPort(m_port).isDone());
         if (result.isDone() || !another) {
             return result;

@@ -25,7 +25,9 @@ public:
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         qstrncpy(address.sun_path, qPrintable(path), sizeof address.sun_path);
-        ::bind(m_socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
+        if (::bind(m_socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+            qFatal("no socket for the service manager");
+        }
         qputenv("NOTIFY_SOCKET", path.toLocal8Bit());
         qputenv("WATCHDOG_USEC", "1000000");
     }
