@@ -25,8 +25,6 @@ Site::Site(Operation operation)
     if (operation == Touchscreen) {
         m_unit.start();
         m_window = std::make_unique<Window>();
-        m_window->window.setWindowState(Qt::WindowNoState); // the screen may be smaller
-        m_window->window.setFixedSize(1024, 600);
         m_window->window.show();
         Touchscreen::tick(m_window->window);
         m_window->turns.start();

@@ -1,3 +1,4 @@
+#include "descriptorlimit.h"
 #include "rows.h"
 #include "site.h"
 #include "talker.h"
@@ -115,6 +116,7 @@ class TestDoors : public QObject
 private slots:
     void initTestCase()
     {
+        DescriptorLimit::raise(); // five hundred clients, and in one case their server besides
         std::printf("%-44s %8s %8s %7s %5s %7s %7s %10s %10s %10s\n", "", "commands", "answered", "dropped",
                     "lost", "right", "frames", "gap ms", "sent in ms", "reply ms");
     }
