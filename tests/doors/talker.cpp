@@ -23,18 +23,22 @@ qint64 nowUs()
     return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch()).count();
 }
 
-/// By the kernel's table of sockets, whose last column says it.
+/// By the kernel's table of sockets, whose last column says it. While others come and go, a reading may have
+/// a socket twice or not at all.
 int dropsAt(int port)
 {
-    QFile table(QStringLiteral("/proc/net/udp"));
-    table.open(QIODevice::ReadOnly);
     const QByteArray place = ':' + QByteArray::number(port, 16).toUpper().rightJustified(4, '0');
-    int drops = 0;
-    for (const QByteArray &line : table.readAll().split('\n')) {
-        const QList<QByteArray> columns = line.simplified().split(' ');
-        drops += columns.value(1).endsWith(place) ? columns.last().toInt() : 0;
+    for (int tries = 0; tries < 100; ++tries) {
+        QFile table(QStringLiteral("/proc/net/udp"));
+        table.open(QIODevice::ReadOnly);
+        for (const QByteArray &line : table.readAll().split('\n')) {
+            const QList<QByteArray> columns = line.simplified().split(' ');
+            if (columns.value(1).endsWith(place)) {
+                return columns.last().toInt();
+            }
+        }
     }
-    return drops;
+    qFatal("no UDP port %d", port);
 }
 
 QByteArray takeFrom(const RawSocket &socket)
@@ -84,6 +88,8 @@ Talker udpTalker(int port)
 {
     const std::shared_ptr<RawSocket> socket(RawSocket::udp());
     const auto to = static_cast<quint16>(MxSite::udpPort() + port);
+    const int room = 4 * 1024 * 1024; // for the replies to a flood
+    ::setsockopt(socket->descriptor(), SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
     sockaddr_in own{};
     own.sin_family = AF_INET;
     socklen_t size = sizeof own;

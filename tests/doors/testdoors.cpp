@@ -165,6 +165,7 @@ private slots:
         std::printf("%-44s %8d %8d %7d %5d %3d/%-3d %7d %10.1f %10.1f %10.1f\n", QTest::currentDataTag(),
                     all.sent, all.answered, all.dropped, lost, right, rounds, frames, double(gap) / 1e3,
                     double(all.sendingUs) / 1e3, double(all.longestUs) / 1e3);
+        std::fflush(stdout);
         QCOMPARE(lost, 0);
         QCOMPARE(right, rounds);
         QCOMPARE(unit.faults(), QByteArray());
