@@ -107,11 +107,10 @@ void CutStates::add(const QByteArray &log)
         case Renamed:
             operation.from = bytes.left(bytes.indexOf('\0'));
             forget(path);
-            m_entries.erase(operation.from);
-            m_entries[path] = file;
-            break;
+            [[fallthrough]];
         case Made:
         case Linked:
+            m_entries.erase(operation.from);
             m_entries[path] = file;
             break;
         case Unlinked:
@@ -202,11 +201,9 @@ Files CutStates::build(const Choice &kept) const
             contents[operation.file].resize(operation.at);
             break;
         case Renamed:
-            entries.erase(operation.from);
-            entries[operation.path] = operation.file;
-            break;
         case Made:
         case Linked:
+            entries.erase(operation.from);
             entries[operation.path] = operation.file;
             break;
         case Unlinked:

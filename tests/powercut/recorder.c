@@ -48,91 +48,21 @@ static int notePath(int result, uint8_t kind, const char *path)
     return result;
 }
 
-static ssize_t noteDescriptor(ssize_t result, uint8_t kind, int fd, int64_t at, const void *bytes,
-                              size_t length)
+static ssize_t noteDescriptor(ssize_t result, uint8_t kind, int fd, int64_t at, const void *bytes)
 {
     char link[32], path[4096] = "";
     struct stat64 file;
     snprintf(link, sizeof link, "/proc/self/fd/%d", fd);
     if (result >= 0 && readlink(link, path, sizeof path - 1) > 0 && isRecorded(path) &&
         fstat64(fd, &file) == 0) {
-        const int64_t place = at >= 0 ? at : lseek64(fd, 0, SEEK_CUR) - (int64_t)length;
-        note(kind, file.st_ino, place, kind == Flushed ? path : bytes,
-             kind == Flushed ? strlen(path) : length);
+        const size_t length = kind == Flushed ? strlen(path) : kind == Written ? (size_t)result : 0;
+        note(kind, file.st_ino, at >= 0 ? at : lseek64(fd, 0, SEEK_CUR) - result,
+             kind == Flushed ? path : bytes, length);
     }
     return result;
 }
 
-static int opened(int fd, const char *path, int flags)
-{
-    if ((flags & O_TMPFILE) == O_TMPFILE) {
-        return (int)noteDescriptor(fd, Sized, fd, 0, NULL, 0);
-    }
-    if (flags & O_CREAT) {
-        notePath(fd, Made, path);
-    }
-    return flags & O_TRUNC ? (int)noteDescriptor(fd, Sized, fd, 0, NULL, 0) : fd;
-}
-
-#define OPEN(name, at, ...)                                                                                  \
-    {                                                                                                        \
-        va_list more;                                                                                        \
-        va_start(more, flags);                                                                               \
-        const mode_t mode = flags & O_CREAT || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(more, mode_t) : 0;  \
-        va_end(more);                                                                                        \
-        return opened(NEXT(name)(__VA_ARGS__, flags, mode), path, flags);                                    \
-    }
-int open(const char *path, int flags, ...) OPEN(open, , path) int open64(const char *path, int flags, ...)
-    OPEN(open64, , path) int openat(int folder, const char *path, int flags, ...)
-        OPEN(openat, , folder, path) int openat64(int folder, const char *path, int flags, ...)
-            OPEN(openat64, , folder, path)
-
-                ssize_t write(int fd, const void *bytes, size_t size)
-{
-    const ssize_t count = NEXT(write)(fd, bytes, size);
-    return noteDescriptor(count, Written, fd, -1, bytes, (size_t)count);
-}
-
-ssize_t pwrite64(int fd, const void *bytes, size_t size, off64_t at)
-{
-    const ssize_t count = NEXT(pwrite64)(fd, bytes, size, at);
-    return noteDescriptor(count, Written, fd, at, bytes, (size_t)count);
-}
-
-int ftruncate64(int fd, off64_t size)
-{
-    return (int)noteDescriptor(NEXT(ftruncate64)(fd, size), Sized, fd, size, NULL, 0);
-}
-int fsync(int fd)
-{
-    return (int)noteDescriptor(NEXT(fsync)(fd), Flushed, fd, 0, NULL, 0);
-}
-int fdatasync(int fd)
-{
-    return (int)noteDescriptor(NEXT(fdatasync)(fd), Flushed, fd, 0, NULL, 0);
-}
-int mkdir(const char *path, mode_t mode)
-{
-    return notePath(NEXT(mkdir)(path, mode), Folder, path);
-}
-int unlink(const char *path)
-{
-    return notePath(NEXT(unlink)(path), Unlinked, path);
-}
-int unlinkat(int folder, const char *path, int flags)
-{
-    return notePath(NEXT(unlinkat)(folder, path, flags), Unlinked, path);
-}
-int link(const char *from, const char *to)
-{
-    return notePath(NEXT(link)(from, to), Linked, to);
-}
-int linkat(int a, const char *from, int b, const char *to, int flags)
-{
-    return notePath(NEXT(linkat)(a, from, b, to, flags), Linked, to);
-}
-
-static int renamed(int result, const char *from, const char *to)
+static int noteRenamed(int result, const char *from, const char *to)
 {
     char both[8192];
     struct stat64 file;
@@ -141,39 +71,77 @@ static int renamed(int result, const char *from, const char *to)
     }
     return result;
 }
-int rename(const char *from, const char *to)
+
+static int noteOpened(int fd, const char *path, int flags)
 {
-    return renamed(NEXT(rename)(from, to), from, to);
-}
-int renameat2(int a, const char *from, int b, const char *to, unsigned flags)
-{
-    return renamed(NEXT(renameat2)(a, from, b, to, flags), from, to);
+    const int unnamed = (flags & O_TMPFILE) == O_TMPFILE;
+    if (flags & O_CREAT && !unnamed) {
+        notePath(fd, Made, path);
+    }
+    return unnamed || flags & O_TRUNC ? (int)noteDescriptor(fd, Sized, fd, 0, NULL) : fd;
 }
 
-void sync(void)
+static int noteSynced(int result)
 {
-    NEXT(sync)();
-    note(Synced, 0, 0, NULL, 0);
-}
-int syncfs(int fd)
-{
-    const int result = NEXT(syncfs)(fd);
     note(Synced, 0, 0, NULL, 0);
     return result;
 }
 
+#define WATCH(type, name, parameters, arguments, after, ...)                                                 \
+    type name parameters                                                                                     \
+    {                                                                                                        \
+        return (type)after(NEXT(name) arguments, __VA_ARGS__);                                               \
+    }                                                                                                        \
+    extern type name parameters
+/* The mode is handed on whether there is one or not. */
+#define WATCH_OPEN(name, parameters, ...)                                                                    \
+    int name parameters                                                                                      \
+    {                                                                                                        \
+        va_list more;                                                                                        \
+        va_start(more, flags);                                                                               \
+        const mode_t mode = va_arg(more, mode_t);                                                            \
+        va_end(more);                                                                                        \
+        return noteOpened(NEXT(name)(__VA_ARGS__, flags, mode), path, flags);                                \
+    }                                                                                                        \
+    extern int name parameters
+
+WATCH_OPEN(open, (const char *path, int flags, ...), path);
+WATCH_OPEN(open64, (const char *path, int flags, ...), path);
+WATCH_OPEN(openat, (int folder, const char *path, int flags, ...), folder, path);
+WATCH_OPEN(openat64, (int folder, const char *path, int flags, ...), folder, path);
+WATCH(ssize_t, write, (int fd, const void *bytes, size_t size), (fd, bytes, size), noteDescriptor, Written,
+      fd, -1, bytes);
+WATCH(ssize_t, pwrite64, (int fd, const void *bytes, size_t size, off64_t at), (fd, bytes, size, at),
+      noteDescriptor, Written, fd, at, bytes);
+WATCH(int, ftruncate64, (int fd, off64_t size), (fd, size), noteDescriptor, Sized, fd, size, NULL);
+WATCH(int, fsync, (int fd), (fd), noteDescriptor, Flushed, fd, 0, NULL);
+WATCH(int, fdatasync, (int fd), (fd), noteDescriptor, Flushed, fd, 0, NULL);
+WATCH(int, mkdir, (const char *path, mode_t mode), (path, mode), notePath, Folder, path);
+WATCH(int, unlink, (const char *path), (path), notePath, Unlinked, path);
+WATCH(int, unlinkat, (int folder, const char *path, int flags), (folder, path, flags), notePath, Unlinked,
+      path);
+WATCH(int, link, (const char *from, const char *to), (from, to), notePath, Linked, to);
+WATCH(int, linkat, (int a, const char *from, int b, const char *to, int flags), (a, from, b, to, flags),
+      notePath, Linked, to);
+WATCH(int, rename, (const char *from, const char *to), (from, to), noteRenamed, from, to);
+WATCH(int, renameat2, (int a, const char *from, int b, const char *to, unsigned flags),
+      (a, from, b, to, flags), noteRenamed, from, to);
+
+void sync(void)
+{
+    NEXT(sync)();
+    noteSynced(0);
+}
+int syncfs(int fd)
+{
+    return noteSynced(NEXT(syncfs)(fd));
+}
+
+/* Whoever writes in one of these ways writes in another one, as on a kernel that does not have it. */
 ssize_t writev(int fd, const struct iovec *parts, int count)
 {
-    const ssize_t written = NEXT(writev)(fd, parts, count);
-    int64_t end = written >= 0 ? lseek64(fd, 0, SEEK_CUR) : 0, at = end - written;
-    for (int i = 0; i < count && at < end; ++i) {
-        const int64_t part = end - at < (int64_t)parts[i].iov_len ? end - at : (int64_t)parts[i].iov_len;
-        noteDescriptor(part, Written, fd, at, parts[i].iov_base, (size_t)part);
-        at += part;
-    }
-    return written;
+    return count > 0 ? write(fd, parts->iov_base, parts->iov_len) : 0;
 }
-/* Who copies by it writes instead, as on a kernel that has no such call. */
 ssize_t copy_file_range(int in, off64_t *a, int out, off64_t *b, size_t size, unsigned flags)
 {
     (void)in, (void)a, (void)out, (void)b, (void)size, (void)flags;

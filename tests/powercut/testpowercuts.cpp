@@ -23,6 +23,7 @@ constexpr const char *Folders[] = {"/etc", "/home/app/config", "/home/app/data",
 /// What a file has after a cut: what was last saved, what was saved before (and `Late`, when the saver had
 /// returned), what it has when it is empty, anything else; or the program does not start.
 enum Verdict { New, Old, Late, Empty, Mixture, Other, Verdicts };
+constexpr const char *Names[] = {"new ", "old ", "late ", "empty ", "mixture ", "other "};
 
 /// Takes what is printed for its lifetime: thousands of lines that say which scenes there are not.
 class Quiet
@@ -44,54 +45,7 @@ private:
     const FileDescriptor m_before{::dup(STDOUT_FILENO)};
 };
 
-QByteArray partOf(const MxShm &shm, const volatile void *field, size_t size)
-{
-    const auto at = reinterpret_cast<quintptr>(field) - reinterpret_cast<quintptr>(&shm);
-    return QByteArray(reinterpret_cast<const char *>(&shm) + at, int(size));
-}
-
-using Record = std::unique_ptr<MxShm>;
-using Value = QByteArray (*)(const TestUnit &, MxShm &);
-
-QByteArray settings(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm, offsetof(MxShm, uptime));
-}
-QByteArray eth0(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm.eth0Address, 3 * 32);
-}
-QByteArray eth1(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm.eth1Address, 3 * 32);
-}
-QByteArray captions(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm.inputCaption, offsetof(MxShm, map) - offsetof(MxShm, inputCaption));
-}
-QByteArray liveMap(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm.map, 2 * MxMaxPort);
-}
-QByteArray scene(const TestUnit &, MxShm &shm)
-{
-    return partOf(shm, &shm.sceneMap[3], 2 * MxMaxPort);
-}
-QByteArray spliceWords(const TestUnit &, MxShm &shm)
-{
-    SceneStore::loadSplice(shm, 3);
-    return partOf(shm, &shm.spliceData, 4 * MxMaxPort);
-}
-QByteArray savedLayout(const TestUnit &unit, MxShm &)
-{
-    return unit.fileContent("/home/www/splice/splice3.txt");
-}
-QByteArray layout(const TestUnit &unit, MxShm &)
-{
-    return unit.fileContent("/home/www/splice/splice.txt");
-}
 } // namespace
-Q_DECLARE_METATYPE(Value)
 
 /// Every state that a power cut may leave of what a saver does twice, and what the program makes of it. With
 /// MX_LONG the program is started on each; else its loading code runs in this process, and the program itself
@@ -110,24 +64,31 @@ private slots:
 
     void cuts_data()
     {
-        columns<QByteArray, Value, bool>("saver", "value", "safe");
-        row("settings", "settings", &settings, true);
-        row("addresses of eth0", "settings", &eth0, true);
-        row("addresses of eth1", "settings", &eth1, true);
-        row("captions", "captions", &captions, true);
-        row("live map", "live", &liveMap, true);
-        row("scene", "scene", &scene, true);
+        columns<QByteArray, size_t, size_t, QByteArray, QByteArray>("saver", "from", "to", "file", "spoilt");
+        const auto addRow = [](const char *name, const char *saver, size_t from, size_t to,
+                               const char *spoilt) { row(name, saver, from, to, "", spoilt); };
+        const size_t scene = offsetof(MxShm, map) + 3 * sizeof MxShm::map;
+        const size_t words = offsetof(MxShm, spliceData);
+        addRow("settings", "settings", 0, offsetof(MxShm, uptime), "");
+        addRow("addresses of eth0", "settings", offsetof(MxShm, eth0Address), offsetof(MxShm, eth1Address),
+               "");
+        addRow("addresses of eth1", "settings", offsetof(MxShm, eth1Address), offsetof(MxShm, reserved2), "");
+        addRow("captions", "captions", offsetof(MxShm, inputCaption), offsetof(MxShm, map), "");
+        addRow("live map", "live", offsetof(MxShm, map), offsetof(MxShm, map) + 2 * MxMaxPort, "");
+        addRow("scene", "scene", scene, scene + 2 * MxMaxPort, "");
         // Longer than a sector, and written in place.
-        row("splice", "scene", &spliceWords, false);
-        row("layout", "layout", &savedLayout, false);
-        row("layout recalled", "recall", &layout, false);
-        row("plain QSettings", "qsettings", &captions, false);
-        row("truncate and write", "truncate", &captions, false);
+        addRow("splice", "scene", words, words + 4 * MxMaxPort, "mixture ");
+        row("layout", "layout", size_t(0), size_t(0), "/home/www/splice/splice3.txt", "mixture ");
+        row("layout recalled", "recall", size_t(0), size_t(0), "/home/www/splice/splice.txt",
+            "empty mixture ");
+        addRow("plain QSettings", "qsettings", offsetof(MxShm, inputCaption), offsetof(MxShm, map),
+               "late empty ");
+        addRow("truncate and write", "truncate", offsetof(MxShm, inputCaption), offsetof(MxShm, map),
+               "late empty mixture ");
     }
     void cuts()
     {
         QFETCH(QByteArray, saver);
-        QFETCH(bool, safe);
         TestUnit unit(MxMaxPort);
         m_unit = &unit;
         CutStates states(present());
@@ -174,8 +135,11 @@ private slots:
         qInfo("%-20s%6d%8d%8d%8d%8d%8d%8d%8d%8d%8d%8.0f us", QTest::currentDataTag(), states.operations(),
               all, int(seen.size()), starts, counts[New], counts[Old], counts[Late], counts[Empty],
               counts[Mixture], counts[Other], double(window) / Rounds);
-        QCOMPARE(counts[Other], 0);
-        QCOMPARE(counts[New] + counts[Old] == all, safe);
+        QByteArray spoilt;
+        for (int bad = Late; bad < Verdicts; ++bad) {
+            spoilt += counts[size_t(bad)] > 0 ? Names[bad] : "";
+        }
+        QTEST(spoilt, "spoilt");
     }
 
 private:
@@ -246,10 +210,16 @@ private:
         return log.readAll();
     }
 
-    static QByteArray value(const TestUnit &unit, MxShm &shm)
+    /// Of the file, or of the record that was filled from the files.
+    QByteArray value(MxShm &shm) const
     {
-        QFETCH(Value, value);
-        return value(unit, shm);
+        QFETCH(size_t, from);
+        QFETCH(size_t, to);
+        QFETCH(QByteArray, file);
+        const QByteArray content = m_unit->fileContent(file.constData());
+        const Quiet quiet;
+        SceneStore::loadSplice(shm, 3);
+        return content + QByteArray(reinterpret_cast<const char *>(&shm) + from, int(to - from));
     }
     /// By the program's own loading code.
     QByteArray loaded() const
@@ -259,7 +229,7 @@ private:
         SettingsStore::load(*shm);
         CaptionStore::load(*shm);
         SceneStore::load(*shm);
-        return value(*m_unit, *shm);
+        return value(*shm);
     }
     /// By the program itself.
     QByteArray started() const
@@ -273,8 +243,7 @@ private:
         }
         std::memcpy(static_cast<void *>(shm.get()), record, sizeof(MxShm));
         objects.close();
-        const Quiet quiet;
-        return value(*m_unit, *shm);
+        return value(*shm);
     }
 
     const bool m_everyStart = qEnvironmentVariableIsSet("MX_LONG");
