@@ -11,10 +11,10 @@ namespace DeviceFiles
 FileResult read(const char *path, unsigned char *buf, int len);
 
 /// Writes over the start of the file, which is created with mode 0666 when missing and never truncated, and
-/// flushes it to the device.
+/// flushes it to the device: what was written outlives a power cut, and so does the file's name.
 FileResult write(const char *path, const unsigned char *buf, int len);
 
-/// Copies `source` over the start of `target`, 1024 bytes at a time, and flushes it to the device;
+/// Copies `source` over the start of `target`, 1024 bytes at a time, and flushes it as `write` does;
 /// each is created when missing. With `truncate` the target is emptied first, but never for a source that
 /// could not be opened.
 FileResult copy(const char *source, const char *target, bool truncate);
