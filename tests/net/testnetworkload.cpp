@@ -5,7 +5,32 @@
 
 #include <QTest>
 #include <QVector>
+#include <netinet/in.h>
 #include <vector>
+
+namespace
+{
+using NameOf = int (*)(int, sockaddr *, socklen_t *);
+
+int portOf(int descriptor, NameOf name)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    name(descriptor, reinterpret_cast<sockaddr *>(&address), &size);
+    return address.sin_port;
+}
+
+/// The server's descriptor of this connection; -1 when there is none.
+int otherEnd(const RawSocket &client)
+{
+    const int port = portOf(client.descriptor(), getsockname);
+    int other = 1023;
+    while (other >= 0 && portOf(other, getpeername) != port) {
+        --other;
+    }
+    return other;
+}
+} // namespace
 
 /// Many clients, rude clients, and clients that never listen.
 class TestNetworkLoad : public QObject
@@ -66,6 +91,20 @@ private slots:
         });
         const qint64 growth = heapBytes() - before;
         QVERIFY2(growth < mebibyte, QByteArray::number(growth).constData());
+    }
+
+    /// As a child process does between its making and its program.
+    void aCopyOfTheServersDescriptorKeepsNoClient()
+    {
+        NetworkUnit unit(8);
+        Socket client(RawSocket::tcp(MxSite::tcpPort()));
+        QCOMPARE(reply(*client, "1x1"), QByteArray("OK."));
+        const FileDescriptor copy(dup(otherEnd(*client)));
+        QVERIFY(copy.get() >= 0);
+        const int before = openDescriptors();
+        client->reset();
+        QVERIFY(runUntil([&] { return openDescriptors() == before - 2; }));
+        QCOMPARE(repliesOverTcp("1x1"), QByteArray("OK."));
     }
 
     void aServerOutOfDescriptorsAcceptsAgain()
