@@ -1,0 +1,59 @@
+#include "captionstore.h"
+#include "fuzz.h"
+#include "fuzzunit.h"
+#include "input.h"
+#include "mxshm.h"
+
+#include <QString>
+#include <cstring>
+#include <memory>
+
+namespace
+{
+constexpr char File[] = "/home/app/config/caption.ini";
+
+std::unique_ptr<MxShm> loaded(int ports, int scenes)
+{
+    auto shm = std::make_unique<MxShm>();
+    shm->port = ports;
+    shm->scene = scenes;
+    CaptionStore::load(*shm);
+    return shm;
+}
+
+/// Captions are Latin-1 in the record and UTF-8 on their way out of it.
+QByteArray saved(const QByteArray &caption, int number)
+{
+    const QByteArray back = QString::fromUtf8(caption).toLatin1().left(31);
+    return back.isEmpty() ? QByteArray::number(number) : back;
+}
+
+/// Of so many captions each is there and no other one, and each is what it was behind a save.
+template <int Count>
+void compare(const SharedText<32> (&first)[Count], const SharedText<32> (&second)[Count], int count)
+{
+    for (int i = 0; i < Count; ++i) {
+        const QByteArray caption(first[i].get().text);
+        require(caption.isEmpty() == (i >= count));
+        require(i >= count || QByteArray(second[i].get().text) == saved(caption, i + 1));
+    }
+}
+} // namespace
+
+/// The captions of any matrix.
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static FuzzUnit unit;
+    Input input(data, size);
+    const int ports = 2 + input.number(1) % 159;
+    const int scenes = 10 + input.number(1) % 31;
+    unit.write(File, input.rest());
+    const auto first = loaded(ports, scenes);
+    CaptionStore::save(*first);
+    unit.touch(File);
+    const auto second = loaded(ports, scenes);
+    compare(first->inputCaption, second->inputCaption, ports);
+    compare(first->outputCaption, second->outputCaption, ports);
+    compare(first->sceneCaption, second->sceneCaption, scenes);
+    return 0;
+}
