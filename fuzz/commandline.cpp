@@ -11,28 +11,19 @@ using Command = CommandInterpreter;
 
 namespace
 {
-/// The numbers of a routing count from 0.
-struct Meaning {
-    Command::Command command = Command::SyntaxError;
-    std::vector<quint16> numbers;
-};
+/// The command and its numbers.
+using Meaning = std::vector<int>;
 
-bool hasNumber(const std::string &text)
-{
+struct Number {
+    explicit Number(const std::string &text)
+        : value(static_cast<quint16>(std::strtol(text.c_str(), &end, 10)))
+        , isThere(end != text.c_str())
+    {
+    }
     char *end = nullptr;
-    std::strtol(text.c_str(), &end, 10);
-    return end != text.c_str();
-}
-
-quint16 numberIn(const std::string &text)
-{
-    return static_cast<quint16>(std::strtol(text.c_str(), nullptr, 10));
-}
-
-bool begins(const std::string &line, const std::string &word)
-{
-    return line.compare(0, word.size(), word) == 0;
-}
+    int value;
+    bool isThere;
+};
 
 std::vector<std::string> split(const std::string &text, const std::string &separators)
 {
@@ -47,72 +38,71 @@ std::vector<std::string> split(const std::string &text, const std::string &separ
     return parts;
 }
 
-/// An input, then outputs; one that has its list behind another input separator was no list.
+/// An input, then outputs; a list that another input separator ends was none, but for its last number.
 Meaning routing(const std::string &line)
 {
     const std::vector<std::string> lists = split(line, "*xvob");
-    bool good = lists.size() > 1;
-    for (std::size_t i = 0; good && i + 1 < lists.size(); ++i) {
-        const std::vector<std::string> fields = split(lists[i], "&,");
-        good = hasNumber(fields.back()) && fields.size() <= (i == 0 ? 1 : 4096);
+    std::vector<std::string> fields = split(lists[0], "&,");
+    Meaning meaning{fields.size() == 1 && lists.size() > 1 ? Command::RouteToSome : Command::SyntaxError};
+    for (std::size_t i = 1; i < lists.size(); ++i) {
+        const Number input(fields.back());
+        const bool isLast = i + 1 == lists.size();
+        fields = split(lists[i], "&,");
+        const bool good =
+            meaning[0] == Command::RouteToSome && input.isThere && fields.size() <= (isLast ? 4095 : 4096);
+        meaning = {good ? Command::RouteToSome : Command::SyntaxError, (input.value + 0xFFFF) % 0x10000};
     }
-    const std::vector<std::string> outputs = split(lists.back(), "&,");
-    if (!good || outputs.size() > 4095) {
-        return {};
-    }
-    const std::string input = split(lists[lists.size() - 2], "&,").back();
-    Meaning meaning{Command::RouteToSome, {static_cast<quint16>(numberIn(input) - 1)}};
-    for (const std::string &output : outputs) {
-        meaning.numbers.push_back(static_cast<quint16>(numberIn(output) - 1));
+    for (const std::string &output : fields) {
+        meaning.push_back((Number(output).value + 0xFFFF) % 0x10000);
     }
     return meaning;
+}
+
+struct Word {
+    std::string text;
+    Command::Command command;
+    bool hasNumber;
+};
+const Word Words[] = {{"temp", Command::Temperature, false},  {"all1", Command::RouteOneToOne, false},
+                      {"beepon", Command::BeepOn, false},     {"beepoff", Command::BeepOff, false},
+                      {"save", Command::SaveScene, true},     {">s", Command::SaveScene, true},
+                      {"recall", Command::RecallScene, true}, {">r", Command::RecallScene, true}};
+
+bool begins(const std::string &line, const std::string &word)
+{
+    return line.compare(0, word.size(), word) == 0;
 }
 
 /// Reads a line as the documents tell it, with no thought of speed.
 Meaning meaningOf(std::string line)
 {
     for (char &c : line) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+        c = CommandText::lowerCase(c);
     }
     line = begins(line, "0m") ? line.substr(2) : line;
     if (line.size() >= 4 && line.size() <= 6 && line.substr(line.size() - 3) == "all") {
-        return hasNumber(line) ? Meaning{Command::RouteToAll, {numberIn(line)}} : Meaning{};
+        return {Number(line).isThere ? Command::RouteToAll : Command::SyntaxError, Number(line).value};
     }
-    const std::pair<const char *, Command::Command> alone[] = {{"temp", Command::Temperature},
-                                                               {"all1", Command::RouteOneToOne},
-                                                               {"beepon", Command::BeepOn},
-                                                               {"beepoff", Command::BeepOff}};
-    for (const auto &[word, command] : alone) {
-        if (line == word) {
-            return {command, {}};
-        }
-    }
-    const std::pair<std::string, Command::Command> numbered[] = {{"save", Command::SaveScene},
-                                                                 {">s", Command::SaveScene},
-                                                                 {"recall", Command::RecallScene},
-                                                                 {">r", Command::RecallScene}};
-    for (const auto &[word, command] : numbered) {
-        if (begins(line, word) && line.size() > word.size()) {
-            return {command, {numberIn(line.substr(word.size()))}};
+    for (const auto &[text, command, hasNumber] : Words) {
+        if (begins(line, text) && (line.size() > text.size()) == hasNumber) {
+            return {command, Number(line.substr(text.size())).value};
         }
     }
     line = begins(line, ">c") && line.size() > 2 ? line.substr(2) : line;
     if (line.size() >= 2 && line.size() <= 4 && line.back() == '?') {
-        return numberIn(line) != 0 ? Meaning{Command::Query, {numberIn(line)}} : Meaning{};
+        return {Number(line).value != 0 ? Command::Query : Command::SyntaxError, Number(line).value};
     }
     return routing(line);
 }
 
-std::vector<quint16> numbersOf(const CommandInterpreter &command)
+Meaning meaningOf(const CommandInterpreter &command)
 {
-    std::vector<quint16> numbers;
+    Meaning meaning{command.command(), command.number()};
     if (command.command() == Command::RouteToSome) {
-        numbers.push_back(command.input());
-        numbers.insert(numbers.end(), command.outputs(), command.outputs() + command.outputCount());
-    } else {
-        numbers.push_back(command.number());
+        meaning[1] = command.input();
+        meaning.insert(meaning.end(), command.outputs(), command.outputs() + command.outputCount());
     }
-    return numbers;
+    return meaning;
 }
 } // namespace
 
@@ -126,11 +116,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         const CommandInterpreter command(text.data(), text.data() + size, classes);
         const std::string line = text.substr(0, text.find_first_of(ends));
         const Meaning meaning = meaningOf(line);
+        const bool isError = meaning[0] == Command::SyntaxError;
         require(command.end() == text.data() + line.size());
-        require(command.command() == meaning.command);
-        require(meaning.numbers.empty() || meaning.numbers == numbersOf(command));
+        require(isError ? command.command() == Command::SyntaxError : meaning == meaningOf(command));
         const bool blocks[] = {false, false, false, false, true, true, false, false, true, true};
-        require(command.blocks() == blocks[meaning.command]);
+        require(command.blocks() == blocks[meaning[0]]);
     }
     return 0;
 }

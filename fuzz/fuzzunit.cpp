@@ -28,6 +28,10 @@ FuzzUnit::FuzzUnit()
 void FuzzUnit::write(const char *path, const QByteArray &content)
 {
     QFile file(QFile::decodeName(MxSite::path(path)));
+    if (content.isEmpty()) {
+        file.remove();
+        return;
+    }
     require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
     touch(path);
@@ -37,11 +41,6 @@ QByteArray FuzzUnit::read(const char *path) const
 {
     QFile file(QFile::decodeName(MxSite::path(path)));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void FuzzUnit::remove(const char *path) const
-{
-    QFile::remove(QFile::decodeName(MxSite::path(path)));
 }
 
 void FuzzUnit::touch(const char *path)

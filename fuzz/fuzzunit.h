@@ -10,10 +10,9 @@ class FuzzUnit
 public:
     FuzzUnit();
 
-    /// Makes the file; paths are those on the device.
+    /// Makes the file, or takes it away when it would be empty; paths are those on the device.
     void write(const char *path, const QByteArray &content);
     QByteArray read(const char *path) const;
-    void remove(const char *path) const;
     /// Gives the file a date of its own. QSettings does not read again what has size and date of before.
     void touch(const char *path);
 

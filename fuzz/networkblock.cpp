@@ -44,7 +44,8 @@ public:
     Unit()
         : m_board(m_unit.pipe("/dev/ttymxc2"))
     {
-        m_unit.write("/home/app/config/setup.ini", "[system]\nport=24\n");
+        m_unit.write("/home/app/config/setup.ini",
+                     "[system]\nport=24\n"); // beyond: the record stays as it is
         g_mxComm = new QMxComm(true, [](unsigned long) {});
         g_mxComm->MxShmRemove(); // it goes with this process, however that ends
         std::memcpy(m_before.get(), g_mxConfig, sizeof(MxShm));
@@ -57,7 +58,8 @@ public:
     {
         std::memcpy(static_cast<void *>(g_mxConfig), m_before.get(), sizeof(MxShm));
         const QByteArray replies = talk();
-        return replies + QByteArray(reinterpret_cast<const char *>(g_mxConfig->map), 2 * MxMaxPort);
+        require(std::memcmp(&g_mxConfig->map[24], &m_before->map[24], 2000) == 0);
+        return replies + QByteArray(reinterpret_cast<const char *>(g_mxConfig->map), 48);
     }
 
     /// The text in blocks of so many bytes, each a text of its own when `last`.

@@ -66,13 +66,16 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     unit.write(wordsFile, words);
     unit.write(mapFile, map);
     SceneStore::load(*shm);
-    SceneStore::recall(*shm, scene, [](unsigned long) {});
-    require(bytesAt(shm->map, 2 * ports) == table(map, 2 * ports) && shm->splicePending.raised());
+    SceneStore::recall(*shm, scene, [&](unsigned long ms) {
+        require(ms == 1000 && !shm->splicePending.raised());
+        require(bytesAt(shm->map, 2 * ports) == table(map, 2 * ports));
+    });
+    require(shm->splicePending.raised());
     require(bytesAt(shm->spliceData, 4096) == over(QByteArray(4096, 0x5A), table(words, 4 * ports)));
     require(unit.read(Layout) == over(text, present));
     require(bytesAt(shm->sceneMap[11], 2048) == QByteArray(2048, 0x5A)); // which this unit has not
-    unit.remove(mapFile);
-    unit.remove(wordsFile);
-    unit.remove(textFile);
+    for (const QByteArray &file : {mapFile, wordsFile, textFile}) {
+        unit.write(file, {});
+    }
     return 0;
 }
