@@ -5,14 +5,19 @@
 
 #include <QDir>
 #include <QFile>
+#include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// In place of the C library's.
-extern "C" int system(const char *)
+/// In front of the C library's, which the fuzzer needs for itself.
+extern "C" int system(const char *command)
 {
-    return 0;
+    if (std::strncmp(command, "rm ", 3) == 0 || std::strcmp(command, "sync") == 0) {
+        return 0;
+    }
+    return reinterpret_cast<int (*)(const char *)>(::dlsym(RTLD_NEXT, "system"))(command);
 }
 
 FuzzUnit::FuzzUnit()

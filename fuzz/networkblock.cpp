@@ -48,7 +48,7 @@ public:
                      "[system]\nport=24\n"); // beyond: the record stays as it is
         g_mxComm = new QMxComm(true, [](unsigned long) {});
         g_mxComm->MxShmRemove(); // it goes with this process, however that ends
-        std::memcpy(m_before.get(), g_mxConfig, sizeof(MxShm));
+        std::memcpy(static_cast<void *>(m_before.get()), g_mxConfig, sizeof(MxShm));
         m_turns.start();
     }
 
