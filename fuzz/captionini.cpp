@@ -26,7 +26,7 @@ std::unique_ptr<MxShm> loaded(int ports, int scenes)
 QByteArray saved(const QByteArray &caption, int number)
 {
     const QByteArray back = QString::fromUtf8(caption).toLatin1().left(31);
-    return back.isEmpty() ? QByteArray::number(number) : back;
+    return qstrlen(back) == 0 ? QByteArray::number(number) : back;
 }
 
 /// Each of so many captions is there and is what it was behind a save; no other one was touched.

@@ -54,7 +54,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const auto shm = loaded();
     require(shm->port >= 2 && shm->port <= 160 && shm->scene >= 10 && shm->scene <= 40);
     require(std::count(std::begin(Baudrates), std::end(Baudrates), shm->baudrate) == 1);
-    require(shm->images.get().text[0] != '\x5A' && shm->language.get().text[0] != '\x5A');
+    for (const char first : {shm->images.get().text[0], shm->language.get().text[0]}) {
+        require(first != '\0' && first != '\x5A');
+    }
     require(shm->uptime == before->uptime);
     for (const auto &[from, to] : {std::pair(offsetof(MxShm, reserved1), offsetof(MxShm, eth0Address)),
                                    {offsetof(MxShm, reserved2), sizeof(MxShm)}}) {
