@@ -51,7 +51,7 @@ void plainProc(WM_Message &message)
         GUI_SetColor(Colors[1 - message.window % 2]);
         GUI_Clear();
         GUI_DrawRect({all.x0 + 2, all.y0 + 2, all.x1 - 2, all.y1 - 2});
-        GUI_DrawLine(all.x0, all.y0, all.x1, all.y1);
+        GUI_DrawLine(-9, -4, 60, 40);
         GUI_DispStringInRect("Mx 1>2", all, message.window % 11);
         GUI_DrawBitmap(Picture, all.x1 - 10, 3);
         GUI_InvertRect({5, 5, 9, all.y1 - 9});
