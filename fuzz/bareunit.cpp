@@ -4,13 +4,16 @@
 
 #include <cstdio>
 #include <cstring>
+#include <dlfcn.h>
 #include <iterator>
 #include <memory>
 #include <time.h>
 
-extern "C" int system(const char * /*command*/)
+/// The fuzzer starts itself again by this, the control object its commands.
+extern "C" int system(const char *command)
 {
-    return 0;
+    static const auto real = reinterpret_cast<int (*)(const char *)>(::dlsym(RTLD_NEXT, "system"));
+    return g_mxComm == nullptr ? real(command) : 0;
 }
 
 extern "C" int clock_nanosleep(clockid_t, int, const timespec *, timespec *)
