@@ -46,7 +46,8 @@ void disturb(MxShm &record, Input &input)
         offsetof(MxShm, language),     offsetof(MxShm, eth0Address),   offsetof(MxShm, eth1Gateway),
         offsetof(MxShm, inputCaption), offsetof(MxShm, outputCaption), offsetof(MxShm, sceneCaption),
         offsetof(MxShm, map),          offsetof(MxShm, splicePending), offsetof(MxShm, spliceData)};
-    const std::size_t begin = Fields[input.below(std::size(Fields))] + std::size_t(input.byte());
+    const std::size_t field = Fields[input.below(std::size(Fields))];
+    const std::size_t begin = field + std::size_t(input.byte());
     const int times = input.byte() + 1;
     const QByteArray bytes = input.bytes().repeated(times);
     auto *const memory = reinterpret_cast<char *>(&record);

@@ -17,12 +17,17 @@ public:
     bool isOver() const { return m_next == m_end; }
     int byte() { return isOver() ? 0 : *m_next++; }
     int below(int limit) { return byte() % limit; }
-    int word() { return byte() << 8 | byte(); }
+    int word()
+    {
+        const int high = byte();
+        return high << 8 | byte();
+    }
 
     /// As many as a byte says, fewer at the end.
     QByteArray bytes()
     {
-        const int size = qMin<int>(byte(), static_cast<int>(m_end - m_next));
+        const int wanted = byte();
+        const int size = qMin(wanted, static_cast<int>(m_end - m_next));
         m_next += size;
         return QByteArray(reinterpret_cast<const char *>(m_next - size), size);
     }

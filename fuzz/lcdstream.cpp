@@ -13,7 +13,8 @@ std::string told(Input input, int most)
     sim::LcdModule lcd(told.observer());
     sim::GpioLines gpio(told.observer());
     for (qint64 now = 0; !input.isOver(); ++now) {
-        lcd.setResetLine(input.below(2), input.byte());
+        const int level = input.below(2);
+        lcd.setResetLine(level, input.byte());
         const QByteArray bytes = input.bytes();
         feed(lcd, bytes, most, now);
         feed(gpio, bytes, most, now);

@@ -35,9 +35,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         case 0:
             disturb(record, input);
             break;
-        case 1:
-            panel.step(input.below(128), static_cast<char>(input.byte()));
+        case 1: {
+            const int key = input.below(128);
+            panel.step(key, static_cast<char>(input.byte()));
             break;
+        }
         case 2:
             for (int cycles = 2 * input.byte(); cycles >= 0; --cycles) {
                 panel.step(0, '\0');
