@@ -130,6 +130,25 @@ private slots:
         Touchscreen::catchUp();
         QCOMPARE(paints.count, 2);
     }
+
+    /// It shows what a new view shows.
+    void theMatrixMayGrowUnderIt()
+    {
+        TestUnit unit(2);
+        unit.start(false);
+        QMxWidget view;
+        const quint16 map[MxMaxPort] = {};
+        view.setMap(map);
+        for (const auto &[ports, height] :
+             {std::pair(160, Height), {-5, Height}, {1000000, Height}, {8, Height}, {8, 300}}) {
+            unit.shm().port = ports;
+            view.setMap(map);
+            QMxWidget fresh;
+            fresh.setMap(map);
+            const QImage picture = pictureOf(view, height);
+            QVERIFY(hasColours(picture) && picture == pictureOf(fresh, height));
+        }
+    }
 };
 
 static const RegisteredTest<TestMapView> registered;
