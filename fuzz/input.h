@@ -1,46 +1,65 @@
 #pragma once
 
 #include <QByteArray>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
-/// Takes an input apart from its beginning; behind its end are zeros.
+/// Takes an input apart, from front to back; behind its end are zeros.
 class Input
 {
 public:
     Input(const std::uint8_t *data, std::size_t size)
-        : m_left(reinterpret_cast<const char *>(data), int(size))
+        : m_next(data)
+        , m_end(data + size)
     {
     }
 
-    bool isEmpty() const { return m_left.isEmpty(); }
-    QByteArray bytes(int count)
+    bool isEmpty() const { return m_next == m_end; }
+    int byte() { return isEmpty() ? 0 : *m_next++; }
+    int below(int limit) { return byte() % limit; }
+    int word()
     {
-        const QByteArray taken = m_left.left(count);
-        m_left.remove(0, count);
-        return taken;
+        const int high = byte();
+        return high << 8 | byte();
     }
     /// Low byte first.
     int number(int bytesOfIt)
     {
         unsigned value = 0;
-        int shift = 0;
-        for (const char byte : bytes(bytesOfIt)) {
-            value |= unsigned(static_cast<unsigned char>(byte)) << shift;
-            shift += 8;
+        for (int i = 0; i < bytesOfIt; ++i) {
+            value |= unsigned(byte()) << 8 * i;
         }
         return int(value);
     }
+
+    /// Fewer at the end.
+    QByteArray bytes(int count)
+    {
+        const auto *taken = reinterpret_cast<const char *>(m_next);
+        const int size = std::min(count, int(m_end - m_next));
+        m_next += size;
+        return QByteArray(taken, size);
+    }
+    /// As many as a byte says.
+    QByteArray bytes() { return bytes(byte()); }
+    QByteArray rest() { return bytes(int(m_end - m_next)); }
     /// One of several texts, which RS ends.
     QByteArray text()
     {
-        const int end = m_left.indexOf('\x1E');
-        const QByteArray taken = bytes(end < 0 ? m_left.size() : end);
-        bytes(1);
+        const QByteArray taken = bytes(int(std::find(m_next, m_end, 0x1E) - m_next));
+        byte();
         return taken;
     }
-    QByteArray rest() { return bytes(m_left.size()); }
+
+    /// Near the display, or as far away as numbers go.
+    int place()
+    {
+        const int place = static_cast<std::int8_t>(byte());
+        return place == INT8_MAX ? INT32_MAX : place == INT8_MIN ? INT32_MIN : place;
+    }
 
 private:
-    QByteArray m_left;
+    const std::uint8_t *m_next;
+    const std::uint8_t *const m_end;
 };
