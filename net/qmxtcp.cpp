@@ -53,7 +53,7 @@ bool QMxTcp::acceptClient()
         }
         return false;
     }
-    auto *client = new TcpClient(descriptor, m_poll, m_turns, this);
+    auto *client = new TcpClient(descriptor, m_poll, m_turns, &m_clients);
     connect(client, &QObject::destroyed, this, &QMxTcp::resumeAccepting);
     const bool last = DescriptorLimit::reachesReserve(descriptor);
     if (last) {

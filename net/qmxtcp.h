@@ -35,4 +35,5 @@ private:
     QTcpServer m_server;
     QBasicTimer m_retry;
     bool m_accepts = true;
+    QObject m_clients; ///< who has them; last, since they use the others to their end
 };

@@ -23,10 +23,13 @@ public:
 
     explicit SocketPoll(QObject *parent);
 
-    /// Begins to wait for `events` of epoll; closing the descriptor ends it.
+    /// Begins to wait for `events` of epoll, until `remove`.
     void add(int descriptor, Socket &socket, std::uint32_t events);
     /// Waits for others from now on.
     void change(int descriptor, Socket &socket, std::uint32_t events);
+    /// To be called before the descriptor is closed. Closing alone does not end the waiting: for a moment a
+    /// child process that another thread starts has the descriptor as well.
+    void remove(int descriptor);
 
 private:
     void onActivated();

@@ -18,6 +18,7 @@ class TcpClient : public QObject, public ClientSession, private SocketPoll::Sock
 public:
     /// Owns `descriptor`, which does not block. The object deletes itself when the connection has ended.
     TcpClient(int descriptor, SocketPoll &poll, ClientTurns &turns, QObject *parent);
+    ~TcpClient() override { m_poll.remove(m_socket.get()); }
 
     /// Takes what has come. It may be the end of this object.
     void read();

@@ -6,6 +6,7 @@
 
 #include <QTest>
 #include <QVector>
+#include <fcntl.h>
 #include <vector>
 
 /// Many clients, rude clients, and clients that never listen.
@@ -80,6 +81,23 @@ private slots:
         });
         const qint64 growth = heapBytes() - before;
         QVERIFY2(growth < mebibyte, QByteArray::number(growth).constData());
+    }
+
+    /// As one has that another thread starts, until it runs its program.
+    void aChildThatStillHasTheConnectionOfAClientThatIsGone()
+    {
+        NetworkUnit unit(8);
+        QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1}));
+        const Socket client(RawSocket::tcp(MxSite::tcpPort()));
+        FileDescriptor lowestFree(dup(client->descriptor()));
+        const int accepted = lowestFree.get();
+        lowestFree.reset(-1);
+        QCOMPARE(reply(*client, "1x1"), QByteArray("OK."));
+        const FileDescriptor ofTheChild(dup(accepted));
+        client->reset();
+        QVERIFY(runUntil([&] { return ::fcntl(accepted, F_GETFD) < 0; }));
+        const Socket other(RawSocket::tcp(MxSite::tcpPort()));
+        QCOMPARE(reply(*other, "1x1"), QByteArray("OK."));
     }
 
     void aServerOutOfDescriptorsAcceptsAgain()
