@@ -75,8 +75,10 @@ private:
                 QElapsedTimer elapsed;
                 elapsed.start();
                 socket->send("1?.");
-                while (!socket->receive().endsWith('.')) {
-                }
+                QByteArray answer;
+                do {
+                    answer = socket->receive();
+                } while (!answer.isEmpty() && !answer.endsWith('.'));
                 m_times.push_back(float(elapsed.nsecsElapsed()) / 1000);
             }
         }
@@ -106,6 +108,11 @@ public:
         elapsed.start();
         int minute = 0;
         for (int second = 0; m_load.answered() < all; ++second) {
+            if (Cost(product.processId()).values[0] == 0) {
+                std::printf("%-6s WRONG: the product has ended after %lld s\n", m_name,
+                            elapsed.elapsed() / 1000);
+                return false;
+            }
             loadForASecond(elapsed, all);
             hands.act(m_unit, m_load);
             if (second % 20 == 19 || m_load.answered() >= all) {
