@@ -16,6 +16,7 @@
 #include "stylesheet.h"
 #include "theme.h"
 #include "tickcount.h"
+#include "unitlock.h"
 
 #include <QDateTime>
 #include <csignal>
@@ -126,6 +127,12 @@ int main(int argc, char **argv)
         turns.stop();
         QApplication::quit();
     });
+
+    const UnitLock lock;
+    if (lock.isTaken()) {
+        std::fputs("mxcontrol: another one runs on this unit\n", stderr);
+        return 1;
+    }
 
     // Never deleted: the shared objects outlive the program, for the other processes on the board.
     g_mxComm = new QMxComm(true);

@@ -10,7 +10,8 @@ constexpr int DeadlineMs = 20000;
 Product::Product(bool awaitStart, const QString &platform, const QString &output, const QByteArray &option)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
+    const QString others = environment.value(QStringLiteral("LD_PRELOAD")); // of a test
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER) + QLatin1Char(' ') + others);
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
     environment.remove(QStringLiteral("QT_NO_GLIB")); // it chooses its event loop itself
     // What a frame buffer's platform does besides to the machine that runs it.
