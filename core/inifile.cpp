@@ -4,6 +4,8 @@
 
 #include <QFile>
 #include <cerrno>
+#include <cstdio>
+#include <unistd.h>
 
 IniFile::IniFile(const char *devicePath)
     : QSettings(QFile::decodeName(MxSite::path(devicePath)), QSettings::IniFormat)
@@ -11,10 +13,62 @@ IniFile::IniFile(const char *devicePath)
 {
 }
 
-FileResult IniFile::synchronised(const char *what)
+FileResult IniFile::loaded()
 {
     // The one thing that Qt refuses without asking the system is a folder in the file's place.
     errno = EISDIR;
     sync();
-    return status() == AccessError ? fileFailure(what, m_devicePath) : FileResult{FileResult::Done, 0, {}};
+    return status() == AccessError ? fileFailure("read", m_devicePath) : FileResult{FileResult::Done, 0, {}};
+}
+
+IniScratch::IniScratch(const char *devicePath)
+    : m_devicePath(devicePath)
+    , m_place(MxSite::path(devicePath))
+    , m_scratch(m_place + ".new") // "rm path.*" removes what an interrupted save has left of it
+{
+    if (::link(m_place.constData(), m_scratch.constData()) != 0 && errno != ENOENT) {
+        m_reason = errno == EPERM ? EISDIR : errno; // of a folder it says that
+    }
+}
+
+IniScratch::~IniScratch()
+{
+    ::unlink(m_scratch.constData());
+}
+
+IniUpdate::IniUpdate(const char *devicePath)
+    : IniScratch(devicePath)
+    , QSettings(QFile::decodeName(m_scratch), QSettings::IniFormat)
+{
+}
+
+FileResult IniUpdate::saved()
+{
+    errno = m_reason;
+    if (m_reason == 0) {
+        sync();
+    }
+    if (m_reason == 0 && status() != AccessError) {
+        // Of a full disk Qt says nothing when what it wrote last did not fit.
+        errno = ENOSPC;
+        if (isWhole() && ::rename(m_scratch.constData(), m_place.constData()) == 0) {
+            return {FileResult::Done, 0, {}};
+        }
+    }
+    return fileFailure("write", m_devicePath);
+}
+
+/// Every key has a line, whatever is in its value.
+bool IniUpdate::isWhole() const
+{
+    QFile file(fileName());
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QByteArray text = file.readAll();
+    int keys = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        keys += !line.isEmpty() && !line.startsWith('[');
+    }
+    return text.endsWith('\n') && keys == allKeys().size();
 }
