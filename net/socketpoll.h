@@ -23,8 +23,9 @@ public:
 
     explicit SocketPoll(QObject *parent);
 
-    /// Begins to wait for `events` of epoll; closing the descriptor ends it.
-    void add(int descriptor, Socket &socket, std::uint32_t events);
+    /// Begins to wait for `events` of epoll; closing the descriptor ends it. \return false when the system
+    /// has no room for it
+    bool add(int descriptor, Socket &socket, std::uint32_t events);
     /// Waits for others from now on.
     void change(int descriptor, Socket &socket, std::uint32_t events);
 
