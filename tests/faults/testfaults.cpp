@@ -475,6 +475,7 @@ private:
         m_bench.reset();
         m_bench.reset(new Bench(panel ? TestUnit::Settings{{"system/keypad", "1"}} : TestUnit::Settings{}));
         m_round == Round(saveCaptions) ? m_bench->launchCaptions() : m_bench->launch();
+        m_held = m_bench->holds();
         const QByteArray wrong = m_round(*m_bench, false) + m_round(*m_bench, false) + m_bench->newFaults();
         if (!wrong.isEmpty()) {
             qWarning("without a fault: %s", wrong.constData());
@@ -485,7 +486,6 @@ private:
     void inject(Tally &tally, int call, int n, const Named &way)
     {
         Bench &bench = *m_bench;
-        const QByteArray held = bench.holds();
         bench.page.arm(call, n, way.bits);
         QByteArray wrong = m_round(bench, true);
         bench.page.disarm();
@@ -499,8 +499,8 @@ private:
         if (::kill(pid_t(bench.pid), 0) == 0 && wrong.isEmpty()) {
             wrong += m_round(bench, false) + bench.newFaults();
         }
-        if (wrong.isEmpty() && !runUntil([&] { return bench.holds() == held; })) {
-            wrong += "held " + held + ", holds " + bench.holds();
+        if (wrong.isEmpty() && !runUntil([&] { return bench.holds() == m_held; })) {
+            wrong += "held " + m_held + ", holds " + bench.holds();
         }
         tally.faults += failed;
         tally.lost += std::exchange(bench.lostReplies, 0);
@@ -512,6 +512,7 @@ private:
     }
 
     Round m_round = nullptr;
+    QByteArray m_held; ///< by the program at rest
     std::unique_ptr<Bench> m_bench;
 };
 
