@@ -11,6 +11,8 @@
 namespace
 {
 constexpr char SetupFile[] = "/home/app/config/setup.ini";
+/// A flash may fail to read once and not again; without its settings the unit would be one of two ports.
+constexpr int LoadTries = 3;
 constexpr int DefaultBaudrate = 115200;
 constexpr int Baudrates[] = {300,   600,   1200,  2400,  4800,   9600,  19200,
                              38400, 57600, 76800, 96000, 115200, 230400};
@@ -64,9 +66,9 @@ void saveInterface(const MxShm &shm, const EthernetInterface &interface)
     file.endGroup();
     file.saved().report();
 }
-} // namespace
 
-void SettingsStore::load(MxShm &shm)
+/// False when the file could not be read.
+bool loadSetup(MxShm &shm)
 {
     IniFile file(SetupFile);
     shm.port = qBound<int>(MxMinPort, number(file, "system/port"), MxMaxPort);
@@ -78,7 +80,16 @@ void SettingsStore::load(MxShm &shm)
     shm.baudrate = acceptedBaudrate(number(file, "system/baudrate"));
     shm.images.set(formatted(file, "system/images", "default"));
     shm.language.set(formatted(file, "system/language", "en"));
-    file.loaded().report();
+    const FileResult result = file.loaded();
+    result.report();
+    return result.outcome != FileResult::Failed;
+}
+} // namespace
+
+void SettingsStore::load(MxShm &shm)
+{
+    for (int left = LoadTries; left > 0 && !loadSetup(shm); --left) {
+    }
     for (const EthernetInterface &interface : EthernetInterfaces) {
         loadInterface(shm, interface);
     }
