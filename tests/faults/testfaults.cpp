@@ -214,7 +214,7 @@ QByteArray routes(Bench &bench, bool faulty)
             return !frames.empty() && frames.back().bytes[4] == frame;
         },
         ReplyMs);
-    return wrong + (passed ? "" : "request not passed on. ");
+    return wrong + (passed || faulty ? "" : "request not passed on. ");
 }
 
 QByteArray command(Bench &bench, const char *text, bool faulty)
@@ -444,7 +444,7 @@ private:
         wrong += bench.fileContent("/home/app/config/setup.ini") == settings ? "" : "the settings are lost. ";
         if (!isUp) {
             ++m_givenUp;
-            return wrong + (bench.product->finish() > 0 && !bench.product->errors().isEmpty()
+            return wrong + (bench.product->finish() != 0 && !bench.product->errors().isEmpty()
                                 ? ""
                                 : "did not start. ");
         }
