@@ -5,7 +5,25 @@
 #include <QFile>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+namespace
+{
+/// Qt takes a file whose reading failed for an empty one, says nothing, and reads it again only when it is
+/// newer.
+bool wasMissed(const QSettings &file, const QByteArray &place)
+{
+    QFile again(QFile::decodeName(place));
+    const bool missed =
+        file.allKeys().isEmpty() && again.open(QIODevice::ReadOnly) && again.readAll().contains('=');
+    if (missed) {
+        ::utimensat(AT_FDCWD, place.constData(), nullptr, 0);
+    }
+    return missed;
+}
+} // namespace
 
 IniFile::IniFile(const char *devicePath)
     : QSettings(QFile::decodeName(MxSite::path(devicePath)), QSettings::IniFormat)
@@ -18,6 +36,10 @@ FileResult IniFile::loaded()
     // The one thing that Qt refuses without asking the system is a folder in the file's place.
     errno = EISDIR;
     sync();
+    if (wasMissed(*this, MxSite::path(m_devicePath))) {
+        errno = EIO;
+        return fileFailure("read", m_devicePath);
+    }
     return status() == AccessError ? fileFailure("read", m_devicePath) : FileResult{FileResult::Done, 0, {}};
 }
 
@@ -40,6 +62,9 @@ IniUpdate::IniUpdate(const char *devicePath)
     : IniScratch(devicePath)
     , QSettings(QFile::decodeName(m_scratch), QSettings::IniFormat)
 {
+    if (m_reason == 0 && wasMissed(*this, m_place)) {
+        m_reason = EIO;
+    }
 }
 
 FileResult IniUpdate::saved()
