@@ -143,13 +143,26 @@ public:
                      : QByteArray(file) + " holds \"" + content.toPercentEncoding(" =") + "\". ";
     }
 
-    /// Faults that the far ends have seen since the last call.
+    /// Faults that the far ends have seen since the last call. Whether a frame was too early is seen by when
+    /// the program began it: a busy machine reads the one before late.
     QByteArray newFaults()
     {
-        const QByteArray all = faults();
-        const QByteArray later = all.mid(m_faults);
-        m_faults = all.size();
-        return later;
+        const QByteArrayList all = faults().split('\n');
+        const QByteArrayList later = all.mid(m_faults);
+        m_faults = all.size() - 1; // behind the last is an empty one
+        qint64 lastUs = -1000000;
+        bool early = false;
+        for (const sim::LineWrite &write : hardware().gpio().history()) {
+            if (write.line == 8 && write.level == 1) {
+                early = early || write.timeUs - lastUs < 540000;
+                lastUs = write.timeUs;
+            }
+        }
+        QByteArray text;
+        for (const QByteArray &fault : later) {
+            text += early || !fault.contains("switch frame too early") ? fault : QByteArray();
+        }
+        return text;
     }
 
     Page page;
@@ -159,7 +172,6 @@ public:
     int round = 0;
     int lostReplies = 0;
     std::vector<int> routing = std::vector<int>(Ports, 1);
-    QByteArray pictures[2]; ///< of the LCD, in even and odd rounds
 
 private:
     std::unique_ptr<QMxComm> m_observer;
@@ -333,7 +345,8 @@ QByteArray pressKeys(Bench &bench, bool)
         }
         return dots;
     };
-    QByteArray &known = bench.pictures[odd];
+    static QByteArray pictures[2]; // of rounds without a fault, which come first
+    QByteArray &known = pictures[odd];
     if (known.isEmpty()) {
         QTest::qWait(300); // nothing tells when it is as it will stay
         known = picture();
@@ -358,9 +371,9 @@ private slots:
         row("settings", Round(saveSettings), 41);
         row("captions", Round(saveCaptions), 17);
         row("scene saved", Round(saveScene), 17);
-        row("scene recalled", Round(recallScene), 149);
+        row("scene recalled", Round(recallScene), 499);
         row("routes", Round(routes), 29);
-        row("front panel", Round(pressKeys), 211);
+        row("front panel", Round(pressKeys), 199);
     }
     void everyCallFailsOnce()
     {
@@ -372,7 +385,7 @@ private slots:
         m_round = round;
         QVERIFY(begin());
         m_bench->page.arm();
-        QCOMPARE(round(*m_bench, false), QByteArray());
+        QCOMPARE(round(*m_bench, false) + m_bench->newFaults(), QByteArray());
         m_bench->page.disarm();
         const FaultPage counted = *m_bench->page.operator->();
         Tally tally{};
@@ -472,7 +485,7 @@ private:
         int calls, faults, lost, cut, broken;
     };
 
-    /// The program runs, and has done its work twice.
+    /// The program runs, and has done its work once.
     bool begin()
     {
         const bool panel = m_round != Round(saveCaptions);
@@ -480,7 +493,7 @@ private:
         m_bench.reset(new Bench(panel ? TestUnit::Settings{{"system/keypad", "1"}} : TestUnit::Settings{}));
         m_round == Round(saveCaptions) ? m_bench->launchCaptions() : m_bench->launch();
         m_held = m_bench->holds();
-        const QByteArray wrong = m_round(*m_bench, false) + m_round(*m_bench, false) + m_bench->newFaults();
+        const QByteArray wrong = m_round(*m_bench, false) + m_bench->newFaults();
         if (m_bench->captions) {
             m_held = m_bench->holds();
         }
