@@ -15,8 +15,10 @@ QString keyOf(const char *kind, int number)
 
 void loadOne(const QSettings &file, const char *kind, int number, SharedText<32> &caption)
 {
-    const QString value = file.value(QStringLiteral("caption/") + keyOf(kind, number)).toString();
-    caption.set(value.isEmpty() ? QByteArray::number(number) : value.toLatin1());
+    const QString key = QStringLiteral("caption/") + keyOf(kind, number);
+    const QByteArray value = file.value(key).toString().toLatin1();
+    // One that begins with NUL, as in a file with a hole in it, would be empty in the record.
+    caption.set(qstrlen(value) == 0 ? QByteArray::number(number) : value);
 }
 
 void saveOne(QSettings &file, const char *kind, int number, const SharedText<32> &caption)

@@ -107,10 +107,19 @@ FileDescriptor openLayoutText(const char *path, int flags)
     return openFile(path, flags, LayoutTextMode);
 }
 
-FileResult flushed(const FileDescriptor &file, const char *path, int count)
+/// Flushing a file does not bring its name to the disk: that is in its folder.
+bool flushFolderOf(const char *path)
+{
+    const QByteArray folder = QByteArray(path).left(int(std::strrchr(path, '/') - path) + 1);
+    return ::fsync(openFile(folder.constData(), O_RDONLY | O_DIRECTORY).get()) == 0;
+}
+
+/// `isNew` when the file was made before it was written.
+FileResult flushed(const FileDescriptor &file, const char *path, int count, bool isNew)
 {
     // A device node has nothing to flush and says EINVAL.
-    if (::fsync(file.get()) != 0 && errno != EINVAL) {
+    const bool isFlushed = ::fsync(file.get()) == 0 || errno == EINVAL;
+    if (!isFlushed || (isNew && !flushFolderOf(path))) {
         return fileFailure("write", path, count);
     }
     return {FileResult::Done, count, {}};
@@ -139,12 +148,14 @@ FileResult DeviceFiles::read(const char *path, unsigned char *buf, int len)
 
 FileResult DeviceFiles::write(const char *path, const unsigned char *buf, int len)
 {
+    const bool isNew = !exists(path);
     const FileDescriptor file = openFile(path, O_WRONLY | O_CREAT, 0666);
     if (file.get() < 0) {
         return fileFailure("write", path);
     }
     const ssize_t written = writeWhole(file, buf, static_cast<size_t>(len));
-    return written == len ? flushed(file, path, len) : fileFailure("write", path, static_cast<int>(written));
+    return written == len ? flushed(file, path, len, isNew)
+                          : fileFailure("write", path, static_cast<int>(written));
 }
 
 FileResult DeviceFiles::copy(const char *source, const char *target, bool truncate)
@@ -163,6 +174,7 @@ FileResult DeviceFiles::copy(const char *source, const char *target, bool trunca
     if (count < 0) {
         return fileFailure("read", source);
     }
+    const bool isNew = !exists(target);
     const FileDescriptor to = openLayoutText(target, O_RDWR | O_CREAT);
     if (to.get() < 0) {
         return fileFailure("write", target);
@@ -172,7 +184,7 @@ FileResult DeviceFiles::copy(const char *source, const char *target, bool trunca
     if (written != text.size() || (truncate && ::ftruncate(to.get(), written) != 0)) {
         return fileFailure("write", target, written);
     }
-    return flushed(to, target, written);
+    return flushed(to, target, written, isNew);
 }
 
 bool DeviceFiles::exists(const char *path)
@@ -182,10 +194,10 @@ bool DeviceFiles::exists(const char *path)
 
 FileResult DeviceFiles::makeFolder(const char *path)
 {
-    if (::mkdir(MxSite::path(path).constData(), 0775) != 0 && errno != EEXIST) {
-        return fileFailure("make", path);
+    if (::mkdir(MxSite::path(path).constData(), 0775) != 0) {
+        return errno == EEXIST ? FileResult{FileResult::Done, 0, {}} : fileFailure("make", path);
     }
-    return {FileResult::Done, 0, {}};
+    return flushFolderOf(path) ? FileResult{FileResult::Done, 0, {}} : fileFailure("make", path);
 }
 
 void DeviceFiles::removeLeftovers(const char *path)

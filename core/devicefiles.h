@@ -11,11 +11,11 @@ namespace DeviceFiles
 FileResult read(const char *path, unsigned char *buf, int len);
 
 /// Writes over the start of the file, which is created with mode 0666 when missing and never truncated, and
-/// flushes it to the device.
+/// flushes it to the device: what was written outlives a power cut, and so does the file's name.
 FileResult write(const char *path, const unsigned char *buf, int len);
 
-/// Copies `source`, once it was read whole, over the start of `target`, and flushes it to the device;
-/// each is created when missing. With `truncate` the target ends where the source does.
+/// Copies `source`, once it was read whole, over the start of `target`, and flushes it as `write`
+/// does; each is created when missing. With `truncate` the target ends where the source does.
 FileResult copy(const char *source, const char *target, bool truncate);
 
 /// True when something of that name exists.

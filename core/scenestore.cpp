@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr char LayoutFolder[] = "/home/www/splice/";
+constexpr char LayoutFolder[] = "/home/www/splice";
 constexpr char LayoutText[] = "/home/www/splice/splice.txt";
 
 /// Time for the routing to leave before the layout that belongs to it does.

@@ -33,7 +33,8 @@ QByteArray text(const QSettings &file, const QString &key)
 QByteArray formatted(const QSettings &file, const char *key, const char *whenEmpty)
 {
     const QByteArray value = text(file, QLatin1String(key)).replace("%%", "%");
-    return value.isEmpty() ? QByteArray(whenEmpty) : value;
+    // One that begins with NUL would be empty in the record.
+    return qstrlen(value) == 0 ? QByteArray(whenEmpty) : value;
 }
 
 int acceptedBaudrate(int baudrate)

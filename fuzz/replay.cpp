@@ -15,6 +15,7 @@ int main(int argc, char **argv)
     for (const auto &file : std::filesystem::directory_iterator(argc > 1 ? argv[1] : ".")) {
         std::ifstream stream(file.path(), std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
+        std::fprintf(stderr, "%s\n", file.path().c_str()); // the last one is it, if this ends here
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
         ++inputs;
     }

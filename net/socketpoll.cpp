@@ -36,6 +36,11 @@ void SocketPoll::change(int descriptor, Socket &socket, std::uint32_t events)
     control(m_poll.get(), EPOLL_CTL_MOD, descriptor, socket, events);
 }
 
+void SocketPoll::remove(int descriptor)
+{
+    ::epoll_ctl(m_poll.get(), EPOLL_CTL_DEL, descriptor, nullptr);
+}
+
 void SocketPoll::onActivated()
 {
     epoll_event ready[Round];

@@ -37,12 +37,18 @@ TcpClient::TcpClient(int descriptor, SocketPoll &poll, ClientTurns &turns, QObje
 void TcpClient::onReady(std::uint32_t events)
 {
     if ((events & (EPOLLERR | EPOLLHUP)) != 0) {
-        delete this;
+        end();
     } else if ((events & EPOLLOUT) != 0) {
         sendRest();
     } else {
         read();
     }
+}
+
+void TcpClient::end()
+{
+    m_poll.remove(m_socket.get());
+    delete this;
 }
 
 void TcpClient::read()
@@ -85,7 +91,7 @@ void TcpClient::sendRest()
 void TcpClient::onSettled()
 {
     if (m_finished && isResting() && !isStalled()) {
-        delete this;
+        end();
         return;
     }
     if (hasTail()) {

@@ -34,6 +34,8 @@ protected:
 
 private:
     void onReady(std::uint32_t events) override;
+    /// The end of this object.
+    void end();
     void send(const char *bytes, int size);
     void sendRest();
     std::uint32_t wantedEvents() const;

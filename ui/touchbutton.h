@@ -16,7 +16,8 @@ public:
 
     explicit TouchButton(QWidget *parent = nullptr);
     /// Of a fixed size.
-    TouchButton(QSize size, const QString &text = QString(), Kind kind = Plain, QWidget *parent = nullptr);
+    explicit TouchButton(QSize size, const QString &text = QString(), Kind kind = Plain,
+                         QWidget *parent = nullptr);
 
 protected:
     bool event(QEvent *event) override;

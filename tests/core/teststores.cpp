@@ -15,7 +15,6 @@ namespace
 {
 constexpr char Setup[] = "/home/app/config/setup.ini";
 constexpr char Captions[] = "/home/app/config/caption.ini";
-constexpr char LayoutText[] = "/home/www/splice/splice.txt";
 
 std::unique_ptr<MxShm> emptyRecord(int ports = 8, int scenes = 10)
 {
@@ -142,44 +141,6 @@ private slots:
         QCOMPARE(loaded->inputCaption[8].get().text, "beyond");
     }
 
-    void scenesAndTheirSplices()
-    {
-        m_unit->makeFolder("/home/www/splice");
-        m_unit->writeFile(LayoutText, QByteArray(3000, 'L'));
-        m_unit->writeFile("/home/www/splice/splice3.txt", QByteArray(4000, 'o'));
-        m_unit->writeFile("/home/app/data/scene3", QByteArray(20, 'o'));
-        for (int o = 0; o < 8; ++o) {
-            m_shm->map[o] = static_cast<quint16>(0x100 * o + 7);
-            m_shm->spliceData[o] = 0x01020300U + static_cast<quint32>(o);
-        }
-        SceneStore::save(*m_shm, 3);
-        const QByteArray map = QByteArray::fromHex("07000701070207030704070507060707");
-        // Files are never cut: a longer tail of before stays.
-        QCOMPARE(m_unit->fileContent("/home/app/data/scene3"), map + "oooo");
-        QCOMPARE(m_unit->fileContent("/home/app/data/splice3.ini").left(8),
-                 QByteArray::fromHex("0003020101030201"));
-        QCOMPARE(m_unit->fileContent("/home/app/data/splice3.ini").size(), 32);
-        QCOMPARE(m_unit->fileContent("/home/www/splice/splice3.txt"),
-                 QByteArray(3000, 'L') + QByteArray(1000, 'o'));
-
-        const auto loaded = emptyRecord();
-        SceneStore::load(*loaded);
-        unsigned long paused = 0;
-        SceneStore::recall(*loaded, 3, [&](unsigned long ms) {
-            QVERIFY(loaded->map[7] == m_shm->map[7] && !loaded->splicePending.raised());
-            paused += ms;
-        });
-        QCOMPARE(paused, 1000UL);
-        QVERIFY(std::memcmp(loaded->map, m_shm->map, 8 * 2) == 0);
-        QVERIFY(std::memcmp(loaded->spliceData, m_shm->spliceData, 8 * 4) == 0);
-        QVERIFY(loaded->splicePending.raised());
-        QCOMPARE(m_unit->fileContent(LayoutText), QByteArray(3000, 'L') + QByteArray(1000, 'o'));
-        // A scene without companions: all words 0, and an empty layout.
-        SceneStore::loadSplice(*loaded, 4);
-        QCOMPARE(quint32(loaded->spliceData[0]), 0U);
-        QCOMPARE(m_unit->fileContent(LayoutText), QByteArray());
-    }
-
     void sceneZeroIsTheLiveMapAlone()
     {
         SceneStore::save(*m_shm, 0);
@@ -206,16 +167,6 @@ private slots:
         QVERIFY(!m_shm->splicePending.raised());
         const auto *bytes = reinterpret_cast<const char *>(m_shm.get());
         QVERIFY(std::all_of(bytes + 28, bytes + sizeof(MxShm), [](char b) { return b == 0; }));
-    }
-
-    void filesThatAreTooShortOrTooLong()
-    {
-        m_unit->writeFile("/home/app/data/scene2", QByteArray::fromHex("050006"));
-        m_unit->writeFile("/home/app/data/scene4", QByteArray(5000, '\x03'));
-        m_shm->sceneMap[4][8] = 0x1234;
-        SceneStore::load(*m_shm);
-        QVERIFY(std::memcmp(m_shm->sceneMap[2], "\5\0\6\0\0\0", 6) == 0);
-        QVERIFY(std::memcmp(&m_shm->sceneMap[4][7], "\x03\x03\x34\x12", 4) == 0);
     }
 
     void printing()

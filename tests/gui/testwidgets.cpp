@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
-#include <random>
 
 namespace
 {
@@ -137,20 +136,6 @@ private slots:
             QVERIFY2((WM_Exec() == 1) == setter.paints && display.isDamageWithin(Box), setter.name);
             setter.set(widget, 1);
             QVERIFY2(WM_Exec() == 0, setter.name);
-        }
-    }
-
-    void anySettersShowAsPaintedAnew()
-    {
-        std::mt19937 generator(7);
-        WM_Handle widgets[5];
-        std::transform(&"BETFM"[0], &"BETFM"[5], widgets, box);
-        for (int round = 0; round < 8000; ++round) {
-            const WM_Handle widget = widgets[generator() % 5];
-            const int value = int(generator() % 5);
-            Setters[generator() % std::size(Setters)].set(widget, value);
-            WM_MoveTo(widgets[generator() % 5], int(generator() % 70), int(generator() % 40));
-            COMPARE_REPAINTED();
         }
     }
 

@@ -36,19 +36,6 @@ void listen(WM_Message &message)
     WM_DefaultProc(message);
 }
 
-/// What a callback does when a message of one kind arrives, once.
-int trigger = 0;
-void (*react)(WM_Handle window) = nullptr;
-
-void reacting(WM_Message &message)
-{
-    if (message.id == trigger) {
-        trigger = 0;
-        react(message.window);
-    }
-    WM_DefaultProc(message);
-}
-
 /// Whenever it is painted, it has a child of its kind and is invalid again.
 int bred = 0;
 
@@ -174,48 +161,6 @@ private slots:
         WM_HideWindow(WM_GetDesktopWindow());
         WM_Exec();
         QVERIFY(!display.isDamaged() && WM_IsVisible(next) && WM_GetFocus() == 0);
-    }
-
-    void callbacksMayChangeTheTree()
-    {
-        void (*const reactions[])(WM_Handle) = {
-            [](WM_Handle window) { WM_DeleteWindow(window); },
-            [](WM_Handle window) { WM_DeleteWindow(WM_GetParent(window)); },
-            [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 1)); },
-            [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 2)); },
-            [](WM_Handle) { WM_DeleteWindow(WM_GetDialogItem(WM_GetDesktopWindow(), 3)); },
-            [](WM_Handle window) { TEXT_CreateEx(0, 0, 30, 20, window, WM_VISIBLE, 9, "new"); },
-            [](WM_Handle window) { WM_MoveBy(window, 5, 5); },
-            [](WM_Handle window) {
-                WM_BringToTop(window), WM_HideWindow(WM_GetParent(window)), WM_SetFocus(0);
-            },
-            [](WM_Handle window) { WM_InvalidateWindow(window), WM_Exec(), GUI_Delay(30); },
-            [](WM_Handle) { QCOMPARE(GUI_Init(), 0); },
-        };
-        for (const int id : {WM_PAINT, WM_KEY, WM_SET_FOCUS, WM_KILL_FOCUS, WM_NOTIFY_PARENT, WM_DELETE}) {
-            for (const auto reaction : reactions) {
-                start();
-                const WM_Handle frame = FRAMEWIN_Create("frame", reacting, WM_VISIBLE, 5, 5, 100, 50);
-                const WM_Handle button = BUTTON_CreateEx(5, 5, 60, 20, frame, WM_VISIBLE, 1);
-                TEXT_CreateEx(0, 0, 99, 9, frame, WM_HIDDEN, 3, "hidden");
-                const WM_Handle edit = EDIT_CreateEx(20, 10, 60, 20, frame, WM_VISIBLE, 2, 9);
-                WM_SetCallback(button, reacting);
-                WM_SetCallback(edit, reacting);
-                react = reaction;
-                trigger = id;
-                WM_Exec();
-                WM_SetFocus(button);
-                GUI_SendKeyMsg(' ', 1);
-                WM_SetFocus(edit);
-                GUI_SendKeyMsg('a', 1);
-                WM_HideWindow(edit);
-                COMPARE_REPAINTED();
-                WM_DeleteWindow(button);
-                WM_DeleteWindow(frame);
-                QCOMPARE(trigger, 0);
-                COMPARE_REPAINTED();
-            }
-        }
     }
 
     void paintingThatInvalidatesEnds()

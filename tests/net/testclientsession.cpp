@@ -61,43 +61,6 @@ private slots:
     void init() { m_log.clear(); }
     void cleanupTestCase() { m_unit.reset(); }
 
-    void anyCut_data()
-    {
-        columns<QByteArray, QByteArray>("text", "replies");
-        row("no terminator", "2x3", "OK.");
-        row("each terminator", "1X1.1x2!1x3$1x4%1x5\r1x6\n1x7\r\n", "OK.OK.OK.OK.OK.OK.OK.");
-        row("empty lines", "\r\n..1x2.\n.", "OK.");
-        row("NUL is carried", QByteArray("1\0x2.3x1", 8), "OK.OK.");
-        row("a number in two", "0all.12345x1.3x1&4.3?.2?", "OK.OK.OK.3x1&4.2x.");
-        row("errors", "bad.0x..9?.temp", "ERR.OK.ERR.ERR.");
-        row("commands that block", "4all.>r1.1?.recall9", "OK.|OK.1x1&2&3&4&5&6&7&8.|OK.");
-        row("more than a turn", QByteArray("9?.").repeated(1025), QByteArray("ERR.").repeated(1025));
-    }
-    void anyCut()
-    {
-        QFETCH(QByteArray, text);
-        QFETCH(QByteArray, replies);
-        const int step = qMax(1, text.size() / 50);
-        for (int cut = 0; cut <= text.size(); cut += step) {
-            m_log.clear();
-            Session inTwo(m_turns, m_log);
-            inTwo.take(text.left(cut), false);
-            inTwo.finish();
-            inTwo.take(text.mid(cut));
-            inTwo.finish();
-            QCOMPARE(m_log, replies);
-        }
-        m_log.clear();
-        Session byteByByte(m_turns, m_log);
-        for (const char byte : text) {
-            byteByByte.take(QByteArray(1, byte), false);
-            byteByByte.finish();
-        }
-        byteByByte.take(QByteArray());
-        byteByByte.finish();
-        QCOMPARE(m_log, replies);
-    }
-
     void theLongestLine_data()
     {
         columns<int, QByteArray>("length", "replies");

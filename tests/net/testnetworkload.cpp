@@ -1,12 +1,36 @@
 #include "clients.h"
-#include "descriptorlimit.h"
 #include "limit.h"
 #include "networkunit.h"
 #include "testregistry.h"
 
 #include <QTest>
 #include <QVector>
+#include <netinet/in.h>
 #include <vector>
+
+namespace
+{
+using NameOf = int (*)(int, sockaddr *, socklen_t *);
+
+int portOf(int descriptor, NameOf name)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    name(descriptor, reinterpret_cast<sockaddr *>(&address), &size);
+    return address.sin_port;
+}
+
+/// The server's descriptor of this connection; -1 when there is none.
+int otherEnd(const RawSocket &client)
+{
+    const int port = portOf(client.descriptor(), getsockname);
+    int other = 1023;
+    while (other >= 0 && portOf(other, getpeername) != port) {
+        --other;
+    }
+    return other;
+}
+} // namespace
 
 /// Many clients, rude clients, and clients that never listen.
 class TestNetworkLoad : public QObject
@@ -34,31 +58,18 @@ private slots:
         QVERIFY(answers.mid(0, flood).count(answers.first()) < flood);
     }
 
-    void fiveHundredClientsAtOnce()
+    /// Pulled out with a command on their lips.
+    void clientsThatGoLeaveNoDescriptor()
     {
-        DescriptorLimit::raise();
         NetworkUnit unit(8);
         QVERIFY(unit.boardShows({1, 1, 1, 1, 1, 1, 1, 1})); // the control thread has opened what it needs
         const int before = openDescriptors();
-        int good = 0;
-        besideTheUnit([&] {
-            std::vector<Socket> sockets;
-            for (int i = 0; i < 500; ++i) {
-                sockets.emplace_back(RawSocket::tcp(MxSite::tcpPort()));
-            }
-            for (const Socket &socket : sockets) {
-                socket->send("0x1.5x1&3.5?");
-            }
-            for (const Socket &socket : sockets) {
-                good += replies(*socket, 3) == "OK.OK.5x1&3." ? 1 : 0;
-            }
-            // Half of them leave properly, half are pulled out with a command on their lips.
-            for (size_t i = 0; i < sockets.size(); i += 2) {
-                sockets[i]->send("3x");
-                sockets[i]->reset();
-            }
-        });
-        QCOMPARE(good, 500);
+        for (int i = 0; i < 20; ++i) {
+            const Socket client(RawSocket::tcp(MxSite::tcpPort()));
+            reply(*client, "0x1");
+            client->send("3x");
+            client->reset();
+        }
         QVERIFY(runUntil([&] { return openDescriptors() <= before; }));
     }
 
@@ -80,6 +91,20 @@ private slots:
         });
         const qint64 growth = heapBytes() - before;
         QVERIFY2(growth < mebibyte, QByteArray::number(growth).constData());
+    }
+
+    /// As a child process does between its making and its program.
+    void aCopyOfTheServersDescriptorKeepsNoClient()
+    {
+        NetworkUnit unit(8);
+        Socket client(RawSocket::tcp(MxSite::tcpPort()));
+        QCOMPARE(reply(*client, "1x1"), QByteArray("OK."));
+        const FileDescriptor copy(dup(otherEnd(*client)));
+        QVERIFY(copy.get() >= 0);
+        const int before = openDescriptors();
+        client->reset();
+        QVERIFY(runUntil([&] { return openDescriptors() == before - 2; }));
+        QCOMPARE(repliesOverTcp("1x1"), QByteArray("OK."));
     }
 
     void aServerOutOfDescriptorsAcceptsAgain()

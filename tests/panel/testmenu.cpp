@@ -170,20 +170,6 @@ private slots:
         QCOMPARE(unit.pressed(), QByteArray("1,2,8")); // what lies beyond the matrix stays as it was
     }
 
-    /// Any process may write the record.
-    void aMatrixThatGrowsBeyondThePanelDoesNoHarm()
-    {
-        PanelUnit unit(8);
-        unit.shm().port = 160;
-        unit.shm().scene = 1000;
-        unit.act("ir60X in41 in91 wait10 left");
-        QCOMPARE(unit.header(), QByteArray("SWITCH|01>"));
-        QVERIFY(!unit.takeLeds().contains("a9"));
-        unit.act("menu in40 wait400 menu menu");
-        QCOMPARE(unit.header(), QByteArray("VIEW|160x160"));
-        QCOMPARE(unit.texts(ViewPage, 0, 1), QByteArray(""));
-    }
-
     void anIdleCycleDrawsNothing()
     {
         PanelUnit unit(40);
