@@ -140,6 +140,9 @@ int main(int argc, char **argv)
         return 1;
     }
     g_mxComm->start();
+    if (!g_mxComm->isRunning()) { // which Qt says; a unit that serves nothing is no use
+        return 1;
+    }
 
     const QMxUdp udp(turns, nullptr);
     const QMxTcp tcp(turns, nullptr);

@@ -4,6 +4,26 @@
 
 #include <QFile>
 #include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+/// Qt takes a file whose reading failed for an empty one, says nothing, and reads it again only when it is
+/// newer.
+bool wasMissed(const QSettings &file, const QByteArray &place)
+{
+    QFile again(QFile::decodeName(place));
+    const bool missed =
+        file.allKeys().isEmpty() && again.open(QIODevice::ReadOnly) && again.readAll().contains('=');
+    if (missed) {
+        ::utimensat(AT_FDCWD, place.constData(), nullptr, 0);
+    }
+    return missed;
+}
+} // namespace
 
 IniFile::IniFile(const char *devicePath)
     : QSettings(QFile::decodeName(MxSite::path(devicePath)), QSettings::IniFormat)
@@ -11,10 +31,69 @@ IniFile::IniFile(const char *devicePath)
 {
 }
 
-FileResult IniFile::synchronised(const char *what)
+FileResult IniFile::loaded()
 {
     // The one thing that Qt refuses without asking the system is a folder in the file's place.
     errno = EISDIR;
     sync();
-    return status() == AccessError ? fileFailure(what, m_devicePath) : FileResult{FileResult::Done, 0, {}};
+    if (wasMissed(*this, MxSite::path(m_devicePath))) {
+        errno = EIO;
+        return fileFailure("read", m_devicePath);
+    }
+    return status() == AccessError ? fileFailure("read", m_devicePath) : FileResult{FileResult::Done, 0, {}};
+}
+
+IniScratch::IniScratch(const char *devicePath)
+    : m_devicePath(devicePath)
+    , m_place(MxSite::path(devicePath))
+    , m_scratch(m_place + ".new") // "rm path.*" removes what an interrupted save has left of it
+{
+    if (::link(m_place.constData(), m_scratch.constData()) != 0 && errno != ENOENT) {
+        m_reason = errno == EPERM ? EISDIR : errno; // of a folder it says that
+    }
+}
+
+IniScratch::~IniScratch()
+{
+    ::unlink(m_scratch.constData());
+}
+
+IniUpdate::IniUpdate(const char *devicePath)
+    : IniScratch(devicePath)
+    , QSettings(QFile::decodeName(m_scratch), QSettings::IniFormat)
+{
+    if (m_reason == 0 && wasMissed(*this, m_place)) {
+        m_reason = EIO;
+    }
+}
+
+FileResult IniUpdate::saved()
+{
+    errno = m_reason;
+    if (m_reason == 0) {
+        sync();
+    }
+    if (m_reason == 0 && status() != AccessError) {
+        // Of a full disk Qt says nothing when what it wrote last did not fit.
+        errno = ENOSPC;
+        if (isWhole() && ::rename(m_scratch.constData(), m_place.constData()) == 0) {
+            return {FileResult::Done, 0, {}};
+        }
+    }
+    return fileFailure("write", m_devicePath);
+}
+
+/// Every key has a line, whatever is in its value.
+bool IniUpdate::isWhole() const
+{
+    QFile file(fileName());
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QByteArray text = file.readAll();
+    int keys = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        keys += !line.isEmpty() && !line.startsWith('[');
+    }
+    return text.endsWith('\n') && keys == allKeys().size();
 }

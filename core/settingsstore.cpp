@@ -11,6 +11,8 @@
 namespace
 {
 constexpr char SetupFile[] = "/home/app/config/setup.ini";
+/// A flash may fail to read once and not again; without its settings the unit would be one of two ports.
+constexpr int LoadTries = 3;
 constexpr int DefaultBaudrate = 115200;
 constexpr int Baudrates[] = {300,   600,   1200,  2400,  4800,   9600,  19200,
                              38400, 57600, 76800, 96000, 115200, 230400};
@@ -56,7 +58,7 @@ void loadInterface(MxShm &shm, const EthernetInterface &interface)
 void saveInterface(const MxShm &shm, const EthernetInterface &interface)
 {
     DeviceFiles::removeLeftovers(interface.file);
-    IniFile file(interface.file);
+    IniUpdate file(interface.file);
     file.beginGroup(QStringLiteral("IP"));
     for (int i = 0; i < 3; ++i) {
         const auto value = (shm.*interface.fields[i]).get();
@@ -65,9 +67,9 @@ void saveInterface(const MxShm &shm, const EthernetInterface &interface)
     file.endGroup();
     file.saved().report();
 }
-} // namespace
 
-void SettingsStore::load(MxShm &shm)
+/// False when the file could not be read.
+bool loadSetup(MxShm &shm)
 {
     IniFile file(SetupFile);
     shm.port = qBound<int>(MxMinPort, number(file, "system/port"), MxMaxPort);
@@ -79,7 +81,16 @@ void SettingsStore::load(MxShm &shm)
     shm.baudrate = acceptedBaudrate(number(file, "system/baudrate"));
     shm.images.set(formatted(file, "system/images", "default"));
     shm.language.set(formatted(file, "system/language", "en"));
-    file.loaded().report();
+    const FileResult result = file.loaded();
+    result.report();
+    return result.outcome != FileResult::Failed;
+}
+} // namespace
+
+void SettingsStore::load(MxShm &shm)
+{
+    for (int left = LoadTries; left > 0 && !loadSetup(shm); --left) {
+    }
     for (const EthernetInterface &interface : EthernetInterfaces) {
         loadInterface(shm, interface);
     }
@@ -89,7 +100,7 @@ void SettingsStore::save(const MxShm &shm)
 {
     DeviceFiles::removeLeftovers(SetupFile);
     {
-        IniFile file(SetupFile);
+        IniUpdate file(SetupFile);
         file.beginGroup(QStringLiteral("system"));
         file.setValue(QStringLiteral("beep"), int(shm.beep));
         file.setValue(QStringLiteral("backlight"), int(shm.backlight));
