@@ -51,6 +51,9 @@ ssize_t writeWhole(const FileDescriptor &file, const void *bytes, size_t size)
     return static_cast<ssize_t>(written);
 }
 
+/// Beyond any layout text that someone wrote.
+constexpr int MostText = 16 * 1024 * 1024;
+
 /// Reads until the buffer is full or the file ends. \return bytes read, or the result of the failed read
 ssize_t readWhole(const FileDescriptor &file, void *buf, size_t size)
 {
@@ -168,8 +171,12 @@ FileResult DeviceFiles::copy(const char *source, const char *target, bool trunca
     QByteArray text;
     char chunk[1024];
     ssize_t count = 0;
-    while ((count = readWhole(from, chunk, sizeof chunk)) > 0) {
+    while (text.size() < MostText && (count = readWhole(from, chunk, sizeof chunk)) > 0) {
         text.append(chunk, static_cast<int>(count));
+    }
+    if (text.size() >= MostText) {
+        errno = EFBIG;
+        count = -1;
     }
     if (count < 0) {
         return fileFailure("read", source);

@@ -15,7 +15,8 @@ FileResult read(const char *path, unsigned char *buf, int len);
 FileResult write(const char *path, const unsigned char *buf, int len);
 
 /// Copies `source`, once it was read whole, over the start of `target`, and flushes it as `write`
-/// does; each is created when missing. With `truncate` the target ends where the source does.
+/// does; each is created when missing. A source of 16 MiB or more fails. With `truncate` the target ends
+/// where the source does.
 FileResult copy(const char *source, const char *target, bool truncate);
 
 /// True when something of that name exists.

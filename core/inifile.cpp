@@ -11,17 +11,13 @@
 
 namespace
 {
-/// Qt takes a file whose reading failed for an empty one, says nothing, and reads it again only when it is
-/// newer.
-bool wasMissed(const QSettings &file, const QByteArray &place)
+/// Qt takes a file whose reading failed for an empty one and says nothing. A file in which it finds no key is
+/// read a second time, which Qt does only when it is newer.
+void readAgainIfEmpty(QSettings &file, const QByteArray &place)
 {
-    QFile again(QFile::decodeName(place));
-    const bool missed =
-        file.allKeys().isEmpty() && again.open(QIODevice::ReadOnly) && again.readAll().contains('=');
-    if (missed) {
-        ::utimensat(AT_FDCWD, place.constData(), nullptr, 0);
+    if (file.allKeys().isEmpty() && ::utimensat(AT_FDCWD, place.constData(), nullptr, 0) == 0) {
+        file.sync();
     }
-    return missed;
 }
 } // namespace
 
@@ -29,6 +25,7 @@ IniFile::IniFile(const char *devicePath)
     : QSettings(QFile::decodeName(MxSite::path(devicePath)), QSettings::IniFormat)
     , m_devicePath(devicePath)
 {
+    readAgainIfEmpty(*this, MxSite::path(devicePath));
 }
 
 FileResult IniFile::loaded()
@@ -36,10 +33,6 @@ FileResult IniFile::loaded()
     // The one thing that Qt refuses without asking the system is a folder in the file's place.
     errno = EISDIR;
     sync();
-    if (wasMissed(*this, MxSite::path(m_devicePath))) {
-        errno = EIO;
-        return fileFailure("read", m_devicePath);
-    }
     return status() == AccessError ? fileFailure("read", m_devicePath) : FileResult{FileResult::Done, 0, {}};
 }
 
@@ -62,9 +55,7 @@ IniUpdate::IniUpdate(const char *devicePath)
     : IniScratch(devicePath)
     , QSettings(QFile::decodeName(m_scratch), QSettings::IniFormat)
 {
-    if (m_reason == 0 && wasMissed(*this, m_place)) {
-        m_reason = EIO;
-    }
+    readAgainIfEmpty(*this, m_scratch);
 }
 
 FileResult IniUpdate::saved()

@@ -12,9 +12,11 @@ int MatrixLink::writeFlushed(const unsigned char *buf, int len) const
     return written;
 }
 
-bool MatrixLink::write(const void *buf, int len) const
+void MatrixLink::write(const void *buf, int len) const
 {
-    return !isOpen() || writeUart(m_port.get(), buf, len) == len;
+    if (isOpen()) {
+        writeUart(m_port.get(), buf, len);
+    }
 }
 
 int MatrixLink::read(void *buf, int len) const

@@ -11,13 +11,13 @@
 namespace
 {
 /// Sounds the buzzer for its lifetime when the setting asks for it. The setting is read once: a user who
-/// switches it off meanwhile must not leave the buzzer on. A frame that is sent again makes no sound.
+/// switches it off meanwhile must not leave the buzzer on.
 class Buzzer
 {
 public:
-    Buzzer(const MxShm &shm, const Gpio &gpio, bool isNew)
+    Buzzer(const MxShm &shm, const Gpio &gpio)
         : m_gpio(gpio)
-        , m_audible(isNew && shm.beep != 0)
+        , m_audible(shm.beep != 0)
     {
         set(1);
     }
@@ -70,11 +70,8 @@ bool MatrixSender::deliverSplice(quint32 now)
     }
     if (m_shm.splicePending.take()) {
         m_lastFrame = now;
-        const Buzzer buzzer(m_shm, m_gpio, !m_spliceFailed);
-        m_spliceFailed = !sendSplice();
-        if (m_spliceFailed) {
-            m_shm.splicePending.raise();
-        }
+        const Buzzer buzzer(m_shm, m_gpio);
+        sendSplice();
     }
     return true;
 }
@@ -87,19 +84,16 @@ void MatrixSender::deliverMap(quint32 now)
     m_lastComparison = now;
     m_idle = true;
     const int ports = portCount(m_shm);
-    const bool isNew = takeChangedMap(ports);
-    if (!isNew && !m_mapFailed) {
+    if (!takeChangedMap(ports)) {
         return;
     }
     m_lastFrame = now;
     m_idle = false;
     {
-        const Buzzer buzzer(m_shm, m_gpio, isNew);
+        const Buzzer buzzer(m_shm, m_gpio);
         m_gpio.write(GpioLine::Switching, 1);
-        m_mapFailed = !sendMap(ports);
-        if (isNew) {
-            SceneStore::save(m_shm, 0);
-        }
+        sendMap(ports);
+        SceneStore::save(m_shm, 0);
     }
     m_gpio.write(GpioLine::Switching, 0);
 }
@@ -113,20 +107,17 @@ bool MatrixSender::takeChangedMap(int ports)
     return !std::equal(m_newMap, m_newMap + ports, m_sentMap);
 }
 
-/// The board always receives a switch frame twice, back to back. False when it did not.
-bool MatrixSender::sendMap(int ports)
+/// The board always receives a switch frame twice, back to back.
+void MatrixSender::sendMap(int ports)
 {
     const SwitchFrame frame(m_newMap, ports);
+    m_link.writeFlushed(frame.bytes(), frame.size());
+    m_link.write(frame.bytes(), frame.size());
     std::copy(m_newMap, m_newMap + ports, m_sentMap);
-    const int written = m_link.writeFlushed(frame.bytes(), frame.size());
-    return m_link.write(frame.bytes(), frame.size()) && (written == frame.size() || !m_link.isOpen());
 }
 
-/// False when it did not leave whole.
-bool MatrixSender::sendSplice()
+void MatrixSender::sendSplice()
 {
     const SpliceFrame frame(m_shm);
-    return m_link.write(frame.header, SpliceFrame::HeaderSize) &&
-           m_link.write(frame.words, frame.wordsSize) &&
-           (m_link.writeFlushed(&SpliceFrame::endMark, 1) == 1 || !m_link.isOpen());
+    m_link.writeFlushed(frame.bytes(), frame.size());
 }

@@ -7,8 +7,7 @@ class MatrixLink;
 
 /// Brings the live map and pending splice words to the switching board. One instance, on the control thread,
 /// whose `step` is called on every pass. It compares the live map with what was last sent and sends the whole
-/// map when they differ, so changes made during a hold-off leave as one frame. What the link did not take
-/// whole is sent again after the same time.
+/// map when they differ, so changes made during a hold-off leave as one frame.
 class MatrixSender
 {
 public:
@@ -30,8 +29,8 @@ private:
     bool deliverSplice(quint32 now);
     void deliverMap(quint32 now);
     bool takeChangedMap(int ports);
-    bool sendMap(int ports);
-    bool sendSplice();
+    void sendMap(int ports);
+    void sendSplice();
 
     MxShm &m_shm;
     const MatrixLink &m_link;
@@ -40,7 +39,5 @@ private:
     quint16 m_newMap[1024] = {MxNoInput};  ///< one consistent copy of the live map
     quint32 m_lastFrame = 0;
     quint32 m_lastComparison = 0;
-    bool m_mapFailed = false;    ///< the link did not take it whole: it is sent again
-    bool m_spliceFailed = false; ///< the same of the splice
-    bool m_idle = false;         ///< false during the hold-off after a switch frame
+    bool m_idle = false; ///< false during the hold-off after a switch frame
 };

@@ -11,8 +11,6 @@
 namespace
 {
 constexpr char SetupFile[] = "/home/app/config/setup.ini";
-/// A flash may fail to read once and not again; without its settings the unit would be one of two ports.
-constexpr int LoadTries = 3;
 constexpr int DefaultBaudrate = 115200;
 constexpr int Baudrates[] = {300,   600,   1200,  2400,  4800,   9600,  19200,
                              38400, 57600, 76800, 96000, 115200, 230400};
@@ -67,9 +65,9 @@ void saveInterface(const MxShm &shm, const EthernetInterface &interface)
     file.endGroup();
     file.saved().report();
 }
+} // namespace
 
-/// False when the file could not be read.
-bool loadSetup(MxShm &shm)
+void SettingsStore::load(MxShm &shm)
 {
     IniFile file(SetupFile);
     shm.port = qBound<int>(MxMinPort, number(file, "system/port"), MxMaxPort);
@@ -81,16 +79,7 @@ bool loadSetup(MxShm &shm)
     shm.baudrate = acceptedBaudrate(number(file, "system/baudrate"));
     shm.images.set(formatted(file, "system/images", "default"));
     shm.language.set(formatted(file, "system/language", "en"));
-    const FileResult result = file.loaded();
-    result.report();
-    return result.outcome != FileResult::Failed;
-}
-} // namespace
-
-void SettingsStore::load(MxShm &shm)
-{
-    for (int left = LoadTries; left > 0 && !loadSetup(shm); --left) {
-    }
+    file.loaded().report();
     for (const EthernetInterface &interface : EthernetInterfaces) {
         loadInterface(shm, interface);
     }
