@@ -468,14 +468,18 @@ private:
         bench.observe();
         const bool right =
             shown && bench.hardware().board().switchFrames().front().inputs == std::vector<quint16>(Ports, 1);
-        if (!right || !routes(bench, false).isEmpty()) {
+        const bool listens = !(bench.product->output().contains("can't listen"));
+        if (!right || !listens || !routes(bench, false).isEmpty()) {
             ++m_wireless;
-            const QByteArray dead = right ? "a wire is dead. " : "the board is not up. ";
-            wrong += call == Call_open64 || call == Call_ioctl || call == Call_socket || call == Call_bind
-                         ? ""
-                         : dead;
+            const QByteArray dead = !listens ? "" : right ? "a wire is dead. " : "the board is not up. ";
+            constexpr int Known[] = {Call_open64, Call_ioctl,  Call_socket,
+                                     Call_bind,   Call_msgget, Call_pthread_create};
+            wrong += std::count(std::begin(Known), std::end(Known), call) > 0 ? "" : dead;
         }
-        return wrong + (bench.product->end(SIGTERM) == 0 ? "" : "did not end. ");
+        // Without the descriptor that signals come by, SIGTERM ends it at once.
+        const bool ended =
+            bench.product->end(SIGTERM) == 0 || (call == Call_signalfd && !bench.product->isRunning());
+        return wrong + (ended ? "" : "did not end. ");
     }
 
     int m_givenUp = 0;
