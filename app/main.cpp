@@ -16,6 +16,7 @@
 #include "stylesheet.h"
 #include "theme.h"
 #include "tickcount.h"
+#include "unitlock.h"
 
 #include <QDateTime>
 #include <csignal>
@@ -127,12 +128,21 @@ int main(int argc, char **argv)
         QApplication::quit();
     });
 
+    const UnitLock lock;
+    if (lock.isTaken()) {
+        std::fputs("mxcontrol: another one runs on this unit\n", stderr);
+        return 1;
+    }
+
     // Never deleted: the shared objects outlive the program, for the other processes on the board.
     g_mxComm = new QMxComm(true);
     if (g_mxConfig == nullptr) {
         return 1;
     }
     g_mxComm->start();
+    if (!g_mxComm->isRunning()) { // which Qt says; a unit that serves nothing is no use
+        return 1;
+    }
 
     const QMxUdp udp(turns, nullptr);
     const QMxTcp tcp(turns, nullptr);

@@ -44,7 +44,7 @@ void CaptionStore::save(const MxShm &shm)
 {
     DeviceFiles::removeLeftovers(CaptionFile);
     {
-        IniFile file(CaptionFile);
+        IniUpdate file(CaptionFile);
         file.beginGroup(QStringLiteral("caption"));
         for (int i = 0; i < portCount(shm); ++i) {
             saveOne(file, "input", i + 1, shm.inputCaption[i]);

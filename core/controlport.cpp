@@ -66,7 +66,6 @@ void ControlPort::feedFrame(quint8 byte)
 
 void ControlPort::send(const void *bytes, int size) const
 {
-    const auto ignored = ::write(m_port.get(), bytes, static_cast<size_t>(size));
-    Q_UNUSED(ignored)
+    writeUart(m_port.get(), bytes, size);
     ::fsync(m_port.get());
 }

@@ -40,12 +40,35 @@ ssize_t writeWhole(const FileDescriptor &file, const void *bytes, size_t size)
     while (written < size) {
         const auto *rest = static_cast<const char *>(bytes) + written;
         const ssize_t count = ::write(file.get(), rest, size - written);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
         if (count <= 0) {
             return written > 0 ? static_cast<ssize_t>(written) : count;
         }
         written += static_cast<size_t>(count);
     }
     return static_cast<ssize_t>(written);
+}
+
+/// Beyond any layout text that someone wrote.
+constexpr int MostText = 16 * 1024 * 1024;
+
+/// Reads until the buffer is full or the file ends. \return bytes read, or the result of the failed read
+ssize_t readWhole(const FileDescriptor &file, void *buf, size_t size)
+{
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t count = ::read(file.get(), static_cast<char *>(buf) + done, size - done);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return count < 0 ? count : static_cast<ssize_t>(done);
+        }
+        done += static_cast<size_t>(count);
+    }
+    return static_cast<ssize_t>(done);
 }
 
 /// The owner of a file lends itself the right to write that the file's mode keeps from it.
@@ -118,7 +141,7 @@ FileResult DeviceFiles::read(const char *path, unsigned char *buf, int len)
         }
         return result;
     }
-    const ssize_t count = ::read(file.get(), buf, size);
+    const ssize_t count = readWhole(file, buf, size);
     if (count < 0) {
         return fileFailure("read", path);
     }
@@ -144,21 +167,31 @@ FileResult DeviceFiles::copy(const char *source, const char *target, bool trunca
     if (from.get() < 0) {
         return notOpened(source);
     }
+    // All of it first: what cannot be read must not leave half of it in the target.
+    QByteArray text;
+    char chunk[1024];
+    ssize_t count = 0;
+    while (text.size() < MostText && (count = readWhole(from, chunk, sizeof chunk)) > 0) {
+        text.append(chunk, static_cast<int>(count));
+    }
+    if (text.size() >= MostText) {
+        errno = EFBIG;
+        count = -1;
+    }
+    if (count < 0) {
+        return fileFailure("read", source);
+    }
     const bool isNew = !exists(target);
-    const FileDescriptor to = openLayoutText(target, O_RDWR | O_CREAT | (truncate ? O_TRUNC : 0));
+    const FileDescriptor to = openLayoutText(target, O_RDWR | O_CREAT);
     if (to.get() < 0) {
         return fileFailure("write", target);
     }
-    char chunk[1024];
-    int copied = 0;
-    ssize_t count = 0;
-    while ((count = ::read(from.get(), chunk, sizeof chunk)) > 0) {
-        if (writeWhole(to, chunk, static_cast<size_t>(count)) != count) {
-            return fileFailure("write", target, copied);
-        }
-        copied += static_cast<int>(count);
+    const auto written = static_cast<int>(writeWhole(to, text.constData(), static_cast<size_t>(text.size())));
+    // The old end goes last: what fails must not leave the target empty.
+    if (written != text.size() || (truncate && ::ftruncate(to.get(), written) != 0)) {
+        return fileFailure("write", target, written);
     }
-    return count == 0 ? flushed(to, target, copied, isNew) : fileFailure("read", source, copied);
+    return flushed(to, target, written, isNew);
 }
 
 bool DeviceFiles::exists(const char *path)

@@ -6,7 +6,7 @@
 /// Any thread; no lock.
 namespace DeviceFiles
 {
-/// Reads at most `len` bytes with one read. What a missing or short file does not fill becomes zero; a file
+/// Reads at most `len` bytes. What a missing or short file does not fill becomes zero; a file
 /// that could not be read leaves `buf` alone. One that cannot be opened prints "read err\r".
 FileResult read(const char *path, unsigned char *buf, int len);
 
@@ -14,9 +14,9 @@ FileResult read(const char *path, unsigned char *buf, int len);
 /// flushes it to the device: what was written outlives a power cut, and so does the file's name.
 FileResult write(const char *path, const unsigned char *buf, int len);
 
-/// Copies `source` over the start of `target`, 1024 bytes at a time, and flushes it as `write` does;
-/// each is created when missing. With `truncate` the target is emptied first, but never for a source that
-/// could not be opened.
+/// Copies `source`, once it was read whole, over the start of `target`, and flushes it as `write`
+/// does; each is created when missing. A source of 16 MiB or more fails. With `truncate` the target ends
+/// where the source does.
 FileResult copy(const char *source, const char *target, bool truncate);
 
 /// True when something of that name exists.

@@ -18,17 +18,20 @@ SwitchFrame::SwitchFrame(const quint16 *inputs, int ports)
     m_size = static_cast<int>(next - m_bytes);
 }
 
-const unsigned char SpliceFrame::endMark = 0x00;
-
 SpliceFrame::SpliceFrame(const MxShm &shm)
-    : wordsSize(4 * portCount(shm))
 {
-    const int total = HeaderSize + wordsSize + 1;
-    const unsigned char start[HeaderSize] = {
-        0xEB, 0x90, static_cast<unsigned char>(total >> 8), static_cast<unsigned char>(total & 0xFF),
+    const int ports = portCount(shm);
+    m_size = 6 + 4 * ports + 1;
+    const unsigned char header[] = {
+        0xEB, 0x90, static_cast<unsigned char>(m_size >> 8), static_cast<unsigned char>(m_size & 0xFF),
         0x00, 0x31};
-    std::memcpy(header, start, sizeof header);
-    for (int o = 0; o < wordsSize / 4; ++o) {
-        words[o] = shm.spliceData[o];
+    std::memcpy(m_bytes, header, sizeof header);
+    unsigned char *next = m_bytes + sizeof header;
+    for (int o = 0; o < ports; ++o) {
+        const quint32 word = shm.spliceData[o];
+        for (int shift = 0; shift < 32; shift += 8) {
+            *next++ = static_cast<unsigned char>(word >> shift);
+        }
     }
+    *next = 0x00;
 }

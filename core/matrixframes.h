@@ -33,13 +33,18 @@ private:
 ///   4         2       00 31
 ///   6         4 * n   one little-endian word per output
 ///   6 + 4n    1       00
-/// It leaves in three writes: header, words, end mark.
-struct SpliceFrame {
-    static constexpr int HeaderSize = 6;
-    unsigned char header[HeaderSize];
-    quint32 words[MxMaxPort];
-    int wordsSize; ///< bytes of `words` in use
-    static const unsigned char endMark;
+/// One write takes all of it: of a write that fails the board sees nothing, rather than a header that waits
+/// for the words of whatever comes next.
+class SpliceFrame
+{
+public:
+    static constexpr int MaxSize = 6 + 4 * MxMaxPort + 1;
 
     explicit SpliceFrame(const MxShm &shm);
+    const unsigned char *bytes() const { return m_bytes; }
+    int size() const { return m_size; }
+
+private:
+    unsigned char m_bytes[MaxSize];
+    int m_size;
 };

@@ -1,22 +1,21 @@
 #include "matrixlink.h"
 
-#include <QtGlobal>
+#include "uart.h"
 
 int MatrixLink::writeFlushed(const unsigned char *buf, int len) const
 {
-    if (m_port.get() <= 0) {
+    if (!isOpen()) {
         return m_port.get();
     }
-    const auto written = ::write(m_port.get(), buf, static_cast<size_t>(len));
+    const int written = writeUart(m_port.get(), buf, len);
     ::fsync(m_port.get());
-    return static_cast<int>(written);
+    return written;
 }
 
 void MatrixLink::write(const void *buf, int len) const
 {
-    if (m_port.get() > 0) {
-        const auto ignored = ::write(m_port.get(), buf, static_cast<size_t>(len));
-        Q_UNUSED(ignored)
+    if (isOpen()) {
+        writeUart(m_port.get(), buf, len);
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include "filedescriptor.h"
 
-/// The serial link to the switching board. A descriptor of 0 or below counts as not open. `open` before any
-/// thread uses it; the others on any thread, where each frame is one write call.
+/// The serial link to the switching board. A descriptor of 0 or below counts as not open. `adopt` before any
+/// thread uses it; the others on any thread, where each frame is one write call unless the link takes only a
+/// part.
 class MatrixLink
 {
 public:
@@ -18,5 +19,7 @@ public:
     int read(void *buf, int len) const;
 
 private:
+    bool isOpen() const { return m_port.get() > 0; }
+
     FileDescriptor m_port;
 };

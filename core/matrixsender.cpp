@@ -45,6 +45,13 @@ MatrixSender::MatrixSender(MxShm &shm, const MatrixLink &link, const Gpio &gpio)
 {
 }
 
+void MatrixSender::keepBoard()
+{
+    for (int o = 0; o < portCount(m_shm); ++o) {
+        m_sentMap[o] = m_shm.map[o];
+    }
+}
+
 void MatrixSender::step(quint32 now)
 {
     if (deliverSplice(now)) {
@@ -112,7 +119,5 @@ void MatrixSender::sendMap(int ports)
 void MatrixSender::sendSplice()
 {
     const SpliceFrame frame(m_shm);
-    m_link.write(frame.header, SpliceFrame::HeaderSize);
-    m_link.write(frame.words, frame.wordsSize);
-    m_link.writeFlushed(&SpliceFrame::endMark, 1);
+    m_link.writeFlushed(frame.bytes(), frame.size());
 }

@@ -18,6 +18,10 @@ public:
 
     MatrixSender(MxShm &shm, const MatrixLink &link, const Gpio &gpio);
 
+    /// Nothing is sent, nor stored, until the live map changes: the stored routing could not be read, and the
+    /// board may still show it. Before the first `step`.
+    void keepBoard();
+
     /// `now` in milliseconds, of a counter that may wrap.
     void step(quint32 now);
 

@@ -24,6 +24,9 @@ namespace
 /// How long the lines of one control port hold up the other port, the sender and the queues: so long, or for
 /// the one line that takes longer.
 constexpr quint32 TurnMs = 50;
+
+/// A flash may fail to read once and not again.
+constexpr int LoadTries = 3;
 } // namespace
 
 QMxComm::QMxComm(bool create, SceneStore::Pause pause)
@@ -72,7 +75,9 @@ void QMxComm::loadState()
     LoadConfig();
     m_backlight.showLevel();
     LoadCaption();
-    LoadScene();
+    for (int left = LoadTries; left > 0 && !m_mapLoaded; --left) {
+        m_mapLoaded = SceneStore::load(*g_mxConfig);
+    }
 }
 
 void QMxComm::openLinks()
@@ -81,6 +86,9 @@ void QMxComm::openLinks()
     MxShm &shm = *g_mxConfig;
     m_parts.reset(new ControlParts{
         {shm, m_matrix, m_gpio}, {m_matrix, m_shared.requestQueue(), m_shared.replyQueue()}, {}});
+    if (!m_mapLoaded) {
+        m_parts->sender.keepBoard();
+    }
     m_matrix.adopt(MxUartOpen("/dev/ttymxc2", 115200));
     for (const char *device : ControlDevices) {
         ControlPort &port = m_parts->ports.emplace_back(shm, m_matrix, interpreter);

@@ -121,6 +121,7 @@ private:
     void pollControlPorts();
     void runLines(ControlPort &port);
 
+    bool m_mapLoaded = false; ///< or there was none
     std::atomic<bool> m_stop{false};
     std::atomic<bool> m_ended{false}; ///< set by the control loop as the last thing it does
     MatrixLink m_matrix;

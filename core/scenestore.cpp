@@ -77,11 +77,13 @@ bool SceneStore::offered(const MxShm &shm, int n)
     return n >= 0 && n <= sceneCount(shm);
 }
 
-void SceneStore::load(MxShm &shm)
+bool SceneStore::load(MxShm &shm)
 {
-    for (int n = 0; n <= sceneCount(shm); ++n) {
+    const bool isLiveMapKnown = readTable(mapFile(0), shm.sceneMap[0], portCount(shm));
+    for (int n = 1; n <= sceneCount(shm); ++n) {
         readTable(mapFile(n), shm.sceneMap[n], portCount(shm));
     }
+    return isLiveMapKnown;
 }
 
 void SceneStore::save(MxShm &shm, int n)

@@ -14,8 +14,8 @@ namespace SceneStore
 bool offered(const MxShm &shm, int n);
 
 /// Reads every scene file into its slot, the live map among them. A missing file leaves the slot all zero,
-/// one that could not be read leaves it as it is.
-void load(MxShm &shm);
+/// one that could not be read leaves it as it is. \return false when that was the live map's
+bool load(MxShm &shm);
 
 /// Stores the live map as scene `n`, with its splice; for `n` 0 only the live map's own file is written.
 void save(MxShm &shm, int n);

@@ -56,7 +56,7 @@ void loadInterface(MxShm &shm, const EthernetInterface &interface)
 void saveInterface(const MxShm &shm, const EthernetInterface &interface)
 {
     DeviceFiles::removeLeftovers(interface.file);
-    IniFile file(interface.file);
+    IniUpdate file(interface.file);
     file.beginGroup(QStringLiteral("IP"));
     for (int i = 0; i < 3; ++i) {
         const auto value = (shm.*interface.fields[i]).get();
@@ -89,7 +89,7 @@ void SettingsStore::save(const MxShm &shm)
 {
     DeviceFiles::removeLeftovers(SetupFile);
     {
-        IniFile file(SetupFile);
+        IniUpdate file(SetupFile);
         file.beginGroup(QStringLiteral("system"));
         file.setValue(QStringLiteral("beep"), int(shm.beep));
         file.setValue(QStringLiteral("backlight"), int(shm.backlight));

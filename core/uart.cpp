@@ -2,11 +2,27 @@
 
 #include "mxsite.h"
 
+#include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <termios.h>
+#include <unistd.h>
 
 namespace
 {
+/// Longer than a full driver's buffer needs for some room at any usual speed.
+constexpr int RoomMs = 100;
+
+bool hasRoom(int fd)
+{
+    pollfd room{fd, POLLOUT, 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&room, 1, RoomMs);
+    } while (ready < 0 && errno == EINTR);
+    return ready == 1;
+}
+
 struct Speed {
     int baud;
     speed_t constant;
@@ -48,4 +64,19 @@ void configureUart(int fd, unsigned inputFlags, int baud)
     ::cfsetispeed(&attributes, speedOf(baud));
     ::cfsetospeed(&attributes, speedOf(baud));
     ::tcsetattr(fd, TCSANOW, &attributes);
+}
+
+int writeUart(int fd, const void *bytes, int size)
+{
+    int written = 0;
+    while (written < size) {
+        const auto *rest = static_cast<const char *>(bytes) + written;
+        const ssize_t count = ::write(fd, rest, static_cast<size_t>(size - written));
+        if (count > 0) {
+            written += static_cast<int>(count);
+        } else if (count == 0 || (errno != EINTR && (errno != EAGAIN || written == 0 || !hasRoom(fd)))) {
+            return written > 0 ? written : static_cast<int>(count);
+        }
+    }
+    return written;
 }

@@ -8,3 +8,7 @@ int openUart(const char *path, int baud);
 
 /// Makes an open serial device raw at `baud`, as `openUart` does; `inputFlags` are its input modes.
 void configureUart(int fd, unsigned inputFlags, int baud);
+
+/// Writes to an open serial device. Does not wait for one that takes nothing; but what is begun is finished,
+/// as long as some of it goes every 100 ms. \return bytes written, or the result of the failed write
+int writeUart(int fd, const void *bytes, int size);

@@ -7,6 +7,7 @@
 #include <QHostAddress>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 
@@ -30,7 +31,10 @@ QMxTcp::QMxTcp(ClientTurns &turns, QObject *parent)
     m_server.pauseAccepting();
     // Qt lets 50 connections wait; in a burst, those beyond would lose a second.
     ::listen(static_cast<int>(m_server.socketDescriptor()), SOMAXCONN);
-    m_poll.add(static_cast<int>(m_server.socketDescriptor()), *this, EPOLLIN);
+    if (!m_poll.add(static_cast<int>(m_server.socketDescriptor()), *this, EPOLLIN)) {
+        std::printf("can't listen on TCP port %d: %s\n", MxSite::tcpPort(), std::strerror(errno));
+        m_server.close();
+    }
 }
 
 void QMxTcp::onReady(std::uint32_t)
@@ -54,6 +58,10 @@ bool QMxTcp::acceptClient()
         return false;
     }
     auto *client = new TcpClient(descriptor, m_poll, m_turns, this);
+    if (!client->isServed()) {
+        delete client; // which the other end sees
+        return true;
+    }
     connect(client, &QObject::destroyed, this, &QMxTcp::resumeAccepting);
     const bool last = DescriptorLimit::reachesReserve(descriptor);
     if (last) {

@@ -9,12 +9,12 @@ namespace
 /// ready.
 constexpr int Round = 64;
 
-void control(int poll, int operation, int descriptor, SocketPoll::Socket &socket, std::uint32_t events)
+bool control(int poll, int operation, int descriptor, SocketPoll::Socket &socket, std::uint32_t events)
 {
     epoll_event event{};
     event.events = events;
     event.data.ptr = &socket;
-    ::epoll_ctl(poll, operation, descriptor, &event);
+    return ::epoll_ctl(poll, operation, descriptor, &event) == 0;
 }
 } // namespace
 
@@ -26,9 +26,9 @@ SocketPoll::SocketPoll(QObject *parent)
     connect(notifier, &QSocketNotifier::activated, this, &SocketPoll::onActivated);
 }
 
-void SocketPoll::add(int descriptor, Socket &socket, std::uint32_t events)
+bool SocketPoll::add(int descriptor, Socket &socket, std::uint32_t events)
 {
-    control(m_poll.get(), EPOLL_CTL_ADD, descriptor, socket, events);
+    return control(m_poll.get(), EPOLL_CTL_ADD, descriptor, socket, events);
 }
 
 void SocketPoll::change(int descriptor, Socket &socket, std::uint32_t events)

@@ -23,8 +23,8 @@ public:
 
     explicit SocketPoll(QObject *parent);
 
-    /// Begins to wait for `events` of epoll, until `remove`.
-    void add(int descriptor, Socket &socket, std::uint32_t events);
+    /// Begins to wait for `events` of epoll, until `remove`. \return false when the system has no room for it
+    bool add(int descriptor, Socket &socket, std::uint32_t events);
     /// Waits for others from now on.
     void change(int descriptor, Socket &socket, std::uint32_t events);
     /// To be called before the descriptor is closed: for a moment a child process may hold a copy of it, with

@@ -31,7 +31,7 @@ TcpClient::TcpClient(int descriptor, SocketPoll &poll, ClientTurns &turns, QObje
     setOption(descriptor, IPPROTO_TCP, TCP_NODELAY);
     // A client that has lost its power never says so.
     setOption(descriptor, SOL_SOCKET, SO_KEEPALIVE);
-    m_poll.add(descriptor, *this, m_events);
+    m_isServed = m_poll.add(descriptor, *this, m_events);
 }
 
 void TcpClient::onReady(std::uint32_t events)

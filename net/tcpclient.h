@@ -19,6 +19,9 @@ public:
     /// Owns `descriptor`, which does not block. The object deletes itself when the connection has ended.
     TcpClient(int descriptor, SocketPoll &poll, ClientTurns &turns, QObject *parent);
 
+    /// False when the system has no room to wait for it: nothing but to be deleted.
+    bool isServed() const { return m_isServed; }
+
     /// Takes what has come. It may be the end of this object.
     void read();
 
@@ -38,6 +41,7 @@ private:
     std::uint32_t wantedEvents() const;
 
     SocketPoll &m_poll;
+    bool m_isServed = false;
     FileDescriptor m_socket;
     QBasicTimer m_silence;
     QByteArray m_unsent;

@@ -45,8 +45,8 @@ void *thread_lcd(void *)
     while (run) {
         heart.beat();
         // Lowered before the memory is read: what changes meanwhile raises it again.
-        if (nLcdBufferChanged.exchange(0, std::memory_order_acquire)) {
-            lcd_refresh();
+        if (nLcdBufferChanged.exchange(0, std::memory_order_acquire) && !lcd_refresh()) {
+            nLcdBufferChanged = 1; // once more, when something is drawn or after a second
         }
         lcd_await();
     }

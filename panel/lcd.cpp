@@ -30,7 +30,7 @@ constexpr std::uint8_t NoScroll = 0x40;
 int fd_spi_dev = -1;
 
 template <typename Bytes>
-void transfer(const Bytes &bytes)
+bool transfer(const Bytes &bytes)
 {
     spi_ioc_transfer segment{};
     segment.tx_buf = reinterpret_cast<std::uintptr_t>(bytes.data());
@@ -38,14 +38,15 @@ void transfer(const Bytes &bytes)
     segment.speed_hz = speed;
     segment.bits_per_word = bits;
     segment.delay_usecs = InstructionUs;
-    ::ioctl(fd_spi_dev, SPI_IOC_MESSAGE(1), &segment);
+    return ::ioctl(fd_spi_dev, SPI_IOC_MESSAGE(1), &segment) >= 0;
 }
 
 template <typename Bytes>
-void instruct(const Bytes &bytes)
+bool instruct(const Bytes &bytes)
 {
-    transfer(bytes);
+    const bool done = transfer(bytes);
     ::usleep(InstructionUs);
+    return done;
 }
 
 void setLight(int level)
@@ -82,14 +83,16 @@ void lcd_setUp()
     instruct(LcdFrame::instruction(NoScroll));
 }
 
-void lcd_refresh()
+bool lcd_refresh()
 {
     LcdFrame::Rows rows;
     LcdFrame::pack(pLcdBuffer, rows);
     for (int line = 0; line < LcdFrame::Lines; ++line) {
-        instruct(LcdFrame::address(line));
-        transfer(LcdFrame::data(rows, line));
+        if (!instruct(LcdFrame::address(line)) || !transfer(LcdFrame::data(rows, line))) {
+            return false;
+        }
     }
+    return true;
 }
 
 void lcd_on()

@@ -12,8 +12,8 @@ void lcd_close();
 /// Resets the controller and sets it up for graphics, in 20 ms.
 void lcd_setUp();
 
-/// Sends the frame memory to the controller, all of it.
-void lcd_refresh();
+/// Sends the frame memory to the controller. \return whether all of it went
+bool lcd_refresh();
 
 /// The light, both of its lines. Any thread.
 void lcd_on();

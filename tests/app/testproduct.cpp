@@ -6,7 +6,6 @@
 #include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
-#include "tickcount.h"
 
 #include <QHostAddress>
 #include <QRegularExpression>
@@ -53,31 +52,6 @@ private slots:
         const int frames = int(unit.hardware().board().switchFrames().size());
         QVERIFY(unit.rises(8) == frames && unit.rises(4) == frames && unit.rises(0) == 1);
         QVERIFY(unit.hardware().gpio().level(4) == 0 && unit.hardware().gpio().level(8) == 0);
-        QCOMPARE(unit.faults(), QByteArray());
-    }
-
-    void theRoutingIsBackAfterAnyEnd()
-    {
-        TestUnit unit(4, Panel);
-        size_t frames = 0;
-        for (const int signal : {SIGTERM, SIGKILL, SIGTERM}) {
-            Product product;
-            QVERIFY(unit.hardware().waitFor(
-                [&] { return unit.hardware().board().switchFrames().size() > frames; }, 10000));
-            if (frames == 0) {
-                QCOMPARE(unit.talk(Wire::Control0, "4x1."), QByteArray("OK."));
-            }
-            QVERIFY(unit.boardShows({4, 1, 1, 1}));
-            QVERIFY(runUntil([&] { return unit.fileContent("/home/app/data/scene0").startsWith('\3'); }));
-            QCOMPARE(product.end(signal), signal == SIGKILL ? -1 : 0);
-            // The shared objects outlive the program.
-            QVERIFY(shmget(MxSite::segmentKey(), 0, 0) >= 0);
-            // The board wants its pause also between two programs.
-            const std::vector<sim::SwitchFrame> all = unit.hardware().board().switchFrames();
-            frames = all.size();
-            const auto last = static_cast<quint32>(all.back().timeUs / 1000);
-            QVERIFY(runUntil([&] { return ticksBetween(last, GetTickCount()) > 600; }));
-        }
         QCOMPARE(unit.faults(), QByteArray());
     }
 

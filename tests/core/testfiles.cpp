@@ -68,22 +68,6 @@ private slots:
         QCOMPARE(m_unit->fileContent("/home/copy").size(), 2500);
     }
 
-    /// The record keeps what it has, and nothing is handed to the board.
-    void whatCannotBeReadIsNotZero()
-    {
-        for (const char *file : {"/home/app/data/scene3", "/home/app/data/splice3.ini"}) {
-            m_unit->writeFile(file, QByteArray(32, '\5'));
-        }
-        m_shm->sceneMap[3][7] = 7;
-        m_shm->spliceData[7] = 7;
-        const Limit noneLeft(RLIMIT_NOFILE, 0);
-        SceneStore::load(*m_shm);
-        SceneStore::loadSplice(*m_shm, 3);
-        QCOMPARE(int(m_shm->sceneMap[3][7]), 7);
-        QCOMPARE(quint32(m_shm->spliceData[7]), 7U);
-        QVERIFY(!m_shm->splicePending.raised());
-    }
-
     /// The mode of a saved layout text lets its owner only read it, as it does root without its capabilities.
     /// The owner writes it again all the same; nobody else does.
     void layoutTextsOfAUserThatIsNotRoot()

@@ -144,13 +144,6 @@ private slots:
         QVERIFY(timesUs[1] - timesUs[0] >= 10000);
     }
 
-    void clockOfTheLibrary()
-    {
-        const std::uint32_t start = GUI_X_GetTime();
-        GUI_X_Delay(20);
-        QVERIFY(GUI_X_GetTime() - start >= 20);
-    }
-
     void missingDevices()
     {
         // Without GPIO the panel runs, although the LCD then stays in its reset.

@@ -79,8 +79,7 @@ private slots:
         // Longer than a sector, and written in place.
         addRow("splice", "scene", words, words + 4 * MxMaxPort, "mixture ");
         row("layout", "layout", size_t(0), size_t(0), "/home/www/splice/splice3.txt", "mixture ");
-        row("layout recalled", "recall", size_t(0), size_t(0), "/home/www/splice/splice.txt",
-            "empty mixture ");
+        row("layout recalled", "recall", size_t(0), size_t(0), "/home/www/splice/splice.txt", "mixture ");
         addRow("plain QSettings", "qsettings", offsetof(MxShm, inputCaption), offsetof(MxShm, map),
                "late empty ");
         addRow("truncate and write", "truncate", offsetof(MxShm, inputCaption), offsetof(MxShm, map),

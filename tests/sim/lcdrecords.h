@@ -19,12 +19,6 @@ inline QByteArray lcdRecord(unsigned long request, const QByteArray &payload, in
     return bytesOf(IoctlRecord{size, uint32_t(request), 1, timeUs}) + payload;
 }
 
-/// The request on the GPIO device that takes it out of reset.
-inline QByteArray lcdOutOfReset()
-{
-    return lcdRecord(1, {});
-}
-
 /// A transfer that leaves the LCD the time that it needs.
 inline spi_ioc_transfer lcdTransfer()
 {

@@ -10,7 +10,9 @@ constexpr int DeadlineMs = 20000;
 Product::Product(bool awaitStart, const QString &platform, const QString &output, const QByteArray &option)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(INTERPOSER));
+    // Behind what a test has chosen for it.
+    const QString preload = environment.value(QStringLiteral("LD_PRELOAD"));
+    environment.insert(QStringLiteral("LD_PRELOAD"), preload + QStringLiteral(" " INTERPOSER));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
     environment.remove(QStringLiteral("QT_NO_GLIB")); // it chooses its event loop itself
     // What a frame buffer's platform does besides to the machine that runs it.
@@ -36,10 +38,12 @@ Product::~Product()
 
 bool Product::await(const QByteArray &text)
 {
-    return runUntil([&] {
+    runUntil([&] {
+        const bool runs = isRunning();
         m_output += m_process.readAllStandardOutput();
-        return m_output.contains(text);
+        return m_output.contains(text) || !runs;
     });
+    return m_output.contains(text);
 }
 
 int Product::end(int signal)

@@ -15,7 +15,7 @@ public:
     /// Kills it if it still runs.
     ~Product();
 
-    /// Waits until it has printed this. \return whether it has
+    /// Waits until it has printed this, or has ended. \return whether it has
     bool await(const QByteArray &text);
 
     /// Sends the signal and waits for the end. \return the exit code, -1 when it did not end properly
@@ -23,6 +23,7 @@ public:
     /// Waits for the end. \return as `end`
     int finish();
 
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     qint64 processId() const { return m_process.processId(); }
     QByteArray output() const { return m_output; }
     QByteArray errors() { return m_process.readAllStandardError(); }
