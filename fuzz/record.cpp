@@ -24,7 +24,6 @@ struct Board {
     explicit Board(MxShm &record)
         : sender(record, link, gpio)
     {
-        link.adopt(sent);
     }
 
     const int sent = ::memfd_create("sent", MFD_CLOEXEC);
@@ -81,6 +80,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     MxShm &record = newRecord(2 + input.below(20), 10);
     disturb(record, input);
     Board board(record);
+    board.link.adopt(board.sent);
     std::unique_ptr<QWidget> page(makePage(input.below(4)));
     page->setFixedSize(1024, 505);
     page->show();

@@ -19,6 +19,8 @@ std::unique_ptr<MxShm> untouched()
 {
     auto shm = std::make_unique<MxShm>();
     std::memset(static_cast<void *>(shm.get()), 0x5A, sizeof(MxShm));
+    shm->images.set({});
+    shm->language.set({});
     return shm;
 }
 
@@ -47,9 +49,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     SettingsStore::load(*shm);
     require(shm->port >= 2 && shm->port <= 160 && shm->scene >= 10 && shm->scene <= 40);
     require(std::count(std::begin(Baudrates), std::end(Baudrates), shm->baudrate) == 1);
-    for (const char first : {shm->images.get().text[0], shm->language.get().text[0]}) {
-        require(first != '\0' && first != '\x5A');
-    }
+    require(shm->images.get().text[0] != '\0' && shm->language.get().text[0] != '\0');
     require(shm->uptime == untouched()->uptime);
     for (const auto &[from, to] : {std::pair(offsetof(MxShm, reserved1), offsetof(MxShm, eth0Address)),
                                    {offsetof(MxShm, reserved2), sizeof(MxShm)}}) {
