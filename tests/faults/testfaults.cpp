@@ -455,13 +455,16 @@ private:
         bench.observe();
         const bool right =
             shown && bench.hardware().board().switchFrames().front().inputs == std::vector<quint16>(Ports, 1);
-        const bool listens = !(bench.product->output().contains("can't listen"));
-        if (!right || !listens || !routes(bench, false).isEmpty()) {
+        // A frame that the board did not get is not sent again; the next one has the whole routing.
+        QByteArray dead = right || call == Call_write ? "" : "the board is not up. ";
+        const bool saysSo = bench.product->output().contains("can't ");
+        dead += saysSo ? "" : routes(bench, false);
+        if (!right || saysSo || !dead.isEmpty()) {
             ++m_wireless;
-            const QByteArray dead = !listens ? "" : right ? "a wire is dead. " : "the board is not up. ";
             constexpr int Known[] = {Call_open64, Call_ioctl,  Call_socket,
                                      Call_bind,   Call_msgget, Call_pthread_create};
-            wrong += std::count(std::begin(Known), std::end(Known), call) > 0 ? "" : dead;
+            const bool isKnown = std::count(std::begin(Known), std::end(Known), call) > 0;
+            wrong += saysSo || isKnown ? "" : dead;
         }
         // Without the descriptor that signals come by, SIGTERM ends it at once.
         const bool ended =
@@ -504,6 +507,7 @@ private:
         const QByteArray faults = bench.newFaults();
         if (call == Call_write && faults.startsWith("board")) {
             ++tally.cut;
+            wrong.replace("not routed. ", ""); // the next frame has the whole routing
         } else {
             wrong += faults;
         }
