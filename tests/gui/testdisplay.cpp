@@ -28,13 +28,6 @@ constexpr GUI_FontBand<9> Bands[] = {
 
 const GUI_Font WideFont = GUI_FontPictures<Bands>::Font;
 
-void TestDisplay::forget()
-{
-    damage = {0, 0, -1, -1};
-    paints = {};
-    mostPaints = 0;
-}
-
 bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
 {
     return !isDamaged() || (isWithin(rect, damage.x0, damage.y0) && isWithin(rect, damage.x1, damage.y1));
@@ -50,7 +43,6 @@ void TestDisplay::put(int x, int y, int index)
                                     std::max(damage.y1, y)}
                          : GUI_Rect{x, y, x, y};
     dots[y][x] = index & 1;
-    mostPaints = std::max<int>(mostPaints, ++paints[y][x]);
 }
 
 void start(int width, int height)
@@ -66,13 +58,6 @@ void paintAnew()
 {
     display.forget();
     WM_Exec();
-}
-
-Dots repainted()
-{
-    WM_DeleteWindow(WM_CreateWindow(0, 0, display.width, display.height, 0, WM_VISIBLE, nullptr));
-    WM_Exec();
-    return display.dots;
 }
 
 QByteArray difference(const Dots &actual, const Dots &expected)

@@ -13,8 +13,6 @@ using Dots = std::array<std::array<unsigned char, 200>, 64>;
 /// The display that the tests' port drives. Dots that are drawn outside of it are counted instead.
 struct TestDisplay {
     Dots dots{};
-    Dots paints{}; ///< how often each dot was drawn since `forget`
-    int mostPaints = 0;
     GUI_Rect damage{0, 0, -1, -1};
     int outside = 0;
     int width = 128;
@@ -23,7 +21,7 @@ struct TestDisplay {
     std::uint32_t now = 0;
 
     /// Damage begins anew.
-    void forget();
+    void forget() { damage = {0, 0, -1, -1}; }
     bool isDamaged() const { return damage.x1 >= damage.x0; }
     bool isDamageWithin(const GUI_Rect &rect) const;
     void put(int x, int y, int index);
@@ -34,8 +32,6 @@ extern TestDisplay display;
 void start(int width = 128, int height = 64);
 /// Paints, and forgets what was damaged before.
 void paintAnew();
-/// Dots as they are when all that is visible is painted anew.
-Dots repainted();
 
 /// The first dot that differs, empty when none does.
 QByteArray difference(const Dots &actual, const Dots &expected);
@@ -73,12 +69,4 @@ bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_F
     do {                                                                                                     \
         WM_Exec();                                                                                           \
         COMPARE_DOTS(display.dots, dotsWhere([&](int x, int y) { return __VA_ARGS__; }));                    \
-    } while (false)
-
-/// What is shown, once what is invalid has been painted, is what painting all of it anew shows.
-#define COMPARE_REPAINTED()                                                                                  \
-    do {                                                                                                     \
-        WM_Exec();                                                                                           \
-        const Dots shown = display.dots;                                                                     \
-        COMPARE_DOTS(shown, repainted());                                                                    \
     } while (false)
