@@ -1,32 +1,10 @@
 #include "testdisplay.h"
 
-#include "fontpictures.h"
 #include "hooks.h"
 
 #include <algorithm>
 
 TestDisplay display;
-
-namespace
-{
-// clang-format off
-constexpr GUI_FontBand<9> Bands[] = {
-    { '{', {
-        ".... .. ##########. ..... #####..",
-        ".... #. #........#. ..... #...#..",
-        ".... #. #.###....#. ..... #...#..",
-        ".... #. #.#......#. .#... #...#..",
-        ".... #. #.##...###. .##.. #...#..",
-        ".... #. #.#....#... ..#.. #...#..",
-        ".... #. #......#.#. ..... #...#..",
-        ".... #. ########.#. ..... #####..",
-        ".... .. ........... ..... .......",
-    } },
-};
-// clang-format on
-} // namespace
-
-const GUI_Font WideFont = GUI_FontPictures<Bands>::Font;
 
 bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
 {

@@ -51,8 +51,6 @@ Dots dotsWhere(Rule lit)
 
 bool isWithin(const GUI_Rect &rect, int x, int y);
 bool isOnEdge(const GUI_Rect &rect, int x, int y);
-/// Cells of 2 to 11 dots, 9 high, of the characters '{' (blank), '|', '}', '~' and 0x7F.
-extern const GUI_Font WideFont;
 /// Of the cells of the first `count` characters.
 int widthOf(const char *text, const GUI_Font &font, int count = INT_MAX);
 /// Whether a text that begins at the place has a dot there.

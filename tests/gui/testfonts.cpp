@@ -1,5 +1,4 @@
 #include "fontpictures.h"
-#include "rows.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -29,29 +28,6 @@ private slots:
                          return isWithin({3, 2, 17, 4}, x, y) &&
                                 QByteArray(Bands[0].lines[y - 2]).replace(' ', "")[x - 3] == '#';
                      }));
-    }
-
-    void picturesAreChecked_data()
-    {
-        columns<int, QByteArray, bool>("first", "line", "isFine");
-        row("fine", int('}'), ".. #..", true);
-        row("line too short", int('}'), ".. #.", false);
-        row("line too long", int('}'), ".. #...", false);
-        row("cells unlike", int('}'), "... #.", false);
-        row("no spacing", int('}'), ".# #..", false);
-        row("no dot", int('}'), ".. o..", false);
-        row("character drawn twice", int('~'), ".. #..", false);
-        row("no substitute", 0x80, ".. #..", false);
-    }
-    void picturesAreChecked()
-    {
-        QFETCH(int, first);
-        QFETCH(QByteArray, line);
-        const unsigned char second = first < GUI_FONT_SUBSTITUTE ? GUI_FONT_SUBSTITUTE : 0x90;
-        const GUI_FontBand<2> bands[] = {{static_cast<unsigned char>(first), {"#. .#.", line}},
-                                         {second, {"#.", "#."}}};
-        const FontPictures::Measures cells = FontPictures::measure(bands);
-        QTEST(FontPictures::areWellDrawn(bands) && cells.ascend && cells.haveSubstitute, "isFine");
     }
 
     /// These pictures were looked at: each character but the two spaces, the two hyphens and the controls has
