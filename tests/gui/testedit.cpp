@@ -84,21 +84,22 @@ private slots:
 
     void editsKeepTheirCursorInSight_data()
     {
-        columns<QByteArray, int, int, int, int>("keys", "align", "textX", "cursor", "cursorEnd");
+        columns<QByteArray, int, int, int, int, int>("keys", "align", "left", "textX", "cursor", "cursorEnd");
         constexpr int Left = GUI_ALIGN_LEFT;
         constexpr int Right = GUI_ALIGN_RIGHT;
-        row("at the left", "ab", Left, 12, 23, 23);
-        row("at the right", "ab<", Right, 47, 52, 52);
-        row("behind the end at the right", "ab", Right, 47, 58, 58);
-        row("replaced at the right", "ab~<", Right, 47, 52, 58);
-        row("centred", "ab^", int(GUI_ALIGN_HCENTER), 29, 28, 28);
-        row("full", "abcdefgh", Left, 11, 58, 58);
-        row("scrolled", "abcdefghij", Left, -1, 58, 58);
-        row("an arrow within", "abcdefghij<<<<<<", Left, -1, 22, 22);
-        row("an arrow beyond the left", "abcdefghij<<<<<<<<<", Left, 6, 11, 11);
-        row("an arrow beyond the right", "abcdefghij^>>>>>>>>>", Left, 5, 58, 58);
-        row("replaced at the end", "abcdefghij~", Right, -7, 52, 58);
-        row("no longer too long", "abcdefghij----", Right, 23, 58, 58);
+        row("at the left", "ab", Left, 10, 12, 23, 23);
+        row("at the right", "ab<", Right, 10, 47, 52, 52);
+        row("behind the end at the right", "ab", Right, 10, 47, 58, 58);
+        row("replaced at the right", "ab~<", Right, 10, 47, 52, 58);
+        row("centred", "ab^", int(GUI_ALIGN_HCENTER), 10, 29, 28, 28);
+        row("full", "abcdefgh", Left, 10, 11, 58, 58);
+        row("scrolled", "abcdefghij", Left, 10, -1, 58, 58);
+        row("an arrow within", "abcdefghij<<<<<<", Left, 10, -1, 22, 22);
+        row("an arrow beyond the left", "abcdefghij<<<<<<<<<", Left, 10, 6, 11, 11);
+        row("an arrow beyond the right", "abcdefghij^>>>>>>>>>", Left, 10, 5, 58, 58);
+        row("replaced at the end", "abcdefghij~", Right, 10, -7, 52, 58);
+        row("no longer too long", "abcdefghij----", Right, 10, 23, 58, 58);
+        row("beyond the display", "abcdefgh", Left, 90, 80, 127, 127);
     }
     /// A text that fits stands where it is aligned; another one moves by an arrow only if it must, so that
     /// the cursor is seen whole.
@@ -108,15 +109,16 @@ private slots:
         QFETCH(int, cursor);
         QFETCH(int, cursorEnd);
         QFETCH(int, align);
-        constexpr GUI_Rect Box = {10, 8, 59, 19};
-        const WM_Handle edit = EDIT_CreateEx(Box.x0, Box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
+        QFETCH(int, left);
+        const GUI_Rect box = {left, 8, left + 49, 19};
+        const WM_Handle edit = EDIT_CreateEx(left, box.y0, 50, 12, 0, WM_VISIBLE, 1, 14);
         EDIT_SetTextAlign(edit, align);
         WM_SetFocus(edit);
         QFETCH(QByteArray, keys);
         pressKeys(keys);
         const QByteArray text = textOf(edit);
-        COMPARE_PAINTED(isOnEdge(Box, x, y) ||
-                        (isWithin({11, 9, 58, 18}, x, y) &&
+        COMPARE_PAINTED(isOnEdge(box, x, y) ||
+                        (isWithin({left + 1, 9, left + 48, 18}, x, y) &&
                          isWithin({cursor, 9, cursorEnd, 16}, x, y) != isTextDot(text, textX, 9, x, y)));
         display.forget();
         WM_SetFocus(0);
