@@ -86,6 +86,22 @@ private slots:
         QCOMPARE(LCD_Index2Color_1(3), GUI_WHITE);
     }
 
+    /// The fonts were looked at: each character but the two spaces, the two hyphens and the controls has its
+    /// own picture, letters of a kind are equally high, digits equally wide, and accents leave the letter as
+    /// it is. Who changes a picture looks at that again.
+    void fontsAreAsLookedAt()
+    {
+        for (const auto &[font, sum] : {std::pair(&GUI_Font6x8, 12166), {&GUI_Font16, 21008}}) {
+            QByteArray pictures;
+            for (int code = 0; code <= 0xFF; ++code) {
+                const GUI_Glyph &glyph = font->glyph(static_cast<unsigned char>(code));
+                pictures += char(glyph.width);
+                pictures.append(reinterpret_cast<const char *>(glyph.rows), font->height * font->rowBytes());
+            }
+            QCOMPARE(int(qChecksum(pictures.constData(), uint(pictures.size()))), sum);
+        }
+    }
+
     void operationsLookLikeTheirPicture()
     {
         const Dots onWhite = drawnOver(dotsWhere([](int, int) { return false; }));
@@ -99,8 +115,12 @@ private slots:
         }
     }
 
-    void farCoordinatesAreHarmless()
+    void farCoordinatesAreCutByTheClipRectangle()
     {
+        const GUI_Rect clip = {3, -Far, 99, Far};
+        GUI_SetClipRect(&clip);
+        GUI_InvertRect({-Far - 1, 60, Far, Far});
+        GUI_InvertRect({-Far - 1, 60, Far, Far});
         GUI_DrawLine(-Far - 1, 5, Far, 5);
         GUI_DrawLine(Far, Far, Far, -Far - 1);
         GUI_FillRect({-Far - 1, 40, Far, Far});
@@ -108,7 +128,8 @@ private slots:
         GUI_DispStringAt("far", Far, -Far);
         GUI_DispStringInRect("far", {-Far - 1, -Far - 1, Far, Far}, GUI_ALIGN_RIGHT | GUI_ALIGN_BOTTOM);
         GUI_DrawBitmap(PictureOf11x3, Far, Far);
-        COMPARE_DOTS(display.dots, dotsWhere([](int, int y) { return y == 5 || y >= 40; }));
+        COMPARE_DOTS(display.dots,
+                     dotsWhere([](int x, int y) { return x >= 3 && x <= 99 && (y == 5 || y >= 40); }));
     }
 
     void unusableArgumentsAreIgnored()

@@ -36,7 +36,9 @@ private slots:
         for (const int key : {int(GUI_KEY_LEFT), int(GUI_KEY_RIGHT), int(GUI_KEY_RIGHT), int('x')}) {
             GUI_SendKeyMsg(key, 1), GUI_SendKeyMsg(key, 0);
         }
-        QVERIFY(METER_GetValue(meter) == 11 && changes == 3);
+        QVERIFY(METER_GetValue(meter) == 11 && changes == 3 && WM_Exec() == 1);
+        METER_SetValue(meter, 11);
+        QCOMPARE(WM_Exec(), 0);
         METER_SetValue(meter, 51);
         WM_DisableWindow(meter);
         COMPARE_PAINTED(isWithin({10, 10, 113, 19}, x, y) &&

@@ -1,4 +1,3 @@
-#include "meter.h"
 #include "testdisplay.h"
 #include "testregistry.h"
 
@@ -13,7 +12,7 @@ const GUI_Color BlackIs1[] = {GUI_WHITE, GUI_BLACK};
 const GUI_Bitmap Ring = {3, 3, 1, 1, Dots3x3, BlackIs1, 2};
 const GUI_Font TooGUI_Font16 = {17, 8, GUI_Font6x8.glyphs};
 
-/// Button, text, edit field, frame or meter.
+/// Button, text, edit field or frame.
 WM_Handle box(char kind)
 {
     constexpr int Width = Box.x1 - Box.x0 + 1;
@@ -22,8 +21,7 @@ WM_Handle box(char kind)
         kind == 'F'   ? FRAMEWIN_Create("Text", nullptr, WM_VISIBLE, Box.x0, Box.y0, Width, Height)
         : kind == 'T' ? TEXT_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, "Text")
         : kind == 'B' ? BUTTON_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1)
-                      : (kind == 'E' ? EDIT_CreateEx : METER_CreateEx)(Box.x0, Box.y0, Width, Height, 0,
-                                                                       WM_VISIBLE, 1, 50);
+                      : EDIT_CreateEx(Box.x0, Box.y0, Width, Height, 0, WM_VISIBLE, 1, 50);
     BUTTON_SetText(widget, "Text"), EDIT_SetText(widget, "Text");
     paintAnew();
     display.forget();
@@ -59,9 +57,6 @@ const Setter Setters[] = {
     SETTER(true, 'E', WM_SetFocus(w)),
     SETTER(true, 'F', FRAMEWIN_SetTitleVis(w, 0)),
     SETTER(true, 'F', FRAMEWIN_SetBorderSize(w, 5)),
-    SETTER(true, 'M', METER_SetValue(w, 10)),
-    SETTER(true, 'M', WM_SetFocus(w)),
-    SETTER(false, 'M', METER_SetValue(w, -1)),
     SETTER(false, 'T', TEXT_SetTextColor(w, 0x101010)),
     SETTER(false, 'T', TEXT_SetFont(w, &TooGUI_Font16)),
     SETTER(false, 'T', TEXT_SetTextAlign(w, GUI_ALIGN_LEFT | GUI_ALIGN_VCENTER | 64)),
@@ -100,6 +95,9 @@ private slots:
             QVERIFY2((WM_Exec() == 1) == setter.paints && display.isDamageWithin(Box), setter.name);
             setter.set(widget);
             QVERIFY2(WM_Exec() == 0, setter.name);
+            const Dots shown = display.dots;
+            WM_InvalidateWindow(widget);
+            COMPARE_PAINTED(shown[y][x] == 0);
         }
     }
 
@@ -120,25 +118,22 @@ private slots:
         }
     }
 
+    /// The dots of "40" are 11 wide and 7 high.
     void textsMoveOnlyToStayOnTheDisplay()
     {
-        const GUI_Glyph &four = GUI_Font16.glyph('4');
-        const GUI_Glyph &g = GUI_Font16.glyph('g');
-        const GUI_Rect dots = {four.left, four.top, four.width + g.right, g.bottom}; // of "4g"
-        constexpr int Width = 24;
-        constexpr int Height = 18;
-        for (int i = 0; i < 5 * 5 * 9; ++i) {
-            const int left = std::array{-3, -1, 20, 105, 107}[i % 5];
-            const int top = std::array{-3, -1, 20, 47, 49}[i / 5 % 5];
-            const int x0 = left + (Width - widthOf("4g", GUI_Font16)) * (i / 25 % 3) / 2;
-            const int y0 = top + (Height - GUI_Font16.height) * (i / 75) / 2;
-            const int dx = std::clamp(0, -x0 - dots.x0, LCD_GetXSize() - 1 - x0 - dots.x1);
-            const int dy = std::clamp(0, -y0 - dots.y0, LCD_GetYSize() - 1 - y0 - dots.y1);
+        constexpr int TopLeft = GUI_ALIGN_LEFT | GUI_ALIGN_TOP;
+        constexpr int BottomRight = GUI_ALIGN_RIGHT | GUI_ALIGN_BOTTOM;
+        using Case = std::array<int, 5>;
+        for (const auto &[align, left, top, textX, textY] : {Case{TopLeft, 20, 20, 20, 20},
+                                                             {TopLeft, -1, -1, 0, 0},
+                                                             {TopLeft, -3, -3, 0, 0},
+                                                             {BottomRight, 113, 55, 117, 57},
+                                                             {BottomRight, 115, 57, 117, 57}}) {
             start();
-            const WM_Handle text = TEXT_CreateEx(left, top, Width, Height, 0, WM_VISIBLE, 1, "4g");
-            TEXT_SetFont(text, &GUI_Font16);
-            TEXT_SetTextAlign(text, i / 25 % 3 + i / 75 * 4);
-            COMPARE_PAINTED(isTextDot("4g", x0 + dx, y0 + dy, x, y, GUI_Font16));
+            TEXT_SetTextAlign(TEXT_CreateEx(left, top, 16, 10, 0, WM_VISIBLE, 1, "40"), align);
+            const int column = textX;
+            const int row = textY;
+            COMPARE_PAINTED(isTextDot("40", column, row, x, y));
         }
     }
 

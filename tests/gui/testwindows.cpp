@@ -171,9 +171,6 @@ private slots:
             "1:3 0",   "1:2 13+", "0:5 1",  "1:2 13+",  "1:2 13", "0:5 2", "1:4 0", "2:3 0",
             "2:2 97+", "0:5 3",   "2:2 97", "2:2 272+", "2:4 0",  "1:6 0", "2:6 0", "0:6 0"};
         QCOMPARE(heard, expected);
-        const WM_Handle last = WM_CreateWindow(0, 0, 9, 9, 0, WM_VISIBLE, listen);
-        start();
-        QVERIFY(heard.size() == expected.size() + 1 && heard.back() == "0:6 0" && !WM_IsWindow(last));
     }
 
     void drawingGoesOnAsBeforeAfterPainting()
