@@ -119,8 +119,6 @@ private slots:
     {
         const GUI_Rect clip = {3, -Far, 99, Far};
         GUI_SetClipRect(&clip);
-        GUI_InvertRect({-Far - 1, 60, Far, Far});
-        GUI_InvertRect({-Far - 1, 60, Far, Far});
         GUI_DrawLine(-Far - 1, 5, Far, 5);
         GUI_DrawLine(Far, Far, Far, -Far - 1);
         GUI_FillRect({-Far - 1, 40, Far, Far});

@@ -25,12 +25,9 @@ void listen(WM_Message &message)
 }
 
 /// Whenever it is painted, it has a child of its kind and is invalid again.
-int bred = 0;
-
 void breed(WM_Message &message)
 {
     if (message.id == WM_PAINT) {
-        ++bred;
         WM_CreateWindow(0, 0, 9, 9, message.window, WM_VISIBLE, breed);
         WM_InvalidateWindow(message.window);
         QCOMPARE(WM_Exec(), 0);
@@ -140,9 +137,7 @@ private slots:
     void paintingThatInvalidatesEnds()
     {
         const WM_Handle frame = WM_CreateWindow(0, 0, 60, 60, 0, WM_VISIBLE, breed);
-        bred = 0;
         QCOMPARE(WM_Exec(), 1);
-        QCOMPARE(bred, 1);
         QCOMPARE(WM_Exec(), 1);
         WM_DeleteWindow(frame);
         QCOMPARE(WM_Exec(), 1);
