@@ -3,9 +3,9 @@
 #include "gui.h"
 
 #include <QByteArray>
+#include <QRect>
 #include <QTest>
 #include <array>
-#include <climits>
 
 /// What the display shows, in its upper left corner if it is smaller; 0 is a black dot.
 using Dots = std::array<std::array<unsigned char, 200>, 64>;
@@ -13,7 +13,7 @@ using Dots = std::array<std::array<unsigned char, 200>, 64>;
 /// The display that the tests' port drives. Dots that are drawn outside of it are counted instead.
 struct TestDisplay {
     Dots dots{};
-    GUI_Rect damage{0, 0, -1, -1};
+    QRect damage;
     int outside = 0;
     int width = 128;
     int height = 64;
@@ -21,9 +21,8 @@ struct TestDisplay {
     std::uint32_t now = 0;
 
     /// Damage begins anew.
-    void forget() { damage = {0, 0, -1, -1}; }
-    bool isDamaged() const { return damage.x1 >= damage.x0; }
-    bool isDamageWithin(const GUI_Rect &rect) const;
+    void forget() { damage = QRect(); }
+    bool isDamaged() const { return !damage.isEmpty(); }
     void put(int x, int y, int index);
 };
 extern TestDisplay display;
@@ -51,10 +50,8 @@ Dots dotsWhere(Rule lit)
 
 bool isWithin(const GUI_Rect &rect, int x, int y);
 bool isOnEdge(const GUI_Rect &rect, int x, int y);
-/// Of the cells of the first `count` characters.
-int widthOf(const char *text, const GUI_Font &font, int count = INT_MAX);
-/// Whether a text that begins at the place has a dot there.
-bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_Font &font = GUI_Font6x8);
+/// Whether a text in the small font that begins at a place has a dot at another.
+bool isTextDot(const char *text, int textX, int textY, int x, int y);
 
 #define COMPARE_DOTS(actual, expected)                                                                       \
     do {                                                                                                     \

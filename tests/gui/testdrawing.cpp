@@ -80,7 +80,6 @@ private slots:
             const bool bright =
                 0.299 * (color >> 16) + 0.587 * (color >> 8 & 0xFF) + 0.114 * (color & 0xFF) > 127.5;
             QCOMPARE(LCD_Color2Index_1(color), int(bright));
-            QCOMPARE(LCD_Color2Index_1(~color), int(!bright));
         }
         QCOMPARE(LCD_Index2Color_1(-2), GUI_BLACK);
         QCOMPARE(LCD_Index2Color_1(3), GUI_WHITE);

@@ -88,12 +88,10 @@ private slots:
         constexpr int Left = GUI_ALIGN_LEFT;
         constexpr int Right = GUI_ALIGN_RIGHT;
         row("at the left", "ab", Left, 10, 12, 23, 23);
-        row("at the right", "ab<", Right, 10, 47, 52, 52);
         row("behind the end at the right", "ab", Right, 10, 47, 58, 58);
         row("replaced at the right", "ab~<", Right, 10, 47, 52, 58);
         row("centred", "ab^", int(GUI_ALIGN_HCENTER), 10, 29, 28, 28);
         row("full", "abcdefgh", Left, 10, 11, 58, 58);
-        row("scrolled", "abcdefghij", Left, 10, -1, 58, 58);
         row("an arrow within", "abcdefghij<<<<<<", Left, 10, -1, 22, 22);
         row("an arrow beyond the left", "abcdefghij<<<<<<<<<", Left, 10, 6, 11, 11);
         row("an arrow beyond the right", "abcdefghij^>>>>>>>>>", Left, 10, 5, 58, 58);
@@ -123,7 +121,7 @@ private slots:
         display.forget();
         WM_SetFocus(0);
         WM_Exec();
-        QVERIFY(display.isDamaged() && display.isDamageWithin({cursor, 9, cursorEnd, 16}));
+        QVERIFY(display.isDamaged() && QRect(cursor, 9, cursorEnd - cursor + 1, 8).contains(display.damage));
     }
 };
 

@@ -31,7 +31,7 @@ private slots:
         display.forget();
         METER_SetValue(meter, 10);
         WM_Exec();
-        QVERIFY(display.damage.x0 == 32 && display.damage.x1 == 37);
+        QVERIFY(display.damage.left() == 32 && display.damage.right() == 37);
         WM_SetFocus(meter);
         for (const int key : {int(GUI_KEY_LEFT), int(GUI_KEY_RIGHT), int(GUI_KEY_RIGHT), int('x')}) {
             GUI_SendKeyMsg(key, 1), GUI_SendKeyMsg(key, 0);

@@ -1,8 +1,6 @@
 #include "testdisplay.h"
 #include "testregistry.h"
 
-#include <algorithm>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <vector>
@@ -35,11 +33,6 @@ void breed(WM_Message &message)
     WM_DefaultProc(message);
 }
 
-GUI_Rect extent(int x, int y, int width, int height)
-{
-    return {x, y, x + width - 1, y + height - 1};
-}
-
 WM_Handle window(int x, int y, int width, int height, WM_Handle parent = 0, int flags = WM_VISIBLE)
 {
     return TEXT_CreateEx(x, y, width, height, parent, flags, 1, "");
@@ -66,28 +59,28 @@ private slots:
         const GUI_Rect part = {-5, 2, 3, 4};
         const struct {
             std::function<void()> act;
-            GUI_Rect damage;
+            QRect damage;
         } steps[] = {
-            {[&] { WM_InvalidateWindow(hidden); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToTop(high); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToTop(low); }, extent(45, 35, 5, 5)},
-            {[&] { WM_BringToTop(low); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToBottom(low); }, extent(45, 35, 5, 5)},
-            {[&] { WM_InvalidateRect(low, part); }, extent(10, 12, 4, 3)},
-            {[&] { WM_InvalidateWindow(child); }, extent(40, 30, 10, 10)},
-            {[&] { WM_MoveTo(child, 30, 20); }, extent(0, 0, 0, 0)},
-            {[&] { WM_HideWindow(high); }, extent(45, 35, 20, 20)},
-            {[&] { WM_MoveBy(child, 2, 0); }, extent(40, 30, 10, 10)},
-            {[&] { WM_SetSize(child, 4, 4); }, extent(42, 30, 8, 10)},
-            {[&] { WM_DeleteWindow(child); }, extent(42, 30, 4, 4)},
-            {[&] { WM_SetDesktopColor(0xEEEEEE); }, extent(0, 0, 0, 0)},
-            {[&] { WM_SetDesktopColor(GUI_BLACK); }, extent(0, 0, 128, 64)},
+            {[&] { WM_InvalidateWindow(hidden); }, QRect()},
+            {[&] { WM_BringToTop(high); }, QRect()},
+            {[&] { WM_BringToTop(low); }, QRect(45, 35, 5, 5)},
+            {[&] { WM_BringToTop(low); }, QRect()},
+            {[&] { WM_BringToBottom(low); }, QRect(45, 35, 5, 5)},
+            {[&] { WM_InvalidateRect(low, part); }, QRect(10, 12, 4, 3)},
+            {[&] { WM_InvalidateWindow(child); }, QRect(40, 30, 10, 10)},
+            {[&] { WM_MoveTo(child, 30, 20); }, QRect()},
+            {[&] { WM_HideWindow(high); }, QRect(45, 35, 20, 20)},
+            {[&] { WM_MoveBy(child, 2, 0); }, QRect(40, 30, 10, 10)},
+            {[&] { WM_SetSize(child, 4, 4); }, QRect(42, 30, 8, 10)},
+            {[&] { WM_DeleteWindow(child); }, QRect(42, 30, 4, 4)},
+            {[&] { WM_SetDesktopColor(0xEEEEEE); }, QRect()},
+            {[&] { WM_SetDesktopColor(GUI_BLACK); }, QRect(0, 0, 128, 64)},
         };
         WM_Exec();
         for (const auto &step : steps) {
             step.act();
             paintAnew();
-            QVERIFY(std::memcmp(&display.damage, &step.damage, sizeof(GUI_Rect)) == 0);
+            QCOMPARE(display.damage, step.damage);
         }
     }
 
