@@ -1,10 +1,13 @@
 #pragma once
 
+#include "input.h"
+#include "mxshm.h"
+
 #include <QByteArray>
 #include <QTemporaryDir>
 
 /// A unit's folder in memory, where the product finds it by MX_ROOT. What the product has the shell do beside
-/// (to remove leftovers, to flush all disks) is left out: it would take most of the time.
+/// (to remove leftovers, to flush all disks) is left out, and no sleep takes time.
 class FuzzUnit
 {
 public:
@@ -26,3 +29,10 @@ private:
 
 /// All that is in a pipe or a socket at the moment.
 QByteArray readAll(int descriptor);
+
+/// The control object without a unit: no devices, no files, no other threads. \return its record, anew with
+/// each call: ports and scenes, all else zero
+MxShm &newRecord(int ports, int scenes);
+
+/// Writes as a process does that respects nothing: any bytes over any field, or across several.
+void disturb(MxShm &record, Input &input);

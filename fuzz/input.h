@@ -47,7 +47,7 @@ public:
     /// One of several texts, which RS ends.
     QByteArray text()
     {
-        const QByteArray taken = bytes(int(std::find(m_next, m_end, 0x1E) - m_next));
+        QByteArray taken = bytes(int(std::find(m_next, m_end, 0x1E) - m_next));
         byte();
         return taken;
     }
@@ -55,7 +55,7 @@ public:
     /// Near the display, or as far away as numbers go.
     int place()
     {
-        const int place = static_cast<std::int8_t>(byte());
+        const int place = (byte() ^ 0x80) - 0x80;
         return place == INT8_MAX ? INT32_MAX : place == INT8_MIN ? INT32_MIN : place;
     }
 

@@ -8,8 +8,8 @@
 #include "reply.h"
 
 #include <QCoreApplication>
-#include <cstring>
-#include <memory>
+#include <algorithm>
+#include <cstddef>
 
 namespace
 {
@@ -48,7 +48,7 @@ public:
                      "[system]\nport=24\n"); // beyond: the record stays as it is
         g_mxComm = new QMxComm(true, [](unsigned long) {});
         g_mxComm->MxShmRemove(); // it goes with this process, however that ends
-        std::memcpy(static_cast<void *>(m_before.get()), g_mxConfig, sizeof(MxShm));
+        m_before = QByteArray(recordBytes(), sizeof(MxShm));
         m_turns.start();
     }
 
@@ -56,9 +56,10 @@ public:
     template <typename Talk>
     QByteArray outcome(const Talk &talk)
     {
-        std::memcpy(static_cast<void *>(g_mxConfig), m_before.get(), sizeof(MxShm));
+        std::copy(m_before.cbegin(), m_before.cend(), recordBytes());
         const QByteArray replies = talk();
-        require(std::memcmp(&g_mxConfig->map[24], &m_before->map[24], 2000) == 0);
+        const int beyond = offsetof(MxShm, map) + 48;
+        require(QByteArray(recordBytes() + beyond, 2000) == m_before.mid(beyond, 2000));
         return replies + QByteArray(reinterpret_cast<const char *>(g_mxConfig->map), 48);
     }
 
@@ -78,6 +79,8 @@ public:
     QByteArray board() const { return readAll(m_board); }
 
 private:
+    static char *recordBytes() { return reinterpret_cast<char *>(g_mxConfig); }
+
     void finish(const Session &session)
     {
         QTimerEvent round(0);
@@ -89,7 +92,7 @@ private:
 
     FuzzUnit m_unit;
     const int m_board;
-    const std::unique_ptr<MxShm> m_before = std::make_unique<MxShm>();
+    QByteArray m_before; ///< the record
     ClientTurns m_turns;
 };
 
@@ -122,7 +125,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const QByteArray text = input.rest();
     const QByteArray whole = unit.outcome([&] { return unit.inBlocks(text, qMax(1, text.size()), true); });
     if (text.startsWith("\xEB\x90")) {
-        require(unit.board() == text && whole == unit.outcome([&] { return text; }));
+        require(unit.board() == text && whole == unit.outcome([&] { return QByteArray(text); }));
         return 0;
     }
     require(whole == unit.outcome([&] { return naively(text); }));

@@ -1,5 +1,5 @@
-#include "bareunit.h"
 #include "fuzz.h"
+#include "fuzzunit.h"
 #include "gpio.h"
 #include "matrixlink.h"
 #include "matrixsender.h"
@@ -10,7 +10,7 @@
 #include "qmxswitch.h"
 
 #include <QApplication>
-#include <QImage>
+#include <QPixmap>
 #include <QMouseEvent>
 #include <QTimerEvent>
 #include <memory>
@@ -19,103 +19,78 @@
 
 namespace
 {
-/// The sender, and what it has sent in a pass: nothing, or whole frames of the matrix, whatever size it has.
-class Board
-{
-public:
+/// What is sent to the board, and when.
+struct Board {
     explicit Board(MxShm &record)
-        : m_record(record)
-        , m_sender(record, m_link, m_gpio)
+        : sender(record, link, gpio)
     {
-        m_link.adopt(m_sent);
-    }
-    void pass(int ms)
-    {
-        const int ports = portCount(m_record);
-        m_sender.step(m_now += static_cast<quint32>(ms));
-        const auto sent = ::lseek(m_sent, 0, SEEK_CUR);
-        const int map = 2 * (4 * ports + 10);
-        const int splice = 4 * ports + 7;
-        require(sent == 0 || sent == map || sent == splice || sent == map + splice);
-        ::lseek(m_sent, 0, SEEK_SET);
     }
 
-private:
-    const int m_sent = ::memfd_create("sent", MFD_CLOEXEC);
-    quint32 m_now = 10000;
-    MxShm &m_record;
-    MatrixLink m_link;
-    Gpio m_gpio;
-    MatrixSender m_sender;
+    const int sent = ::memfd_create("sent", MFD_CLOEXEC);
+    quint32 now = 10000;
+    MatrixLink link;
+    Gpio gpio;
+    MatrixSender sender;
 };
 
-std::unique_ptr<QWidget> makePage(int page)
+/// Sends nothing, or whole frames of the matrix, whatever size it has.
+void pass(Board &board, int ms, int ports)
 {
-    QWidget *const made = page == 0   ? static_cast<QWidget *>(new QMxSwitch)
-                          : page == 1 ? static_cast<QWidget *>(new QMxScene)
-                          : page == 2 ? static_cast<QWidget *>(new QMxSetup)
-                                      : new QMxStatus;
-    made->setFixedSize(1024, 505);
-    made->show();
-    return std::unique_ptr<QWidget>(made);
+    board.sender.step(board.now += static_cast<quint32>(ms));
+    const auto sent = ::lseek(board.sent, 0, SEEK_CUR);
+    const int map = 2 * (4 * ports + 10);
+    const int splice = 4 * ports + 7;
+    require(sent == 0 || sent == map || sent == splice || sent == map + splice);
+    ::lseek(board.sent, 0, SEEK_SET);
 }
 
-void paint(QWidget &page)
+QWidget *makePage(int page)
 {
-    static QImage image(1024, 505, QImage::Format_RGB32);
-    page.render(&image);
+    switch (page) {
+    case 0:
+        return new QMxSwitch;
+    case 1:
+        return new QMxScene;
+    case 2:
+        return new QMxSetup;
+    default:
+        return new QMxStatus;
+    }
 }
 
 void touch(QWidget &page, const QPoint &place)
 {
-    QWidget *const touched = page.childAt(place);
+    QWidget *const child = page.childAt(place);
+    QWidget *const touched = child != nullptr ? child : &page;
     for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-        if (touched != nullptr) {
-            QMouseEvent event(type, touched->mapFrom(&page, place), Qt::LeftButton, Qt::LeftButton,
-                              Qt::NoModifier);
-            QCoreApplication::sendEvent(touched, &event);
-        }
+        QMouseEvent event(type, touched->mapFrom(&page, place), Qt::LeftButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(touched, &event);
     }
-}
-
-/// Nothing that an operation has left for the event loop stays for the next input.
-void settle()
-{
-    for (int turn = 0; turn < 5; ++turn) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
-
-void makeApplication()
-{
-    static int count = 1;
-    static char name[] = "fuzz";
-    static char *names[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static const QApplication application(count, names);
-    // Pictures that are not there are no finding.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 }
 } // namespace
 
 /// Another process writes the record while it is sent to the board and shown on a page that fingers touch.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const bool isPrepared = (makeApplication(), true);
-    Q_UNUSED(isPrepared)
+    static int count = 0;
+    static const QApplication application(count, nullptr);
+    // Pictures that are not there are no finding.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     Input input(data, size);
     MxShm &record = newRecord(2 + input.below(20), 10);
     disturb(record, input);
     Board board(record);
-    std::unique_ptr<QWidget> page = makePage(input.below(4));
+    board.link.adopt(board.sent);
+    std::unique_ptr<QWidget> page(makePage(input.below(4)));
+    page->setFixedSize(1024, 505);
+    page->show();
     for (int action = 0; action < 10 && !input.isEmpty(); ++action) {
         switch (input.below(6)) {
         case 0:
             disturb(record, input);
             break;
         case 1:
-            board.pass(16 * input.byte());
+            pass(board, 16 * input.byte(), portCount(record));
             break;
         case 2: {
             QTimerEvent tick(-1);
@@ -123,7 +98,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             break;
         }
         case 3:
-            paint(*page);
+            page->grab();
             break;
         case 4: {
             const int x = 4 * input.byte();
@@ -135,9 +110,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             emit g_mxComm->OnLoadConfig();
         }
     }
-    board.pass(2000);
-    paint(*page);
+    pass(board, 2000, portCount(record));
+    page->grab();
     page.reset();
-    settle();
+    for (int turn = 0; turn < 5; ++turn) { // nothing is left for the next input
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
     return 0;
 }

@@ -11,25 +11,15 @@
 
 namespace
 {
-class Queue
-{
-public:
-    ~Queue() { ::msgctl(m_id, IPC_RMID, nullptr); }
-    int id() const { return m_id; }
-    int messages() const
+struct Queue {
+    ~Queue() { ::msgctl(id, IPC_RMID, nullptr); }
+    bool isEmpty() const
     {
         msqid_ds facts{};
-        require(::msgctl(m_id, IPC_STAT, &facts) == 0);
-        return int(facts.msg_qnum);
+        require(::msgctl(id, IPC_STAT, &facts) == 0);
+        return facts.msg_qnum == 0;
     }
-    bool send(long type, const QByteArray &text) const
-    {
-        const QByteArray message = QByteArray(reinterpret_cast<const char *>(&type), sizeof type) + text;
-        return ::msgsnd(m_id, message.constData(), std::size_t(text.size()), IPC_NOWAIT) == 0;
-    }
-
-private:
-    const int m_id = ::msgget(IPC_PRIVATE, 0600);
+    const int id = ::msgget(IPC_PRIVATE, 0600);
 };
 
 /// Of 512 bytes at most, as many as the count in front says and as there are.
@@ -39,47 +29,35 @@ QByteArray dataOf(const QByteArray &text)
     std::memcpy(&count, text.constData(), std::size_t(qMin(4, text.size())));
     return text.size() < 4 ? QByteArray() : text.mid(4, int(qMin(count, 512U)));
 }
-
-struct Board {
-    Board()
-    {
-        int ends[2];
-        require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends) == 0);
-        link.adopt(ends[0]);
-        end = ends[1];
-    }
-    MatrixLink link;
-    int end = -1;
-};
 } // namespace
 
 /// Messages of another process, of any type, count and length, while the board answers.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const Board board;
+    static int wire[2];
+    static const int isWired = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, wire);
     static const Queue requests;
     static const Queue replies;
-    const QueueRelay relay(board.link, requests.id(), replies.id());
+    require(isWired == 0);
+    MatrixLink board;
+    board.adopt(wire[0]);
+    const QueueRelay relay(board, requests.id, replies.id);
     Input input(data, size);
     QByteArray expected;
-    int sent = 0;
-    for (; !input.isEmpty(); ++sent) {
+    for (bool isSent = true; isSent && !input.isEmpty();) {
         const long type = 1 + input.number(2);
         const QByteArray text = input.bytes(input.number(2) % 700);
-        if (!requests.send(type, text)) {
-            break;
-        }
-        expected += dataOf(text);
+        const QByteArray message = QByteArray(reinterpret_cast<const char *>(&type), sizeof type) + text;
+        isSent = ::msgsnd(requests.id, message.constData(), std::size_t(text.size()), IPC_NOWAIT) == 0;
+        expected += isSent ? dataOf(text) : QByteArray();
     }
-    require(::write(board.end, data, size) == ssize_t(size));
+    require(::write(wire[1], data, size) == ssize_t(size));
     QByteArray written;
-    for (int left = sent; left > 0; left -= QueueRelay::MostPerStep) {
-        require(requests.messages() == left);
+    do {
         relay.step();
-        written += readAll(board.end);
-    }
-    require(requests.messages() == 0 && replies.messages() == 0);
-    require(written == expected);
+        written += readAll(wire[1]);
+    } while (!requests.isEmpty());
+    require(written == expected && replies.isEmpty());
     relay.step(); // takes the rest of what the board has answered
     return 0;
 }

@@ -5,14 +5,6 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-namespace
-{
-bool isIn(int number, int lowest, int highest)
-{
-    return number >= lowest && number <= highest;
-}
-} // namespace
-
 /// The command line of mxsim, a NUL between two arguments. Those that print something and exit are left out.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
@@ -29,10 +21,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     }
     sim::Options options;
     const sim::Result read = sim::parseOptions(QStringList("mxsim") + arguments, &options);
-    require(options.ports == 0 || isIn(options.ports, 2, 160));
-    require(options.scenes == 0 || isIn(options.scenes, 10, 40));
-    require(!read.isDone() || (options.tcpPort > 0 && isIn(options.firstUdpPort, 1, 65528)));
-    require(!read.isDone() ||
-            (QFileInfo(options.folder).isAbsolute() && QFileInfo(options.program).isFile()));
+    require(options.ports == 0 || (options.ports >= 2 && options.ports <= 160));
+    require(options.scenes == 0 || (options.scenes >= 10 && options.scenes <= 40));
+    if (read.isDone()) {
+        require(options.tcpPort > 0 && options.firstUdpPort > 0 && options.firstUdpPort <= 65528);
+        require(QFileInfo(options.folder).isAbsolute() && QFileInfo(options.program).isFile());
+    }
     return 0;
 }

@@ -93,8 +93,10 @@ Talker udpTalker(int port)
     sockaddr_in own{};
     own.sin_family = AF_INET;
     socklen_t size = sizeof own;
-    ::bind(socket->descriptor(), reinterpret_cast<sockaddr *>(&own), size);
-    ::getsockname(socket->descriptor(), reinterpret_cast<sockaddr *>(&own), &size);
+    if (::bind(socket->descriptor(), reinterpret_cast<sockaddr *>(&own), size) != 0 ||
+        ::getsockname(socket->descriptor(), reinterpret_cast<sockaddr *>(&own), &size) != 0) {
+        qFatal("no UDP port of its own");
+    }
     return {[=](const QByteArray &block) { socket->sendTo(to, block); },
             [=] { return takeFrom(*socket); },
             [=] { return dropsAt(to) + dropsAt(ntohs(own.sin_port)); },

@@ -15,7 +15,7 @@
 #include <time.h>
 #include <unistd.h>
 
-#define NEXT(name) ((__typeof__(&name))dlsym(RTLD_NEXT, #name))
+#define NEXT(name) ((__typeof__(&(name)))dlsym(RTLD_NEXT, #name))
 
 static int isRecorded(const char *path)
 {

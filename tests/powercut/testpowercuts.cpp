@@ -233,16 +233,15 @@ private:
     /// By the program itself.
     QByteArray started() const
     {
-        const auto shm = std::make_unique<MxShm>();
         Product product(false);
         SharedObjects objects;
-        const MxShm *record = product.await("t0 ") ? objects.open() : nullptr;
+        MxShm *record = product.await("t0 ") ? objects.open() : nullptr;
         if (record == nullptr) {
             return "no start: " + product.errors();
         }
-        std::memcpy(static_cast<void *>(shm.get()), record, sizeof(MxShm));
+        QByteArray all = value(*record);
         objects.close();
-        return value(*shm);
+        return all;
     }
 
     const bool m_everyStart = qEnvironmentVariableIsSet("MX_LONG");

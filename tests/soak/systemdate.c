@@ -11,9 +11,14 @@ int clock_gettime(clockid_t clock, struct timespec *now)
 {
     static const volatile long *seconds = NULL;
     if (seconds == NULL) {
-        const int file = open(getenv("MX_DATE"), O_RDONLY | O_CLOEXEC);
-        seconds = mmap(NULL, sizeof *seconds, PROT_READ, MAP_SHARED, file, 0);
+        const char *path = getenv("MX_DATE");
+        const int file = path == NULL ? -1 : open(path, O_RDONLY | O_CLOEXEC);
+        void *shared = mmap(NULL, sizeof *seconds, PROT_READ, MAP_SHARED, file, 0);
+        if (shared == MAP_FAILED) {
+            abort();
+        }
         close(file);
+        seconds = shared;
     }
     const int result = (int)syscall(SYS_clock_gettime, clock, now);
     if (clock == CLOCK_REALTIME) {

@@ -5,6 +5,7 @@
 #include "virtualunit.h"
 
 #include <QTemporaryDir>
+#include <climits>
 #include <functional>
 #include <map>
 #include <memory>
@@ -41,7 +42,12 @@ public:
     /// Waits until the board shows this routing (1-based inputs, 0 for none), or until it times out.
     bool boardShows(const std::vector<int> &inputs);
     /// The faults that the far ends of the wires have recorded, one a line; empty when there are none.
+    /// Whether a frame was too early is seen by when the program began it: a busy machine reads the one
+    /// before late.
     QByteArray faults() const;
+    /// The shortest time between the beginnings of two of the last `frames`, and the one before, by the line
+    /// that the program raises for each. \return microseconds, INT64_MAX when there are no two
+    qint64 smallestGapUs(int frames = INT_MAX) const;
 
     /// What the board has received.
     QByteArray boardBytes() const;
