@@ -1,44 +1,8 @@
 #include "testdisplay.h"
 
-#include "fontpictures.h"
 #include "hooks.h"
 
-#include <algorithm>
-
 TestDisplay display;
-
-namespace
-{
-// clang-format off
-constexpr GUI_FontBand<9> Bands[] = {
-    { '{', {
-        ".... .. ##########. ..... #####..",
-        ".... #. #........#. ..... #...#..",
-        ".... #. #.###....#. ..... #...#..",
-        ".... #. #.#......#. .#... #...#..",
-        ".... #. #.##...###. .##.. #...#..",
-        ".... #. #.#....#... ..#.. #...#..",
-        ".... #. #......#.#. ..... #...#..",
-        ".... #. ########.#. ..... #####..",
-        ".... .. ........... ..... .......",
-    } },
-};
-// clang-format on
-} // namespace
-
-const GUI_Font WideFont = GUI_FontPictures<Bands>::Font;
-
-void TestDisplay::forget()
-{
-    damage = {0, 0, -1, -1};
-    paints = {};
-    mostPaints = 0;
-}
-
-bool TestDisplay::isDamageWithin(const GUI_Rect &rect) const
-{
-    return !isDamaged() || (isWithin(rect, damage.x0, damage.y0) && isWithin(rect, damage.x1, damage.y1));
-}
 
 void TestDisplay::put(int x, int y, int index)
 {
@@ -46,11 +10,8 @@ void TestDisplay::put(int x, int y, int index)
         ++outside;
         return;
     }
-    damage = isDamaged() ? GUI_Rect{std::min(damage.x0, x), std::min(damage.y0, y), std::max(damage.x1, x),
-                                    std::max(damage.y1, y)}
-                         : GUI_Rect{x, y, x, y};
+    damage |= QRect(x, y, 1, 1);
     dots[y][x] = index & 1;
-    mostPaints = std::max<int>(mostPaints, ++paints[y][x]);
 }
 
 void start(int width, int height)
@@ -66,13 +27,6 @@ void paintAnew()
 {
     display.forget();
     WM_Exec();
-}
-
-Dots repainted()
-{
-    WM_DeleteWindow(WM_CreateWindow(0, 0, display.width, display.height, 0, WM_VISIBLE, nullptr));
-    WM_Exec();
-    return display.dots;
 }
 
 QByteArray difference(const Dots &actual, const Dots &expected)
@@ -98,27 +52,16 @@ bool isOnEdge(const GUI_Rect &rect, int x, int y)
     return isWithin(rect, x, y) && !isWithin({rect.x0 + 1, rect.y0 + 1, rect.x1 - 1, rect.y1 - 1}, x, y);
 }
 
-int widthOf(const char *text, const GUI_Font &font, int count)
+bool isTextDot(const char *text, int textX, int textY, int x, int y)
 {
-    int width = 0;
-    for (; *text != '\0' && count > 0; ++text, --count) {
-        width += font.glyph(static_cast<unsigned char>(*text)).width;
+    const QByteArray characters(text);
+    const int column = x - textX;
+    const int row = y - textY;
+    if (column < 0 || column >= 6 * characters.size() || row < 0 || row >= 8) {
+        return false;
     }
-    return width;
-}
-
-bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_Font &font)
-{
-    for (; *text != '\0' && y >= textY && y < textY + font.height && x >= textX; ++text) {
-        const GUI_Glyph &glyph = font.glyph(static_cast<unsigned char>(*text));
-        const int column = x - textX;
-        if (column < glyph.width) {
-            const int byte = (y - textY) * font.rowBytes() + column / 8;
-            return (glyph.rows[byte] & 0x80 >> column % 8) != 0;
-        }
-        textX += glyph.width;
-    }
-    return false;
+    const GUI_Glyph &glyph = GUI_Font6x8.glyph(static_cast<unsigned char>(characters[column / 6]));
+    return (glyph.rows[row] & 0x80 >> column % 6) != 0;
 }
 
 // The port.

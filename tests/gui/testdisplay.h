@@ -3,9 +3,9 @@
 #include "gui.h"
 
 #include <QByteArray>
+#include <QRect>
 #include <QTest>
 #include <array>
-#include <climits>
 
 /// What the display shows, in its upper left corner if it is smaller; 0 is a black dot.
 using Dots = std::array<std::array<unsigned char, 200>, 64>;
@@ -13,9 +13,7 @@ using Dots = std::array<std::array<unsigned char, 200>, 64>;
 /// The display that the tests' port drives. Dots that are drawn outside of it are counted instead.
 struct TestDisplay {
     Dots dots{};
-    Dots paints{}; ///< how often each dot was drawn since `forget`
-    int mostPaints = 0;
-    GUI_Rect damage{0, 0, -1, -1};
+    QRect damage;
     int outside = 0;
     int width = 128;
     int height = 64;
@@ -23,9 +21,8 @@ struct TestDisplay {
     std::uint32_t now = 0;
 
     /// Damage begins anew.
-    void forget();
-    bool isDamaged() const { return damage.x1 >= damage.x0; }
-    bool isDamageWithin(const GUI_Rect &rect) const;
+    void forget() { damage = QRect(); }
+    bool isDamaged() const { return !damage.isEmpty(); }
     void put(int x, int y, int index);
 };
 extern TestDisplay display;
@@ -34,8 +31,6 @@ extern TestDisplay display;
 void start(int width = 128, int height = 64);
 /// Paints, and forgets what was damaged before.
 void paintAnew();
-/// Dots as they are when all that is visible is painted anew.
-Dots repainted();
 
 /// The first dot that differs, empty when none does.
 QByteArray difference(const Dots &actual, const Dots &expected);
@@ -55,12 +50,8 @@ Dots dotsWhere(Rule lit)
 
 bool isWithin(const GUI_Rect &rect, int x, int y);
 bool isOnEdge(const GUI_Rect &rect, int x, int y);
-/// Cells of 2 to 11 dots, 9 high, of the characters '{' (blank), '|', '}', '~' and 0x7F.
-extern const GUI_Font WideFont;
-/// Of the cells of the first `count` characters.
-int widthOf(const char *text, const GUI_Font &font, int count = INT_MAX);
-/// Whether a text that begins at the place has a dot there.
-bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_Font &font = GUI_Font6x8);
+/// Whether a text in the small font that begins at a place has a dot at another.
+bool isTextDot(const char *text, int textX, int textY, int x, int y);
 
 #define COMPARE_DOTS(actual, expected)                                                                       \
     do {                                                                                                     \
@@ -73,12 +64,4 @@ bool isTextDot(const char *text, int textX, int textY, int x, int y, const GUI_F
     do {                                                                                                     \
         WM_Exec();                                                                                           \
         COMPARE_DOTS(display.dots, dotsWhere([&](int x, int y) { return __VA_ARGS__; }));                    \
-    } while (false)
-
-/// What is shown, once what is invalid has been painted, is what painting all of it anew shows.
-#define COMPARE_REPAINTED()                                                                                  \
-    do {                                                                                                     \
-        WM_Exec();                                                                                           \
-        const Dots shown = display.dots;                                                                     \
-        COMPARE_DOTS(shown, repainted());                                                                    \
     } while (false)

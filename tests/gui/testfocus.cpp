@@ -89,7 +89,6 @@ private slots:
                 act(item(id));
             }
             QTEST(heard, "told");
-            COMPARE_REPAINTED();
             const WM_Handle last = item(gone.last());
             QVERIFY(WM_IsEnabled(last) == int(last != 0 && act != WM_DisableWindow));
             WM_ShowWindow(last), WM_EnableWindow(last), WM_SetFocus(last);

@@ -1,26 +1,12 @@
 #include "testdisplay.h"
 #include "testregistry.h"
 
-#include <algorithm>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <vector>
 
 namespace
 {
-/// Four dark columns on a light ground.
-void paintColumns(WM_Message &message)
-{
-    constexpr int Far = 20000;
-    if (message.id == WM_PAINT) {
-        GUI_FillRect({0, 0, 3, Far});
-        GUI_ClearRect({4, 0, Far, Far});
-    } else {
-        WM_DefaultProc(message);
-    }
-}
-
 std::vector<QByteArray> heard;
 
 void listen(WM_Message &message)
@@ -37,12 +23,9 @@ void listen(WM_Message &message)
 }
 
 /// Whenever it is painted, it has a child of its kind and is invalid again.
-int bred = 0;
-
 void breed(WM_Message &message)
 {
     if (message.id == WM_PAINT) {
-        ++bred;
         WM_CreateWindow(0, 0, 9, 9, message.window, WM_VISIBLE, breed);
         WM_InvalidateWindow(message.window);
         QCOMPARE(WM_Exec(), 0);
@@ -50,14 +33,9 @@ void breed(WM_Message &message)
     WM_DefaultProc(message);
 }
 
-GUI_Rect extent(int x, int y, int width, int height)
-{
-    return {x, y, x + width - 1, y + height - 1};
-}
-
 WM_Handle window(int x, int y, int width, int height, WM_Handle parent = 0, int flags = WM_VISIBLE)
 {
-    return WM_CreateWindow(x, y, width, height, parent, flags, paintColumns);
+    return TEXT_CreateEx(x, y, width, height, parent, flags, 1, "");
 }
 } // namespace
 
@@ -81,48 +59,39 @@ private slots:
         const GUI_Rect part = {-5, 2, 3, 4};
         const struct {
             std::function<void()> act;
-            GUI_Rect damage;
+            QRect damage;
         } steps[] = {
-            {[&] { WM_InvalidateWindow(hidden); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToTop(high); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToTop(low); }, extent(45, 35, 5, 5)},
-            {[&] { WM_BringToTop(low); }, extent(0, 0, 0, 0)},
-            {[&] { WM_BringToBottom(low); }, extent(45, 35, 5, 5)},
-            {[&] { WM_InvalidateRect(low, part); }, extent(10, 12, 4, 3)},
-            {[&] { WM_InvalidateWindow(child); }, extent(40, 30, 10, 10)},
-            {[&] { WM_MoveTo(child, 30, 20); }, extent(0, 0, 0, 0)},
-            {[&] { WM_HideWindow(high); }, extent(45, 35, 20, 20)},
-            {[&] { WM_MoveBy(child, 2, 0); }, extent(40, 30, 10, 10)},
-            {[&] { WM_SetSize(child, 4, 4); }, extent(42, 30, 8, 10)},
-            {[&] { WM_DeleteWindow(child); }, extent(42, 30, 4, 4)},
-            {[&] { WM_SetDesktopColor(0xEEEEEE); }, extent(0, 0, 0, 0)},
-            {[&] { WM_SetDesktopColor(GUI_BLACK); }, extent(0, 0, 128, 64)},
+            {[&] { WM_InvalidateWindow(hidden); }, QRect()},
+            {[&] { WM_BringToTop(high); }, QRect()},
+            {[&] { WM_BringToTop(low); }, QRect(45, 35, 5, 5)},
+            {[&] { WM_BringToTop(low); }, QRect()},
+            {[&] { WM_BringToBottom(low); }, QRect(45, 35, 5, 5)},
+            {[&] { WM_InvalidateRect(low, part); }, QRect(10, 12, 4, 3)},
+            {[&] { WM_InvalidateWindow(child); }, QRect(40, 30, 10, 10)},
+            {[&] { WM_MoveTo(child, 30, 20); }, QRect()},
+            {[&] { WM_HideWindow(high); }, QRect(45, 35, 20, 20)},
+            {[&] { WM_MoveBy(child, 2, 0); }, QRect(40, 30, 10, 10)},
+            {[&] { WM_SetSize(child, 4, 4); }, QRect(42, 30, 8, 10)},
+            {[&] { WM_DeleteWindow(child); }, QRect(42, 30, 4, 4)},
+            {[&] { WM_SetDesktopColor(0xEEEEEE); }, QRect()},
+            {[&] { WM_SetDesktopColor(GUI_BLACK); }, QRect(0, 0, 128, 64)},
         };
         WM_Exec();
         for (const auto &step : steps) {
             step.act();
             paintAnew();
-            QVERIFY(std::memcmp(&display.damage, &step.damage, sizeof(GUI_Rect)) == 0);
-            COMPARE_REPAINTED();
+            QCOMPARE(display.damage, step.damage);
         }
     }
 
-    void emptyFarAndHugeWindowsAreFine()
+    void hugeAndVeryManyWindowsAreFine()
     {
         constexpr int Far = std::numeric_limits<int>::max();
-        WM_Handle deep = 0;
-        for (int i = 0; i < 50; ++i) {
-            deep = window(Far, -Far, Far, Far, deep);
-        }
         const WM_Handle huge = window(-5, -5, Far, Far);
         QCOMPARE(WM_GetWindowRect(window(5, 5, -Far, -3, huge)).x1, -1);
-        WM_MoveBy(deep, Far, Far);
         WM_MoveTo(huge, -3, -100);
-        WM_InvalidateRect(huge, {-Far - 1, -Far - 1, Far, Far});
-        paintAnew();
-        COMPARE_DOTS(display.dots, dotsWhere([](int x, int) { return x <= 0; }));
         QCOMPARE(WM_GetWindowRect(huge).x1, -3 + 16383 - 1);
-        int count = 53; // with the desktop
+        int count = 3; // with the desktop
         while (window(0, 0, 1, 1) != 0) {
             ++count;
         }
@@ -133,26 +102,20 @@ private slots:
     {
         const WM_Handle parent = window(0, 0, 50, 50);
         const WM_Handle child = BUTTON_CreateEx(1, 1, 30, 10, parent, WM_VISIBLE, 7);
-        QCOMPARE(WM_GetDialogItem(0, 7), 0);
-        QCOMPARE(WM_GetDialogItem(WM_GetDesktopWindow(), 7), child);
+        QVERIFY(WM_GetDialogItem(0, 7) == 0 && WM_GetDialogItem(WM_GetDesktopWindow(), 7) == child);
         WM_SetFocus(child);
         WM_DeleteWindow(parent);
         QVERIFY(WM_GetFocus() == 0 && GUI_SendKeyMsg('a', 1) == 0);
-        const WM_Handle below = WM_GetParent(window(0, 0, 9, 9, window(60, 0, 9, 9)));
         const WM_Handle next = BUTTON_CreateEx(1, 1, 30, 10, window(0, 0, 50, 50), WM_VISIBLE, 8);
-        QCOMPARE(WM_GetDialogItem(below, 8), 0);
-        QCOMPARE(WM_GetDialogItem(WM_GetParent(below), 8), next);
         paintAnew();
         display.forget();
         for (const WM_Handle dead : {parent, child, 0, -1, std::numeric_limits<int>::max()}) {
             BUTTON_SetText(dead, "dead");
             WM_MoveTo(dead, 9, 9);
             WM_DeleteWindow(dead);
-            WM_InvalidateWindow(dead);
             WM_SetFocus(dead);
             char text[4] = "xyz";
-            QCOMPARE(BUTTON_GetText(dead, text, sizeof text), 0);
-            QCOMPARE(text, "");
+            QVERIFY(BUTTON_GetText(dead, text, sizeof text) == 0 && text[0] == '\0');
             QVERIFY(!WM_IsWindow(dead) && !WM_IsVisible(dead) && WM_GetParent(dead) == 0);
             QVERIFY(dead == 0 || WM_CreateWindow(0, 0, 5, 5, dead, WM_VISIBLE, nullptr) == 0);
         }
@@ -163,21 +126,14 @@ private slots:
         QVERIFY(!display.isDamaged() && WM_IsVisible(next) && WM_GetFocus() == 0);
     }
 
+    /// What is invalid again after its turn waits for the next round.
     void paintingThatInvalidatesEnds()
     {
-        const WM_Handle frame = FRAMEWIN_Create("", breed, WM_VISIBLE, 0, 0, 60, 60);
-        const WM_Handle other = window(70, 10, 20, 20);
-        bred = 0;
+        const WM_Handle frame = WM_CreateWindow(0, 0, 60, 60, 0, WM_VISIBLE, breed);
         QCOMPARE(WM_Exec(), 1);
-        QCOMPARE(bred, 1);
-        QCOMPARE(int(display.paints[15][75]), 1);
         QCOMPARE(WM_Exec(), 1);
         WM_DeleteWindow(frame);
         QCOMPARE(WM_Exec(), 1);
-        QCOMPARE(WM_Exec(), 0);
-        window(60, 0, 60, 60);
-        QCOMPARE(WM_Exec(), 1);
-        WM_InvalidateWindow(other);
         QCOMPARE(WM_Exec(), 0);
     }
 
@@ -203,9 +159,6 @@ private slots:
             "1:3 0",   "1:2 13+", "0:5 1",  "1:2 13+",  "1:2 13", "0:5 2", "1:4 0", "2:3 0",
             "2:2 97+", "0:5 3",   "2:2 97", "2:2 272+", "2:4 0",  "1:6 0", "2:6 0", "0:6 0"};
         QCOMPARE(heard, expected);
-        const WM_Handle last = WM_CreateWindow(0, 0, 9, 9, 0, WM_VISIBLE, listen);
-        start();
-        QVERIFY(heard.size() == expected.size() + 1 && heard.back() == "0:6 0" && !WM_IsWindow(last));
     }
 
     void drawingGoesOnAsBeforeAfterPainting()
@@ -218,28 +171,25 @@ private slots:
         COMPARE_DOTS(display.dots, dotsWhere([](int x, int) { return x < 100; }));
     }
 
-    void displayIsAsLargeAsThePortSays()
+    void startFollowsThePort()
     {
         start(200, 40);
-        const WM_Handle right = TEXT_CreateEx(176, 32, 24, 8, 0, WM_VISIBLE, 1, "Last");
+        TEXT_CreateEx(176, 32, 24, 8, 0, WM_VISIBLE, 1, "Last");
         COMPARE_PAINTED(isTextDot("Last", 176, 32, x, y));
-        QVERIFY(LCD_GetXSize() == 200 && LCD_GetYSize() == 40 && WM_GetBounds(right).y1 == 7);
         start(-1, std::numeric_limits<int>::max());
         QVERIFY(LCD_GetXSize() == 0 && LCD_GetYSize() == 16383 && display.outside == 0);
+        display.initError = 4;
+        QCOMPARE(GUI_Init(), 4);
+        GUI_Clear();
+        QVERIFY(LCD_GetYSize() == 0 && !display.isDamaged());
     }
 
-    void startAndDelayFollowThePort()
+    void delaysPaint()
     {
         window(0, 0, 10, 10);
         display.now = 0xFFFFFFF0U;
         GUI_Delay(50);
-        QCOMPARE(GUI_GetTime(), 34U);
-        QVERIFY(display.isDamaged());
-        display.initError = 4;
-        QCOMPARE(GUI_Init(), 4);
-        display.forget();
-        GUI_Clear();
-        QVERIFY(LCD_GetXSize() == 0 && !display.isDamaged());
+        QVERIFY(GUI_GetTime() == 34 && display.isDamaged());
     }
 };
 
