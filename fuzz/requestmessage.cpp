@@ -29,18 +29,23 @@ QByteArray dataOf(const QByteArray &text)
     std::memcpy(&count, text.constData(), std::size_t(qMin(4, text.size())));
     return text.size() < 4 ? QByteArray() : text.mid(4, int(qMin(count, 512U)));
 }
+
+int farEndOf(MatrixLink &board)
+{
+    int ends[2];
+    require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends) == 0);
+    board.adopt(ends[0]);
+    return ends[1];
+}
 } // namespace
 
 /// Messages of another process, of any type, count and length, while the board answers.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static int wire[2];
-    static const int isWired = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, wire);
+    static MatrixLink board;
+    static const int wire = farEndOf(board);
     static const Queue requests;
     static const Queue replies;
-    require(isWired == 0);
-    MatrixLink board;
-    board.adopt(wire[0]);
     const QueueRelay relay(board, requests.id, replies.id);
     Input input(data, size);
     QByteArray expected;
@@ -51,11 +56,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         isSent = ::msgsnd(requests.id, message.constData(), std::size_t(text.size()), IPC_NOWAIT) == 0;
         expected += isSent ? dataOf(text) : QByteArray();
     }
-    require(::write(wire[1], data, size) == ssize_t(size));
+    require(::write(wire, data, size) == ssize_t(size));
     QByteArray written;
     do {
         relay.step();
-        written += readAll(wire[1]);
+        written += readAll(wire);
     } while (!requests.isEmpty());
     require(written == expected && replies.isEmpty());
     relay.step(); // takes the rest of what the board has answered

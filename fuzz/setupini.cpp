@@ -19,8 +19,8 @@ std::unique_ptr<MxShm> untouched()
 {
     auto shm = std::make_unique<MxShm>();
     std::memset(static_cast<void *>(shm.get()), 0x5A, sizeof(MxShm));
-    shm->images.set({});
-    shm->language.set({});
+    shm->images.set("");
+    shm->language.set("");
     return shm;
 }
 
