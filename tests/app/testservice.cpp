@@ -41,17 +41,9 @@ public:
     QByteArray next(int ms)
     {
         pollfd socket{m_socket.get(), POLLIN, 0};
-        if (::poll(&socket, 1, ms) != 1) {
-            return {};
-        }
         char text[256];
-        const ssize_t length = ::recv(m_socket.get(), text, sizeof text, 0);
+        const ssize_t length = ::poll(&socket, 1, ms) == 1 ? ::recv(m_socket.get(), text, sizeof text, 0) : 0;
         return {text, static_cast<int>(std::max<ssize_t>(length, 0))};
-    }
-    void forget()
-    {
-        while (!next(0).isEmpty()) {
-        }
     }
 
 private:
@@ -96,16 +88,17 @@ private slots:
         TestUnit unit(4, {{"system/keypad", hasPanel ? "1" : "0"}});
         Manager manager(unit.path("/manager"));
         Product product;
+        const sim::VirtualUnit &hardware = unit.hardware();
         QVERIFY(unit.boardShows({1, 1, 1, 1}));
-        sim::VirtualUnit &hardware = unit.hardware();
-        QVERIFY(!showsStart || hardware.waitFor([&] { return hardware.lcd().frameCount() > 0; }, DeadlineMs));
-        QVERIFY(!hasPanel || showsStart ||
-                hardware.waitFor([&] { return hardware.keys().byteCount() > 0; }, DeadlineMs));
+        QVERIFY(runUntil([&] {
+            return !hasPanel || (showsStart ? hardware.lcd().frameCount() : hardware.keys().byteCount()) > 0;
+        }));
         auto stuck = std::make_unique<StuckThread>(product.processId(), thread);
         QVERIFY(stuck->isStuck());
         // A sign from before may be left over, for one feed.
         QTest::qWait(200);
-        manager.forget();
+        while (!manager.next(0).isEmpty()) {
+        }
         QCOMPARE(manager.next(1500), QByteArray());
         stuck.reset();
         QCOMPARE(manager.next(DeadlineMs), Feed);

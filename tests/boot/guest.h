@@ -1,35 +1,19 @@
 #pragma once
 
+#include "testunit.h"
 #include "touchpanel.h"
-#include "virtualunit.h"
 
 #include <QByteArray>
 #include <functional>
-#include <vector>
 
 /// The guest as a unit: its own `/dev`, `/sys`, `/home` and `/etc`, with the virtual unit's wires in the
 /// places of the devices that a PC has not. What the kernel would have in /sys is in memory, bound over the
 /// folders there.
-class GuestUnit
-{
-public:
+struct GuestUnit : TestUnit {
     /// The switching board has `ports` ports.
     explicit GuestUnit(int ports);
 
-    sim::VirtualUnit &hardware() { return m_hardware; }
-
-    TouchPanel &touchPanel() { return m_touchPanel; }
-
-    /// Waits until the board has got a frame after `sinceUs` and shows this routing (1-based inputs).
-    bool boardShows(const std::vector<int> &inputs, qint64 sinceUs = 0);
-    /// Sends text to a control port. \return the reply
-    QByteArray talk(sim::Wire wire, const QByteArray &text);
-    /// The faults that the far ends have recorded, one a line.
-    QByteArray faults() const;
-
-private:
-    sim::VirtualUnit m_hardware;
-    TouchPanel m_touchPanel;
+    TouchPanel touchPanel;
 };
 
 /// The one that the tests run on; null while the guest is no unit.

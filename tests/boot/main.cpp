@@ -3,15 +3,6 @@
 
 #include <QCoreApplication>
 
-namespace
-{
-/// The service may start from now on.
-void sayReady()
-{
-    shell("systemd-notify --ready");
-}
-} // namespace
-
 /// `test_boot [--ports N] CLASS [FUNCTION] ...` runs classes of tests as a service of the guest, which is a
 /// unit of N ports then.
 int main(int argc, char **argv)
@@ -23,7 +14,7 @@ int main(int argc, char **argv)
         g_unit = new GuestUnit(arguments.takeAt(2).toInt());
         arguments.removeAt(1);
     }
-    sayReady();
+    shell("systemd-notify --ready"); // the service may start from now on
     const QString program = arguments.takeFirst();
     int result = 0;
     while (!arguments.isEmpty()) {

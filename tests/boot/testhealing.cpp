@@ -9,7 +9,7 @@
 
 namespace
 {
-const std::vector<int> Routing = {4, 4, 7, 4, 1, 4, 4, 2};
+const std::vector<int> Before = {4, 4, 7, 4, 1, 4, 4, 2};
 
 qint64 watchdogMs()
 {
@@ -67,7 +67,7 @@ private slots:
             return (!stuck || stuck->hasEnded()) && programId() != program && answer("7?.") == "7x3.";
         }));
         const qint64 answered = nowUs();
-        QVERIFY(g_unit->boardShows(Routing, harmed));
+        QVERIFY(g_unit->boardShows(Before, harmed));
         const qint64 shown = g_unit->hardware().board().switchFrames().back().timeUs;
         const qint64 again = serviceTimeUs("ExecMainStartTimestampMonotonic");
         qInfo("started again after %.2f s, the board has the routing after %.2f s, TCP answers after %.2f s",
@@ -114,7 +114,7 @@ private slots:
             QCOMPARE(answer("2all."), QByteArray("OK."));
             QVERIFY(g_unit->boardShows(std::vector<int>(8, 2)));
             g_unit->hardware().send(sim::Wire::Control0, "recall3.recall3.recall3.");
-            QVERIFY(g_unit->boardShows(Routing));
+            QVERIFY(g_unit->boardShows(Before));
         }
         const qint64 asked = nowUs();
         QCOMPARE(shell("systemctl stop mxcontrol"), QByteArray());
@@ -134,7 +134,7 @@ private:
         shell("systemctl start mxcontrol");
         QVERIFY(holdsWithin(20000, [=] { return panel ? answer("1?.") != "" : saidAtUs("t1") != 0; }));
         QCOMPARE(answer("4all.7x3.1x5.2x8."), QByteArray("OK.OK.OK.OK."));
-        QVERIFY(g_unit->boardShows(Routing));
+        QVERIFY(g_unit->boardShows(Before));
     }
 };
 

@@ -62,8 +62,8 @@ private slots:
     void aTouchSwitches()
     {
         const qint64 now = nowUs();
-        g_unit->touchPanel().touch(88, 250);
-        g_unit->touchPanel().touch(622, 150);
+        g_unit->touchPanel.touch(88, 250);
+        g_unit->touchPanel.touch(622, 150);
         QVERIFY(g_unit->boardShows({3, 1, 1, 1, 1, 1, 1, 1}, now));
         QVERIFY(askPicture("touched"));
     }

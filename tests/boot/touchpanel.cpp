@@ -7,17 +7,7 @@
 #include <linux/uinput.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
-
-namespace
-{
-void addAxis(int device, quint16 code, int size)
-{
-    uinput_abs_setup axis{};
-    axis.code = code;
-    axis.absinfo.maximum = size - 1;
-    ::ioctl(device, UI_ABS_SETUP, &axis);
-}
-} // namespace
+#include <utility>
 
 TouchPanel::TouchPanel()
     : m_device(::open("/dev/uinput", O_WRONLY | O_CLOEXEC))
@@ -30,12 +20,17 @@ TouchPanel::TouchPanel()
     ::ioctl(m_device.get(), UI_SET_EVBIT, EV_ABS);
     ::ioctl(m_device.get(), UI_SET_PROPBIT, INPUT_PROP_DIRECT);
     // A finger, and what is the same for programs that know of one only.
-    addAxis(m_device.get(), ABS_MT_SLOT, 2);
-    addAxis(m_device.get(), ABS_MT_TRACKING_ID, 65536);
-    addAxis(m_device.get(), ABS_MT_POSITION_X, 1024);
-    addAxis(m_device.get(), ABS_MT_POSITION_Y, 600);
-    addAxis(m_device.get(), ABS_X, 1024);
-    addAxis(m_device.get(), ABS_Y, 600);
+    for (const auto &[code, size] : {std::pair(ABS_MT_SLOT, 2),
+                                     {ABS_MT_TRACKING_ID, 65536},
+                                     {ABS_MT_POSITION_X, 1024},
+                                     {ABS_MT_POSITION_Y, 600},
+                                     {ABS_X, 1024},
+                                     {ABS_Y, 600}}) {
+        uinput_abs_setup axis{};
+        axis.code = static_cast<quint16>(code);
+        axis.absinfo.maximum = size - 1;
+        ::ioctl(m_device.get(), UI_ABS_SETUP, &axis);
+    }
     if (::ioctl(m_device.get(), UI_DEV_SETUP, &setup) != 0 || ::ioctl(m_device.get(), UI_DEV_CREATE) != 0) {
         qFatal("cannot make a touchscreen");
     }

@@ -2,6 +2,7 @@
 #include "gpiolines.h"
 #include "lcdrecords.h"
 #include "lcdtext.h"
+#include "rows.h"
 #include "testregistry.h"
 #include "testunit.h"
 
@@ -67,10 +68,8 @@ private slots:
     /// Each row is followed by what turns the display on and darkens dots at the top left.
     void badRequests_data()
     {
-        QTest::addColumn<QByteArray>("records");
-        const auto row = [](const QByteArray &records, const char *fault) {
-            QTest::newRow(fault) << records;
-        };
+        columns<QByteArray>("records");
+        const auto row = [](const QByteArray &records, const char *fault) { ::row(fault, records); };
         const QByteArray on = lcdMessage(functionSet);
         const auto sent = [&on](const QByteArray &transfers) {
             QByteArray records = on;

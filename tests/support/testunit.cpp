@@ -34,6 +34,11 @@ TestUnit::TestUnit(int ports, const Settings &settings)
     }
 }
 
+TestUnit::TestUnit(sim::VirtualUnit *hardware)
+    : m_hardware(hardware)
+{
+}
+
 TestUnit::~TestUnit()
 {
     stop();
@@ -89,13 +94,19 @@ int TestUnit::run(QByteArray line)
     return comm().MxOnUartCommand(line.data(), static_cast<quint16>(line.size()));
 }
 
-bool TestUnit::boardShows(const std::vector<int> &inputs)
+bool TestUnit::boardShows(const std::vector<int> &inputs, qint64 sinceUs)
 {
     std::vector<uint16_t> expected;
     for (const int input : inputs) {
         expected.push_back(static_cast<uint16_t>(input - 1));
     }
-    return m_hardware->waitFor([&] { return m_hardware->board().routing() == expected; }, DeadlineMs);
+    return m_hardware->waitFor(
+        [&] {
+            const sim::SwitchingBoard board = m_hardware->board();
+            return board.routing() == expected &&
+                   (sinceUs == 0 || board.switchFrames().back().timeUs > sinceUs);
+        },
+        DeadlineMs);
 }
 
 QByteArray TestUnit::faults() const

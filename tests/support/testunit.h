@@ -39,8 +39,9 @@ public:
     /// Runs one line through the interpreter. \return its result
     int run(QByteArray line);
 
-    /// Waits until the board shows this routing (1-based inputs, 0 for none), or until it times out.
-    bool boardShows(const std::vector<int> &inputs);
+    /// Waits until the board shows this routing (1-based inputs, 0 for none), or until it times out; with
+    /// `sinceUs` until it has got it in a frame after that time.
+    bool boardShows(const std::vector<int> &inputs, qint64 sinceUs = 0);
     /// The faults that the far ends of the wires have recorded, one a line; empty when there are none.
     /// Whether a frame was too early is seen by when the program began it: a busy machine reads the one
     /// before late.
@@ -63,6 +64,10 @@ public:
     void makeFolder(const char *devicePath) const;
 
     QString root() const { return m_folder.path(); }
+
+protected:
+    /// On hardware that lies elsewhere.
+    explicit TestUnit(sim::VirtualUnit *hardware);
 
 private:
     QByteArray receiveUntil(sim::Wire wire, const std::function<bool(const QByteArray &)> &complete);
