@@ -13,7 +13,7 @@ public:
     explicit PanelUnit(int ports = 8, const Settings &settings = {{"system/keypad", "1"}})
         : TestUnit(ports, settings)
     {
-        start(false, atOnce);
+        start(false, [](unsigned long) {});
         ::run = 0; // no waiting for the start picture
         restart();
     }
@@ -35,14 +35,19 @@ public:
     {
         static const QList<QByteArray> names = {"left", "right", "save", "load", "menu", "edit"};
         for (const QByteArray &word : words.split(' ')) {
-            const QByteArray waited(word.startsWith("wait") ? word.mid(4).toInt() : 0, '\0');
-            for (const char character : word.startsWith("ir") ? word.mid(2) : waited) {
-                step(0, character);
-            }
-            if (names.contains(word)) {
-                step(111 + names.indexOf(word));
-            } else if (word.startsWith("out") || word.startsWith("in")) {
-                step(word.startsWith("out") ? 50 + word.mid(3).toInt() : word.mid(2).toInt());
+            const int named = names.indexOf(word);
+            if (word.startsWith("ir")) {
+                for (const char character : word.mid(2)) {
+                    step(0, character);
+                }
+            } else if (word.startsWith("wait")) {
+                for (int i = word.mid(4).toInt(); i > 0; --i) {
+                    step();
+                }
+            } else if (!word.isEmpty()) {
+                step(named >= 0               ? 111 + named
+                     : word.startsWith("out") ? 50 + word.mid(3).toInt()
+                                              : word.mid(2).toInt());
             }
         }
         step();
@@ -74,11 +79,13 @@ public:
         return all.join(',');
     }
 
-    /// The text of an edit field of the SETUP page, from 0 on.
+    /// An edit field of the SETUP page, from 0 on, and its text.
+    static WM_Handle edit(int index) { return WM_GetDialogItem(hWin[SetupPage], IdEdit + index); }
+
     static QByteArray field(int index)
     {
         char buffer[64] = "";
-        EDIT_GetText(setupField(index), buffer, sizeof buffer);
+        EDIT_GetText(edit(index), buffer, sizeof buffer);
         return buffer;
     }
 

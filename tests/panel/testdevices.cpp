@@ -5,20 +5,27 @@
 #include "hooks.h"
 #include "keypad.h"
 #include "lcd.h"
+#include "lcdframe.h"
 #include "lcdhooks.h"
 #include "testregistry.h"
 #include "testunit.h"
 
 #include <QTest>
+#include <array>
 #include <fcntl.h>
+#include <random>
 
 namespace
 {
 constexpr int DeadlineMs = 10000;
 
 /// A unit whose panel has ended before the control object goes, however the test ends.
-struct RunningPanel : RunningUnit {
-    using RunningUnit::RunningUnit;
+struct RunningPanel : TestUnit {
+    explicit RunningPanel(int ports = 8)
+        : TestUnit(ports)
+    {
+        start(false);
+    }
     ~RunningPanel() { LCD_GUI_DeInit(); }
 };
 
@@ -33,6 +40,11 @@ void cook(const QString &device)
     attributes.c_lflag |= ICANON | ECHO | ISIG;
     tcsetattr(port.get(), TCSANOW, &attributes);
 }
+
+bool isLitInMemory(int x, int y)
+{
+    return pLcdBuffer[x + LCD_XSIZE * y] == 0;
+}
 } // namespace
 
 /// The way from the frame memory to the LCD, the panel's devices and its threads.
@@ -41,19 +53,45 @@ class TestPanelDevices : public QObject
     Q_OBJECT
 
 private slots:
-    void frameMemoryIsEndless()
+    void frameBytes()
     {
-        BSP_LCD_SetCursor(-1, 62);
+        std::mt19937 random;
+        for (std::uint16_t &dot : pLcdBuffer) {
+            dot = std::array{0, 0, 1, 2, 0x100, 0x8000, 0xFFFF}[random() % 7];
+        }
+        LcdFrame::Rows rows;
+        LcdFrame::pack(pLcdBuffer, rows);
+        for (int line = 0; line < 32; ++line) {
+            const LcdFrame::DataTransfer data = LcdFrame::data(rows, line);
+            for (int dot = 0; dot < 256; ++dot) {
+                const quint8 *halves = &data[1] + dot / 8 * 2;
+                const int byte = halves[0] | halves[1] >> 4;
+                QCOMPARE((byte >> (7 - dot % 8) & 1) != 0,
+                         isLitInMemory(dot % 128, dot < 128 ? line : line + 32));
+            }
+        }
+    }
+
+    void frameMemoryCursorAndFlag()
+    {
+        LCD_L0_Init();
+        nLcdBufferChanged = 0;
+        BSP_LCD_SetPixel(3 - 128, 2 + 64, 7); // modulo the size, as all places
+        QVERIFY(BSP_LCD_GetPixel(3, 2) == 7 && nLcdBufferChanged == 0);
+        BSP_LCD_SetCursor(127, 62);
         BSP_LCD_WriteData(1);
+        BSP_LCD_WriteData(2);
+        QVERIFY(nLcdBufferChanged == 1);
+        QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && BSP_LCD_GetPixel(0, 63) == 2);
+        BSP_LCD_SetCursor(-1, -1);
         BSP_LCD_WriteData(0x1FF);
-        QVERIFY(BSP_LCD_GetPixel(127, 62) == 1 && LCD_L0_GetPixelIndex(0, 63) == 0xFF);
-        BSP_LCD_SetPixel(3 - 128, 2 + 64, 7);
-        QCOMPARE(int(BSP_LCD_GetPixel(3, 2)), 7);
+        QCOMPARE(int(BSP_LCD_ReadData()), 0); // at (0, 0)
+        QCOMPARE(LCD_L0_GetPixelIndex(127, 63), 0xFF);
     }
 
     void startedAndStoppedAgainAndAgain()
     {
-        RunningPanel unit(8);
+        RunningPanel unit;
         LCD_GUI_DeInit();
         sim::VirtualUnit &hardware = unit.hardware();
         for (const char *device : {"/dev/ttymxc0", "/dev/ttymxc1"}) {
@@ -68,7 +106,7 @@ private slots:
                 LCD_GUI_DeInit();
             }
         }
-        QTRY_COMPARE(openDescriptors(), descriptors);
+        QCOMPARE(openDescriptors(), descriptors);
         QVERIFY((fcntl(fd_keypad_dev, F_GETFL) & fcntl(fd_iruart_dev, F_GETFL) & O_NONBLOCK) != 0);
         QVERIFY(hardware.panelLight());
         lcd_off();
@@ -80,29 +118,30 @@ private slots:
         QCOMPARE(unit.faults(), QByteArray());
     }
 
-    /// The controller's reset and set-up. After an instruction it rests.
+    /// The controller's reset and set-up.
     void setUpOfTheController()
     {
-        RunningPanel unit(41); // too many for its keys
+        RunningPanel unit;
         sim::VirtualUnit &hardware = unit.hardware();
         QCOMPARE(LCD_GUI_Init(), 0);
-        QVERIFY(hardware.waitFor([&] { return hardware.lcd().frameCount() >= 2; }, DeadlineMs));
+        QVERIFY(hardware.waitFor([&] { return hardware.lcd().transfers().size() > 20; }, DeadlineMs));
         const std::vector<sim::LcdTransfer> transfers = hardware.lcd().transfers();
         QCOMPARE(transfers[0].bytes, (std::vector<uint8_t>{0xF8, 0x30, 0x60}));
         QCOMPARE(transfers[1].bytes, (std::vector<uint8_t>{0xF8, 0x40, 0x00}));
         for (size_t i = 0; i + 1 < transfers.size(); ++i) {
             const int64_t restUs = transfers[i + 1].timeUs - transfers[i].timeUs;
-            QVERIFY(transfers[i].bytes[0] == 0xFA || restUs >= 100);
+            QVERIFY(transfers[i].bytes[0] == 0xFA || restUs >= 100); // after an instruction
         }
-        int64_t resetUs[2] = {};
+        QByteArray levels;
+        std::vector<int64_t> timesUs;
         for (const sim::LineWrite &write : hardware.gpio().history()) {
-            resetUs[write.level] = write.line == 1 ? write.timeUs : resetUs[write.level];
+            if (write.line >= 1 && write.line <= 3) {
+                levels += QByteArray::number(write.line) + '=' + QByteArray::number(write.level) + ' ';
+                timesUs.push_back(write.timeUs);
+            }
         }
-        QVERIFY(resetUs[1] - resetUs[0] >= 10000 && transfers[0].timeUs - resetUs[1] >= 10000);
-        hardware.pressKey(115);
-        LCD_GUI_DeInit();
-        QVERIFY(hardware.takeReceived(sim::Wire::Keys).empty());
-        QCOMPARE(unit.faults(), QByteArray());
+        QCOMPARE(levels, QByteArray("1=0 1=1 2=1 3=1 "));
+        QVERIFY(timesUs[1] - timesUs[0] >= 10000);
     }
 
     void missingDevices()
@@ -116,6 +155,17 @@ private slots:
             LCD_GUI_DeInit();
             QCOMPARE(opened, result);
         }
+    }
+
+    void tooManyPorts()
+    {
+        RunningPanel unit(41);
+        QCOMPARE(LCD_GUI_Init(), 0);
+        QVERIFY(unit.hardware().waitFor([&] { return unit.hardware().lcd().frameCount() >= 2; }, DeadlineMs));
+        unit.hardware().pressKey(115);
+        LCD_GUI_DeInit();
+        QVERIFY(unit.hardware().takeReceived(sim::Wire::Keys).empty());
+        QCOMPARE(unit.faults(), QByteArray());
     }
 };
 

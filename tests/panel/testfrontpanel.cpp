@@ -37,10 +37,6 @@ private slots:
     {
         TestUnit unit(8, WithPanel);
         m_hardware = &unit.hardware();
-        const auto press = [&](int key) {
-            m_hardware->pressKey(key);
-            m_hardware->releaseKey(key);
-        };
         Product product(true, QStringLiteral("linuxfb:tty=/dev/null:nographicsmodeswitch:fb=") +
                                   unit.path("/dev/fb0"));
 
@@ -52,7 +48,7 @@ private slots:
                           [&](int x, int y) { return qGray(picture.pixel(x, y)) == 0; });
         }));
         QVERIFY(shows("SWITCH", "01>"));
-        QVERIFY(holds([&] { return m_hardware->keys().isLit(58) && !m_hardware->keys().isLit(2); }));
+        QVERIFY(lights({1, 51, 52, 58}) && !m_hardware->keys().isLit(2));
 
         // A frame is sent when it differs, and once.
         QVERIFY(ledsAreRefreshed(3));
@@ -60,28 +56,40 @@ private slots:
         press(3);
         QVERIFY(shows("SWITCH", "03>") && ledsAreRefreshed(5));
         QCOMPARE(m_hardware->lcd().frameCount(), frames + 1);
-        QVERIFY(m_hardware->keys().isLit(3) && !m_hardware->keys().isLit(1));
-
-        const struct {
-            std::vector<int> keys;
-            QByteArray remote;
-            const char *title, *status, *part;
-            GUI_Rect area; ///< of the part
-        } steps[] = {
-            {{52}, "", "SWITCH", "03>", "02", {17, 14, 32, 23}},
-            {{}, "5X1N", "SWITCH", "05>", "01", {1, 14, 16, 23}},
-            {{115, 112, 113}, "", "SCENE", "2 saved", "05>01", {0, 14, 31, 23}},
-            {{115, 116, 10, 1, 10}, "", "SETUP", "", "010", {33, 14, 50, 21}},
-            {{115}, "", "VIEW", "8x8", "03>02", {33, 14, 64, 23}},
-        };
-        for (const auto &step : steps) {
-            std::for_each(step.keys.begin(), step.keys.end(), press);
-            for (const char character : step.remote) {
-                m_hardware->pressRemote(character);
-            }
-            QVERIFY2(shows(step.title, step.status, step.part, step.area), step.part);
-        }
+        QVERIFY(lights({3}) && !m_hardware->keys().isLit(1) && !m_hardware->keys().isLit(51));
+        press(52);
+        QVERIFY(unit.boardShows({1, 3, 1, 1, 1, 1, 1, 1}));
+        QVERIFY(lights({52}));
+        QVERIFY(holds([&] { return switchButton(1, "02"); }));
+        type("5X1N");
+        QVERIFY(shows("SWITCH", "05>"));
         QVERIFY(unit.boardShows({5, 3, 1, 1, 1, 1, 1, 1}));
+
+        press(115);
+        QVERIFY(shows("SCENE", "1"));
+        press(112);
+        press(113);
+        QVERIFY(shows("SCENE", "2 saved"));
+        QVERIFY(holds([&] { return mapButton(0, "05>01") && mapButton(1, "03>02"); }));
+
+        press(115);
+        QVERIFY(shows("SETUP", ""));
+        QVERIFY(isDark(m_hardware->lcd(), {48, 0, 127, 13}, [](int x, int y) { // the frame of the status
+            return y < 12 && (x == 48 || x == 127 || y == 0 || y == 11);
+        }));
+        for (const int key : {116, 10, 1, 10}) {
+            press(key);
+        }
+        QVERIFY(holds([&] { return reads("010", {33, 14, 50, 21}); }));
+        QVERIFY(m_hardware->lcd().isLit(32 + 1 + 4 * 6, 21)); // the cursor, on the next digit
+
+        press(115);
+        QVERIFY(shows("VIEW", "8x8"));
+        QCOMPARE(unit.talk(sim::Wire::Control0, "0x2."), QByteArray("OK."));
+        QVERIFY(holds([&] { return mapButton(1, "  >02"); }));
+        type("5X");
+        QVERIFY(shows("SWITCH", "05>"));
+        QVERIFY(holds([&] { return switchButton(0, "01"); }));
         QCOMPARE(product.end(SIGTERM), 0);
         QCOMPARE(unit.faults(), QByteArray());
     }
@@ -107,6 +115,19 @@ private:
         return m_hardware->waitFor(condition, DeadlineMs);
     }
 
+    void press(int key) const
+    {
+        m_hardware->pressKey(key);
+        m_hardware->releaseKey(key);
+    }
+
+    void type(const char *characters) const
+    {
+        for (; *characters != '\0'; ++characters) {
+            m_hardware->pressRemote(*characters);
+        }
+    }
+
     /// Whether this text and nothing else stands in the middle of a part of the LCD; `inverted` is light on
     /// dark.
     bool reads(const QByteArray &text, const GUI_Rect &area, bool inverted = false) const
@@ -125,13 +146,28 @@ private:
         });
     }
 
-    /// A page's header, and a part of the page; outputs that show the selected input are inverted.
-    bool shows(const QByteArray &title, const char *status, const char *part = "",
-               const GUI_Rect &area = {0, 0, -1, -1}) const
+    /// Of the first row; `index` is 0-based.
+    bool mapButton(int index, const char *text) const
+    {
+        return reads(text, {33 * index, 14, 33 * index + 31, 23});
+    }
+
+    /// As `mapButton`, of an output that shows the selected input.
+    bool switchButton(int index, const char *text) const
+    {
+        return reads(text, {16 * index + 1, 14, 16 * index + 16, 23}, true);
+    }
+
+    bool shows(const char *title, const char *status) const
+    {
+        return holds([&] { return reads(title, {0, 0, 47, 11}, true) && reads(status, {49, 1, 126, 10}); });
+    }
+
+    bool lights(const std::vector<int> &keys) const
     {
         return holds([&] {
-            return reads(title, {0, 0, 47, 11}, true) && reads(status, {49, 1, 126, 10}) &&
-                   reads(part, area, title == "SWITCH");
+            const sim::KeyPanel panel = m_hardware->keys();
+            return std::all_of(keys.begin(), keys.end(), [&](int key) { return panel.isLit(key); });
         });
     }
 
